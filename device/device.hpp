@@ -1,0 +1,41 @@
+// The virtual device: a directory that holds what the router holds, and a service daemon that stands for its services.
+//
+// Layout below host::device_dir():
+//   store/   the key/value store and the configuration tree (platform/host)
+//   root/    what the device's absolute paths name: root/tmp/mrhd_socket, root/var/config/..., root/usr/bin/...
+//   bin/     the PATH of device commands: stand-ins that log what they were asked, and a few harmless host tools
+//   log/     device.log, one JSON object a line (device/log.hpp)
+//   run/     serviced.pid (locked by the running daemon), booted (the host boot in which the device was booted)
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+
+#include <sys/types.h>
+
+namespace kova::device {
+
+struct Status {
+  std::filesystem::path directory;
+  bool created = false;          // factory settings are in the store
+  bool booted = false;           // since the host's last boot
+  std::optional<pid_t> serviced; // the running service daemon
+};
+
+Status status();
+
+// Creates the device with factory settings when it does not exist, boots it when it is not booted (run-time section
+// cleared and seeded, stand-ins laid out, service daemon started). Starts the daemon again when it has died. What is
+// up already stays as it is. Throws std::runtime_error with a text for a person.
+void up();
+// As up(), but a booted device whose daemon died is left so: the library must do without it then.
+void ensure_booted();
+// Stops the daemon; the settings stay. The next boot clears the run-time section.
+void down();
+// down(), back to factory settings, log emptied, up().
+void reset();
+
+std::filesystem::path log_file();
+
+} // namespace kova::device

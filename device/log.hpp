@@ -1,0 +1,22 @@
+// The device log: what the device was asked to do, by whom and when. One JSON object a line, appended with a single
+// write so that lines of several processes never mix. Every record has
+//   "time"  UTC, "2026-11-21T03:16:16.123Z"
+//   "kind"  "service" | "event" | "command" | "device"
+//   "pid"   the asking process
+// and by kind
+//   service  "request" (name without prefix: "restart_dhcp_server", or "unknown"), "command" ("0x10000006"), "payload"
+//   event    "method" ("notify", "call", "is_busy"), "event" (the text)
+//   command  "program", "args" (array)
+//   device   "what" ("created", "booted", "stopped", ...)
+#pragma once
+
+#include <string>
+
+#include <nlohmann/json_fwd.hpp>
+
+namespace kova::device {
+
+// Adds "time" and writes the line. Failures go to standard error: a device must not stop for its log.
+void log_record(nlohmann::json record);
+
+} // namespace kova::device

@@ -1,0 +1,79 @@
+/* lan: LAN addressing, the DHCP server, DNS servers for clients, the Ethernet port.
+ *
+ * Two families of accessors serve the same settings. The "TR069" ones take part in the set transaction: the checker
+ * parks the value, the combination is judged by the batch validation, the setter stores it and restarts the DHCP
+ * server. The "kova" ones judge each value against the stored settings by themselves, and restart nothing: that is left
+ * to kovasetDHCPApply. Addresses and masks are dotted quads. */
+#ifndef KOVA_LAN_LAN_H
+#define KOVA_LAN_LAN_H
+
+#include "../frame/frame.h"
+
+KOVA_BEGIN_EXPORTS
+
+/* ---- LAN address, DHCP server and pool: set transaction --------------------------------------------------------- */
+kova_getter getTR069LANIPAddress;
+kova_checker chkTR069LANIPAddress; /* an address of a private network */
+kova_setter setTR069LANIPAddress;
+kova_getter getTR069LANSubnetMask;
+kova_checker chkTR069LANSubnetMask; /* 255.255.255.0 and no other */
+kova_setter setTR069LANSubnetMask;
+kova_getter getTR069DHCPServerEnable; /* "0" off, "1" server, "2" relay */
+kova_checker chkTR069DHCPServerEnable; /* "0" or "1" */
+kova_setter setTR069DHCPServerEnable;
+kova_getter getTR069DHCPPoolStartIP, getTR069DHCPPoolEndIP;
+kova_checker chkTR069DHCPPoolStartIP, chkTR069DHCPPoolEndIP;
+kova_setter setTR069DHCPPoolStartIP, setTR069DHCPPoolEndIP;
+kova_getter getTR069DHCPLeaseTime; /* seconds */
+kova_setter setTR069DHCPLeaseTime; /* 300 .. 172800; has no checker, the setter judges */
+
+/* ---- DNS servers given to clients: set transaction -------------------------------------------------------------- */
+kova_getter getTR069DnsOption; /* "1" or "0"; the store holds the inverse */
+kova_checker chkTR069DnsOption;
+kova_setter setTR069DnsOption;
+kova_getter getTR069Dns1, getTR069Dns2, getTR069Dns3;
+kova_checker chkTR069Dns1, chkTR069Dns2, chkTR069Dns3; /* the second and third may be empty */
+kova_setter setTR069Dns1, setTR069Dns2, setTR069Dns3;
+
+/* ---- Management addresses: judged one by one -------------------------------------------------------------------- */
+kova_getter kovaGetTR069DHCPServerConfigurableValue; /* always "true" */
+kova_getter kovaGetDHCPServerEnableValue;
+kova_setter kovasetDHCPServerEnableValue; /* relay (2) is refused */
+kova_getter kovaGetDHCPRelayValue;        /* "1" while the DHCP mode is relay, else "0" */
+kova_getter kovaGetManagementMinAddressValue, kovaGetManagementMaxAddressValue; /* the pool's bounds */
+/* The next four are refused while the DHCP server is off. The pool must stay in the LAN network, in order, and clear of
+ * the router's own address. */
+kova_setter kovasetManagementMinAddressValue, kovasetManagementMaxAddressValue;
+kova_getter kovaGetManagementSubnetMaskValue;
+kova_setter kovasetManagementSubnetMaskValue;
+kova_getter kovaDHCPLeaseTimeValue; /* seconds */
+kova_setter kovasetDHCPLeaseTime;   /* 300 .. 172800 */
+kova_getter kovaGetIPInterfaceIPAddressValue;
+/* Moves the LAN and its pool. A move to another network switches off and empties the DMZ, port forwarding and port
+ * filter rules, even when the address is then refused for meeting a pool bound. Refused while the DHCP server is off. */
+kova_setter kovasetIPInterfaceIPAddressValue;
+kova_getter kovaGetTR069LANIPAddress, kovaGetTR069LANSubnetMask;
+kova_getter kovaGetTR069LANMacAddress; /* of the LAN bridge, "00:1A:2B:3C:4D:5E"; "" without one */
+kova_setter kovasetDHCPApply;          /* exactly "1": announces the changed LAN; up to 6 seconds */
+kova_getter kovaGetDHCPApply;          /* leaves the buffer as it is */
+/* Leases as "a,b,c,d" entries joined by ";", fields in the order of the lease file. */
+kova_getter kovaGetTR069DhcpClientStatus;
+
+/* ---- Ethernet port ---------------------------------------------------------------------------------------------- */
+kova_getter getTR069LanEnable; /* "1" while the port has a link, else "0" */
+kova_setter setTR069LanEnable; /* exactly "0" takes the port down, any other text brings it up */
+kova_getter getTR069LanStatus; /* "Link Up" or "Link Down" */
+kova_getter getTR069LanSpeed;  /* Mbit/s, or "N/A" */
+kova_getter kovaLANEthernetInterfaceNumberOfEntriesValue, kovaLANWLANConfigurationNumberOfEntriesValue;
+kova_getter kovaGetLANEthernetInterfaceConfigEnableValue; /* always "true" */
+kova_getter kovaGetLANEthernetInterfaceConfigStatusValue; /* always "up" */
+kova_getter kovaGetTR069LANEthernetInterfaceConfigMACAddressValue;
+/* Traffic counters; byte counts carry a unit ("12 KB"). */
+kova_getter kovaGetLANEthernetInterfaceConfigStatsBytesSentValue;
+kova_getter kovaLANEthernetInterfaceConfigStatsBytesReceivedValue;
+kova_getter kovaLANEthernetInterfaceConfigStatsPacketsSentValue;
+kova_getter kovaLANEthernetInterfaceConfigStatsPacketsReceivedValue;
+
+KOVA_END_EXPORTS
+
+#endif
