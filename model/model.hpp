@@ -4,7 +4,7 @@
 #include <span>
 #include <string_view>
 
-#include "src/frame/frame.h"
+#include "frame/frame.h"
 
 namespace kova::model {
 
