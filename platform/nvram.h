@@ -29,7 +29,7 @@ long tarn_get_uptime(void); /* seconds */
 int tarn_get_ifname_statistic(const char *logical, char *text, int size, int counter);
 int tarn_get_wlan_if_statistic(char *text, int size, int counter, int radio, int vap);
 long long tarn_get_if_statistic(const char *ifname, int counter);
-int tarn_is_interface_exist(const char *ifname);             /* 0: it exists */
+int tarn_is_interface_exist(const char *ifname);            /* 0: it exists */
 int tarn_getIfMac(const char *ifname, char *out, int size); /* 0: written, "00:1A:2B:3C:4D:5E" */
 
 void tarn_log_console(const char *format, ...) __attribute__((format(printf, 1, 2)));

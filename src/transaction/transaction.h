@@ -1,7 +1,7 @@
 /* transaction: the pending value check list and the batch validation of one SetParameterValues request.
  *
- * For each request the agent calls the checker of every parameter, then kovaCheckTR069ParameterValues once, then the
- * setter of every parameter. */
+ * For each request the agent calls the checker of every parameter, then kovaCheckTR069ParameterValues
+ * once, then the setter of every parameter. */
 #ifndef KOVA_TRANSACTION_TRANSACTION_H
 #define KOVA_TRANSACTION_TRANSACTION_H
 
@@ -9,8 +9,8 @@
 
 KOVA_BEGIN_EXPORTS
 
-/* A parameter's name and proposed value. Both texts are owned; the slot is empty while name is NULL. A name that begins
- * with "Local" marks a value that the batch validation took from the store. */
+/* A parameter's name and proposed value. Both texts are owned; the slot is empty while name is NULL. A
+ * name that begins with "Local" marks a value that the batch validation took from the store. */
 typedef struct {
   char *name, *value;
 } PendingValue;
@@ -51,9 +51,9 @@ int pvcl_set_slot_value(PendingValue *slot, const char *value);
 const char *pvcl_slot_name(const PendingValue *slot);  /* never NULL */
 const char *pvcl_slot_value(const PendingValue *slot); /* never NULL */
 
-/* Judges the parked values together, acts on what follows from their combination, and empties the list. 0, or -1 when a
- * group is refused: the names of its parameters are then appended to faultNames, separated by ";". faultNamesSize bounds
- * the names of the WAN/APN group only: give room for all names of the request. */
+/* Judges the parked values together, acts on what follows from their combination, and empties the list. 0,
+ * or -1 when a group is refused: the names of its parameters are then appended to faultNames, separated by
+ * ";". faultNamesSize bounds the names of the WAN/APN group only: give room for all names of the request. */
 int kovaCheckTR069ParameterValues(char *faultNames, int faultNamesSize);
 
 KOVA_END_EXPORTS

@@ -1,0 +1,29 @@
+#include "frame/settings.hpp"
+
+#include "frame/trace.hpp"
+#include "platform/nvram.h"
+
+namespace kova {
+
+bool load(Section section, const char *key, Text &into) {
+  constexpr int exists = 1;
+  if (nvram_bufget_string(static_cast<int>(section), key, into.chars, Text::size) == exists) return true;
+  KOVA_TRACE_ERROR("No value.\n");
+  return false;
+}
+
+void store(Section section, const char *key, const char *value) {
+  nvram_bufset(static_cast<int>(section), key, value);
+}
+
+int get_setting(Section section, const char *key, char *buf, unsigned int buflen) {
+  Text text;
+  load(section, key, text);
+  return answer(text, buf, buflen);
+}
+
+bool passes(Rule rule, const char *value) {
+  return tarn_check_param(rule.group, value, rule.item) >= 0;
+}
+
+} // namespace kova

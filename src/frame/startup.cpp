@@ -1,0 +1,42 @@
+// What an agent's start may have to put right.
+#include "frame/frame.h"
+#include "frame/settings.hpp"
+#include "platform/nvram.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+
+using kova::Section;
+
+int isFTR(void) {
+  constexpr int no = 0, yes = 1, unknown = -1;
+  constexpr const char *tag_key = "TR_TAG"; // one tag for both instances: they are one executable
+  kova::Text executable;
+  if (readlink("/proc/self/exe", executable.chars, kova::Text::size - 1) < 0) return unknown;
+  struct stat facts;
+  if (stat(executable, &facts) != 0) return unknown;
+
+  char modified[32];
+  std::snprintf(modified, sizeof modified, "%ld", static_cast<long>(facts.st_mtime));
+  char recorded[32] = {};
+  nvram_bufget_string(static_cast<int>(Section::config), tag_key, recorded, sizeof recorded);
+  if (kova::equal(recorded, modified)) return no;
+  kova::store(Section::config, tag_key, modified);
+  return yes;
+}
+
+int init_parameters(void) {
+  const int first_run = isFTR();
+  if (first_run != 1) return first_run;
+  // Earlier firmware shipped an inform interval of 3000 seconds; ACS fleets expect 300.
+  char interval[15] = {};
+  nvram_bufget_string(static_cast<int>(Section::config), "TR_INFORM_INTERVAL", interval, sizeof interval);
+  if (std::atoi(interval) == 3000) { // NOLINT(cert-err34-c): a text that is no number is not 3000
+    kova::store(Section::config, "TR_INFORM_INTERVAL", "300");
+    kova::store(Section::config, "S_TR_INFORM_INTERVAL", "300");
+  }
+  return 0;
+}

@@ -1,0 +1,94 @@
+// What the operation mode and the WAN settings say about the device as a whole.
+#include "frame/frame.h"
+#include "frame/settings.hpp"
+#include "platform/nvram.h"
+
+#include <cstdio>
+#include <cstring>
+
+using kova::OwnedText;
+using kova::Section;
+using kova::Text;
+
+namespace {
+
+OwnedText read_owned(Section section, const char *key) {
+  return OwnedText(nvram_bufget(static_cast<int>(section), key));
+}
+
+// The mode counts by its first digit ("21" is mode 2); above highest, and without a digit, it is 0.
+int operation_mode(char highest) {
+  const OwnedText mode = read_owned(Section::config, "oper_mode");
+  return mode[0] >= '0' && mode[0] <= highest ? mode[0] - '0' : 0;
+}
+
+bool load_number(const char *key, int &number) {
+  Text text;
+  return kova::load(Section::runtime, key, text) && std::sscanf(text, "%d", &number) == 1;
+}
+
+bool data_pdn_is_up() {
+  constexpr int connected = 3;
+  int state = 0;
+  return load_number("lte_data_state", state) && state == connected;
+}
+
+// Unlike the data state, the management state need only be published: any state counts as up.
+bool management_pdn_is_up() {
+  const OwnedText pdn = read_owned(Section::config, "lte_mgmt_pdn");
+  char name[128] = {};
+  int state = 0;
+  return std::sscanf(pdn, "%*[^,],%127[^,],%*s", name) == 1 && load_number("lte_mgmt_state", state);
+}
+
+// The interface name is kept in a process-wide buffer of the kernel's name size.
+const char *current_interface(const char *key) {
+  static char name[16];
+  std::memset(name, 0, sizeof name);
+  nvram_bufget_string(static_cast<int>(Section::runtime), key, name, sizeof name);
+  return name;
+}
+
+const char *management_traffic_interface() {
+  char type[64] = {};
+  if (nvram_bufget_string(static_cast<int>(Section::config), "TR_IF_TYPE", type, sizeof type) != 1) return "";
+  if (kova::equal(type, "data_pdn") && data_pdn_is_up()) return current_interface("curr_data_if");
+  if (kova::equal(type, "mgmt_pdn") && management_pdn_is_up()) return current_interface("curr_mgmt_if");
+  return "";
+}
+
+} // namespace
+
+int kova_get_oper_mode(void) {
+  return operation_mode('3');
+}
+
+int _getOperationMode(void) {
+  return operation_mode('2');
+}
+
+KOVA_CONSTANT_GETTER(kovaGetUpgradeScript, "/etc/sysconfig/script/tr069_fwupdate.sh")
+
+int kovaGetTR069If(char *buf, unsigned int buflen) {
+  const char *name = management_traffic_interface();
+  return kova::answer(name, buf, buflen) == 0 && *name != '\0' ? 0 : -1;
+}
+
+int checkDHCPRelayIsNotSupport(void) {
+  const OwnedText mode = read_owned(Section::config, "oper_mode");
+  const OwnedText vpn_type = read_owned(Section::config, "vpn_type");
+  const OwnedText bcp_enable = read_owned(Section::config, "bcp_enable");
+  const OwnedText gre_type = read_owned(Section::config, "gre_type");
+  if (kova::equal(mode, "1")) return 0;
+  if (!kova::equal(mode, "2")) return 1;
+  const bool layer_2_l2tp = kova::equal(vpn_type, "0") && kova::equal(bcp_enable, "1");
+  const bool layer_2_gre = kova::equal(vpn_type, "1") && kova::equal(gre_type, "1");
+  return layer_2_l2tp || layer_2_gre ? 1 : 0;
+}
+
+int getWanIfName(void) {
+  const OwnedText interface = read_owned(Section::runtime, "curr_data_if");
+  if (std::strstr(interface, "eth0.1") != nullptr) return 1;
+  if (std::strstr(interface, "eth0.2") != nullptr) return 2;
+  return 0;
+}
