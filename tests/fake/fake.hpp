@@ -1,0 +1,76 @@
+// A scripted platform under the library: the stores in memory, and the libc calls through which the library reaches the
+// device, recorded in order instead of carried out.
+#pragma once
+
+#include "frame/frame.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace fake {
+
+using Strings = std::vector<std::string>;
+using Store = std::map<std::pair<int, std::string>, std::string>;
+
+struct Interface {
+  std::string name, address, mask; // an empty address: the kernel knows none
+  int speed = -1;                  // Mbit/s; -1: no link
+};
+
+struct Platform {
+  // What the library did, in order:
+  //   "nvram 0 lan_ip=192.168.1.1"   a value stored        "request 0x10000006 text"   sent to the service daemon
+  //   "tree /tarn/...=1"             a leaf written         "run ifconfig eth0 up"      through system()
+  //   "sleep 3"                                            "console ..."               console log
+  //   "tree open", "tree close"
+  Strings done;
+  Strings keys_read;   // "9 TR_PINGDIAG_STATE", every store read
+  Strings rules_asked; // "3/9 192.168.1.1"
+
+  Store nvram;
+  std::map<std::string, std::string> tree; // by path without the leading "/"
+  bool tree_opens = true;
+  int tree_opened = 0;                      // opened minus closed
+  std::map<std::string, bool> tree_refuses; // paths whose write fails
+
+  // The rule checker: what it answers; 0 unless scripted.
+  std::function<int(int group, const std::string &value, int item)> rule;
+  int mode_and_bandwidth = 0, mode_and_rate = 0; // the WiFi combination checks
+  int oper_mode_records = 0;                     // loaded minus deleted
+  int oper_mode_loads = 100;                     // how many loads succeed
+  int writable = 1;                              // OperMode_checkKeyWritableFromNvram
+
+  std::map<std::string, std::string> counters; // by "lan 10", "wan 2", "wlan 3"
+  std::string mac;                             // of br0; empty: none
+  long uptime = 1000;
+
+  bool daemon = true;                        // is the service daemon there?
+  std::map<std::string, std::string> files;  // by device path
+  std::map<std::string, std::string> output; // of commands run through popen()
+  std::vector<Interface> interfaces;
+
+  std::string stored(int section, const std::string &key) const;
+  // What was done, without the records of reads and of opening the tree.
+  Strings written() const;
+};
+
+extern Platform platform;
+
+// Starts every test with an empty platform, the primary instance and an empty check list.
+class Test : public ::testing::Test {
+protected:
+  Test();
+  ~Test() override;
+};
+
+// Reads a parameter into a buffer that was full of '#': what the getter left untouched shows.
+std::string get(kova_getter *getter, unsigned int buflen = 256);
+std::string get(kova_getter *getter, int &result, unsigned int buflen = 256);
+
+} // namespace fake
