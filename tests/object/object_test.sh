@@ -1,0 +1,49 @@
+#!/usr/bin/env bash
+# Usage: object_test.sh CHECK LIBRARY SOURCE-DIRECTORY [C-COMPILER C++-COMPILER]
+set -euo pipefail
+export LC_ALL=C
+check=$1 library=$2 source=$3
+symbols=$source/src/libkova.symbols
+
+# Succeeds when standard input is empty; what is there is shown under the title.
+expect_none() {
+  local found
+  found=$(cat)
+  [ -z "$found" ] || { printf '%s:\n%s\n' "$1" "$found"; exit 1; }
+}
+
+case $check in
+exports) # exactly the listed symbols
+  exported=$(nm -D --defined-only "$library" | awk '{ sub("@.*", "", $3); print $3 }' | sort -u)
+  comm -13 <(echo "$exported") "$symbols" | expect_none "listed, but not exported"
+  comm -23 <(echo "$exported") "$symbols" | expect_none "exported, but not listed"
+  ;;
+declared) # every listed symbol is declared in a public header, in C
+  scratch=$(mktemp -d)
+  trap 'rm -rf "$scratch"' EXIT
+  {
+    for header in "$source"/src/*/*.h; do echo "#include \"$header\""; done
+    echo 'const void *const listed[] = {'
+    sed 's/.*/  (const void *)\&&,/' "$symbols"
+    echo '};'
+  } >"$scratch/listed.c"
+  "$4" -std=c11 -I"$source" -c "$scratch/listed.c" -o "$scratch/listed.o"
+  ;;
+headers) # each public header stands alone
+  for header in "$source"/src/*/*.h "$source"/platform/*.h; do
+    "$4" -std=c11 -Wall -Wextra -Wpedantic -Werror -I"$source" -fsyntax-only -x c "$header"
+    "$5" -std=c++20 -Wall -Wextra -Wpedantic -Werror -I"$source" -fsyntax-only -x c++ "$header"
+  done
+  ;;
+binding) # calls between the library's own functions do not go through the PLT, nor can they be interposed
+  readelf -Wr "$library" | awk '$3 ~ /JUMP_SLO|GLOB_DAT/ { sub("@.*", "", $5); print $5 }' | sort -u |
+    comm -12 - "$symbols" | grep -vxE 'g[A-Z_][A-Za-z_]*' | expect_none "bound at load time" || [ $? -eq 1 ]
+  ;;
+needs) # nothing but libc and the platform's libraries, and no path of the build machine
+  readelf -d "$library" | sed -n 's/.*NEEDED.*\[\(.*\)\]/\1/p' |
+    grep -vxE 'lib(tarn_nvram|ucfg|webs|ltesdk|lted)\.so\.1|libc\.so\.6' | expect_none "needed at run time"
+  readelf -d "$library" | grep -q 'SONAME.*\[libkova\.so\.1\]'
+  strings "$library" | grep -F "$source" | expect_none "paths of the build machine"
+  ;;
+*) echo "object_test.sh: no check named '$check'" >&2; exit 2 ;;
+esac

@@ -1,0 +1,36 @@
+#!/usr/bin/env bash
+# Usage: package_test.sh CMAKE BUILD-DIRECTORY EXAMPLES-DIRECTORY C-COMPILER LIBDIR
+set -euo pipefail
+cmake=$1 build=$2 examples=$3 cc=$4 libdir=$5
+scratch=$(mktemp -d)
+export KOVA_DEVICE=$scratch/device
+trap 'rm -rf "$scratch"' EXIT
+
+expect() { # expect WHAT EXPECTED ACTUAL
+  [ "$2" = "$3" ] || { printf '%s: expected\n%s\nbut got\n%s\n' "$1" "$2" "$3"; exit 1; }
+}
+
+"$cmake" --install "$build" --prefix "$scratch/usr" >"$scratch/install.log"
+"$cmake" -S "$examples" -B "$scratch/with-cmake" -DCMAKE_PREFIX_PATH="$scratch/usr" -DCMAKE_C_COMPILER="$cc" \
+  >"$scratch/configure.log"
+"$cmake" --build "$scratch/with-cmake" >"$scratch/build.log"
+
+# The package file names the directories of its own installation, wherever that is.
+export PKG_CONFIG_PATH=$scratch/usr/$libdir/pkgconfig
+"$cc" "$examples/agent.c" -o "$scratch/with-pkg-config" \
+  $(pkg-config --define-prefix --cflags --libs kova) -Wl,-rpath,"$scratch/usr/$libdir"
+
+values='LAN.IPAddress      192.168.7.1
+LAN.DHCPPoolStart  192.168.7.100
+LAN.DHCPPoolEnd    192.168.7.200'
+refused='9007 Invalid parameter value: LAN.IPAddress;LAN.DHCPPoolStart;LAN.DHCPPoolEnd'
+"$scratch/usr/bin/kovactl" nvram set 0 lan_netmask 255.255.255.0
+"$scratch/usr/bin/kovactl" nvram set 0 dhcpEnabled 1
+for agent in "$scratch/with-cmake/agent" "$scratch/with-pkg-config"; do
+  expect "a request" "$values" "$("$agent" 192.168.7.1 192.168.7.100 192.168.7.200)"
+  status=0
+  said=$("$agent" 192.168.7.1 192.168.8.100 192.168.8.200 2>&1 >"$scratch/values") || status=$?
+  expect "the status of a refused request" 1 "$status"
+  expect "its fault" "$refused" "$said"
+  expect "what it left" "$values" "$(cat "$scratch/values")"
+done
