@@ -15,10 +15,9 @@ expect() { # expect WHAT EXPECTED ACTUAL
   >"$scratch/configure.log"
 "$cmake" --build "$scratch/with-cmake" >"$scratch/build.log"
 
-# The package file names the directories of its own installation, wherever that is.
 export PKG_CONFIG_PATH=$scratch/usr/$libdir/pkgconfig
 "$cc" "$examples/agent.c" -o "$scratch/with-pkg-config" \
-  $(pkg-config --define-prefix --cflags --libs kova) -Wl,-rpath,"$scratch/usr/$libdir"
+  $(pkg-config --cflags --libs kova) -Wl,-rpath,"$scratch/usr/$libdir"
 
 values='LAN.IPAddress      192.168.7.1
 LAN.DHCPPoolStart  192.168.7.100
