@@ -43,7 +43,7 @@ int kovaSendTR069CpeEvent(int method, unsigned int event) {
 
 void kova_trigger_cpe_event(const char *event) {
   constexpr char command[] = "test_cpeevent call \"";
-  constexpr std::size_t longest_line = 255, longest_event = longest_line - std::strlen(command) - 1;
+  constexpr std::size_t longest_line = 255, longest_event = longest_line - (sizeof command - 1) - 1;
   if (kova::is_empty(event) || std::strlen(event) > longest_event)
     return; // cut, the line would lose its quote
 

@@ -1,0 +1,19 @@
+#!/usr/bin/env bash
+# Installs what is needed, then checks the format, builds the dev and the release presets and runs the tests of both.
+#   scripts/test.sh [--quick]     --quick: without clang-tidy
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+quick=false
+[ "${1:-}" != --quick ] || quick=true
+
+xargs -a scripts/build-packages.txt scripts/packages.sh
+xargs -a scripts/test-packages.txt scripts/packages.sh
+
+git ls-files '*.c' '*.h' '*.cpp' '*.hpp' | xargs clang-format --dry-run --Werror
+for preset in dev release; do
+  cmake --preset "$preset" -DBUILD_TESTING=ON >/dev/null
+  cmake --build --preset "$preset"
+  ctest --preset "$preset" -j "$(nproc)"
+done
+$quick || scripts/tidy.sh
