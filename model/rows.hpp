@@ -1,0 +1,32 @@
+// How a family writes its rows. The macro's name says what the device allows; each accessor is written once
+// and gives both its address and its name.
+//
+// A family whose members differ by an index wraps its rows in a macro of its own and stamps them:
+//   #define APN(n) READ_WRITE(WAN "X_KOVA_APN." #n ".Enable", Boolean, getTR069APN##n##Enable, ...),
+//   APN(1) APN(2) ...
+#pragma once
+
+#include "model/model.hpp"
+
+// clang-format off
+#define KOVA_ACCESSOR(function) {#function, &(function)}
+#define KOVA_ROW(path, type, access, get, set, check, unit, meaning) \
+  {path, Type::type, Access::access, get, set, check, unit, meaning}
+
+#define READ_ONLY(path, type, get, unit, meaning) \
+  KOVA_ROW(path, type, ReadOnly, KOVA_ACCESSOR(get), {}, {}, unit, meaning)
+#define REPORTED(path, type, get, unit, meaning) \
+  KOVA_ROW(path, type, ReportedOnly, KOVA_ACCESSOR(get), {}, {}, unit, meaning)
+#define READ_WRITE(path, type, get, set, unit, meaning) \
+  KOVA_ROW(path, type, ReadWrite, KOVA_ACCESSOR(get), KOVA_ACCESSOR(set), {}, unit, meaning)
+#define CHECKED(path, type, get, set, check, unit, meaning) \
+  KOVA_ROW(path, type, ReadWrite, KOVA_ACCESSOR(get), KOVA_ACCESSOR(set), KOVA_ACCESSOR(check), unit, meaning)
+// clang-format on
+
+namespace kova::model {
+
+// One table per family; model.cpp joins them.
+std::span<const Parameter> frame_rows();
+std::span<const Parameter> lan_rows();
+
+} // namespace kova::model

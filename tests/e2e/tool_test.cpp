@@ -1,0 +1,184 @@
+// kovactl itself: its device, its stores, its log, and how it answers.
+#include "kovactl.hpp"
+
+#include <pty.h>
+#include <unistd.h>
+
+namespace kova::e2e {
+namespace {
+
+const std::string address = "InternetGatewayDevice.LANDevice.1.X_KOVA_LAN.IPAddress";
+
+using Tool = Kovactl;
+
+TEST_F(Tool, CreatesTheDeviceOnFirstUse) {
+  EXPECT_EQ(json({"device", "status"})["created"], false);
+  EXPECT_FALSE(std::filesystem::exists(device())) << "looking at it must not create it";
+
+  const Result first = run({"get", address});
+  EXPECT_EQ(first.status, 0);
+  EXPECT_NE(first.err.find(device().string()), std::string::npos) << first.err;
+  EXPECT_NE(first.out.find(address), std::string::npos);
+  EXPECT_EQ(run({"get", address}).err, "");
+
+  const Json status = json({"device", "status"});
+  EXPECT_EQ(status["directory"], device().string());
+  EXPECT_EQ(status["booted"], true);
+}
+
+TEST_F(Tool, KeepsSettingsAndLosesThemOnlyOnReset) {
+  const std::string factory = value(address);
+  json({"nvram", "set", "lan_ip=10.9.8.7"});
+  json({"nvram", "set", "-s", "9", "passing_fact=1"});
+  EXPECT_EQ(json({"device", "down"})["serviced"], nullptr);
+  EXPECT_EQ(value(address), "10.9.8.7");
+  EXPECT_EQ(run({"nvram", "get", "-s", "9", "passing_fact"}).status, 1) << "the boot clears run-time values";
+  json({"device", "reset"});
+  EXPECT_EQ(value(address), factory);
+}
+
+TEST_F(Tool, ChoosesItsDevice) {
+  const std::string other = (directory() / "other").string();
+  run({"--device", other, "nvram", "set", "lan_ip=10.9.8.7"});
+  EXPECT_NE(value(address), "10.9.8.7");
+  EXPECT_EQ(json({"--device", other, "get", address})["parameters"][0]["value"], "10.9.8.7");
+  run({"--device", other, "device", "down"});
+
+  const Result nowhere = run({"--device", "/dev/null/device", "get", address});
+  EXPECT_EQ(nowhere.status, 1);
+  EXPECT_NE(nowhere.err.find("/dev/null/device"), std::string::npos) << nowhere.err;
+}
+
+TEST_F(Tool, ServesTheSecondaryInstance) {
+  EXPECT_EQ(json({"--secondary", "get", address})["parameters"][0]["value"], value(address));
+}
+
+TEST_F(Tool, EditsTheStores) {
+  json({"nvram", "set", "-s", "9", "one=a b=c", "two="});
+  EXPECT_EQ(nvram("one", 9), "a b=c");
+  EXPECT_EQ(nvram("two", 9), "");
+  EXPECT_EQ(json({"nvram", "list", "-s", "9", "tw"}).size(), 1U);
+  json({"nvram", "unset", "-s", "9", "one"});
+  EXPECT_EQ(run({"nvram", "get", "-s", "9", "one"}).status, 1);
+  EXPECT_EQ(run({"nvram", "unset", "-s", "9", "one"}).status, 1);
+
+  const std::string leaf = "/tarn/cm_config/apnprofile/apn1/enable";
+  json({"tree", "set", leaf + "=0"});
+  EXPECT_EQ(json({"tree", "get", leaf.substr(1)})[0]["value"], "0");
+  EXPECT_EQ(json({"tree", "list", leaf}).size(), 1U);
+  EXPECT_EQ(run({"tree", "get", "/tarn/nothing/here"}).status, 1);
+}
+
+TEST_F(Tool, AnswersInJsonWhateverHappens) {
+  const std::pair<Words, int> commands[] = {
+      {{"get", address}, 0},
+      {{"get", "Nothing"}, 1},
+      {{"set", "Nothing=1"}, 1},
+      {{"list"}, 0},
+      {{"list", "Nothing"}, 1},
+      {{"list", "--paths", "Inter"}, 0},
+      {{"device", "status"}, 0},
+      {{"log"}, 0},
+      {{"nvram", "list"}, 0},
+      {{"nvram", "get", "no such key"}, 1},
+      {{"tree", "list"}, 0},
+      {{"tree", "get", "/no/such/leaf"}, 1},
+      {{}, 2},
+      {{"get"}, 2},
+      {{"set", "no assignment"}, 2},
+      {{"--device", "/dev/null/device", "get", address}, 1},
+  };
+  for (const auto &[words, status] : commands) {
+    SCOPED_TRACE(command_line(words));
+    json(words, status);
+  }
+  json({"nvram", "set", "-s", "9", "key=not \xff UTF-8"});
+  json({"nvram", "list", "-s", "9"});
+}
+
+TEST_F(Tool, AnswersToHelpAndRefusesBadUsage) {
+  for (const Words &words : {Words{"--help"}, Words{"set", "--help"}, Words{"--version"}}) {
+    const Result result = run(words);
+    EXPECT_EQ(result.status, 0);
+    EXPECT_NE(result.out, "");
+  }
+  for (const Words &words :
+       {Words{}, Words{"frobnicate"}, Words{"get"}, Words{"get", address, "--frobnicate"},
+        Words{"set", address}, Words{"set", "=1"}, Words{"log", "--tail", "many"}}) {
+    const Result result = run(words);
+    EXPECT_EQ(result.status, 2) << command_line(words);
+    EXPECT_EQ(result.out, "");
+    EXPECT_NE(result.err, "");
+  }
+  EXPECT_FALSE(std::filesystem::exists(device()));
+}
+
+TEST_F(Tool, ShowsTheLog) {
+  run({"set", "InternetGatewayDevice.LANDevice.1.X_KOVA_LAN.DNSServer1=9.9.9.9", "--log"});
+  const Json last = json({"log", "--tail", "1"});
+  ASSERT_EQ(last.size(), 1U);
+  EXPECT_EQ(last[0]["request"], "restart_dhcp_server");
+  EXPECT_GT(json({"log"}).size(), 1U);
+  EXPECT_EQ(json({"log", "--tail", "0"}).size(), 0U);
+  const std::string line = run({"log", "--tail", "1"}).out;
+  EXPECT_NE(line.find("service"), std::string::npos) << line;
+  EXPECT_NE(line.find("restart_dhcp_server"), std::string::npos) << line;
+
+  // Following shows what happens after it began.
+  const std::string follow = command_line({"log", "--follow", "--tail", "0"});
+  const std::string ask = command_line({"set", "InternetGatewayDevice.LANDevice.1.X_KOVA_LAN.DNSServer2="});
+  const std::string seen = "'" + (directory() / "seen").string() + "'";
+  shell(follow + " >" + seen + " & for i in $(seq 100); do " + ask +
+        " >/dev/null; grep -q restart_dhcp_server " + seen + " && break; sleep 0.1; done; kill $!");
+  EXPECT_NE(read(directory() / "seen").find("restart_dhcp_server"), std::string::npos);
+}
+
+TEST_F(Tool, CompletesPaths) {
+  const auto complete = [&](const std::string &words) {
+    return shell("bash -c 'source <(\"" KOVACTL_PATH "\" completion bash); COMP_WORDS=(\"" KOVACTL_PATH
+                 "\" " +
+                 words + "); COMP_CWORD=$((${#COMP_WORDS[@]} - 1)); _kovactl; echo \"${COMPREPLY[*]}\"'")
+        .out;
+  };
+  EXPECT_EQ(complete("dev"), "device\n");
+  EXPECT_EQ(complete("device st"), "status\n");
+  EXPECT_EQ(complete("get InternetGatewayDevice.LANDevice.1.X"),
+            "InternetGatewayDevice.LANDevice.1.X_KOVA_LAN.\n");
+  EXPECT_EQ(complete("--json get InternetGatewayDevice.LANDevice.1.X_KOVA_LAN.S"),
+            "InternetGatewayDevice.LANDevice.1.X_KOVA_LAN.Speed "
+            "InternetGatewayDevice.LANDevice.1.X_KOVA_LAN.Status "
+            "InternetGatewayDevice.LANDevice.1.X_KOVA_LAN.SubnetMask\n");
+  EXPECT_EQ(complete("set InternetGatewayDevice.LANDevice.1.X_KOVA_LAN.S"),
+            "InternetGatewayDevice.LANDevice.1.X_KOVA_LAN.SubnetMask=\n");
+}
+
+std::string on_terminal(const std::string &command) {
+  int terminal = -1;
+  const pid_t child = forkpty(&terminal, nullptr, nullptr, nullptr);
+  if (child == 0) {
+    execl("/bin/sh", "sh", "-c", command.c_str(), nullptr);
+    _exit(127);
+  }
+  std::string text;
+  char buffer[4096];
+  for (ssize_t n; (n = ::read(terminal, buffer, sizeof buffer)) > 0;)
+    text.append(buffer, static_cast<size_t>(n));
+  close(terminal);
+  waitpid(child, nullptr, 0);
+  return text;
+}
+
+TEST_F(Tool, ColoursAndEscapesOnlyForATerminal) {
+  json({"nvram", "set", "key=bell\a"});
+  const std::string command = command_line({"nvram", "get", "key"});
+  EXPECT_NE(shell(command).out.find("bell\a"), std::string::npos);
+  EXPECT_EQ(shell(command).out.find('\033'), std::string::npos);
+  const std::string shown = on_terminal(command), plain = on_terminal("NO_COLOR=1 " + command);
+  EXPECT_NE(shown.find("bell\\x07"), std::string::npos) << shown;
+  EXPECT_NE(shown.find('\033'), std::string::npos);
+  EXPECT_NE(plain.find("bell\\x07"), std::string::npos) << plain;
+  EXPECT_EQ(plain.find('\033'), std::string::npos);
+}
+
+} // namespace
+} // namespace kova::e2e

@@ -1,0 +1,59 @@
+# bash completion for kovactl
+
+_kovactl() {
+  local cur=${COMP_WORDS[COMP_CWORD]} command= sub= word i
+  COMPREPLY=()
+  for ((i = 1; i < COMP_CWORD; i++)); do
+    word=${COMP_WORDS[i]}
+    case $word in
+      --device | --tail | --section | -s) ((i++)) ;;
+      -*) ;;
+      *)
+        if [[ -z $command ]]; then
+          command=$word
+        elif [[ -z $sub ]]; then
+          sub=$word
+        fi
+        ;;
+    esac
+  done
+
+  if [[ ${COMP_WORDS[COMP_CWORD - 1]} == --device ]]; then
+    compopt -o dirnames 2>/dev/null
+    return
+  fi
+  if [[ $cur == -* ]]; then
+    local options="--json --secondary --device --help"
+    case $command in
+      '') options+=" --version" ;;
+      set) options+=" --log" ;;
+      list) options+=" --writable --paths" ;;
+      log) options+=" --tail --follow" ;;
+      nvram) options+=" --section" ;;
+    esac
+    COMPREPLY=($(compgen -W "$options" -- "$cur"))
+    return
+  fi
+
+  case $command in
+    '') COMPREPLY=($(compgen -W "get set list device log nvram tree completion" -- "$cur")) ;;
+    device) [[ -n $sub ]] || COMPREPLY=($(compgen -W "up down reset status" -- "$cur")) ;;
+    nvram) [[ -n $sub ]] || COMPREPLY=($(compgen -W "get set unset list" -- "$cur")) ;;
+    tree) [[ -n $sub ]] || COMPREPLY=($(compgen -W "get set list" -- "$cur")) ;;
+    completion) [[ -n $sub ]] || COMPREPLY=($(compgen -W "bash" -- "$cur")) ;;
+    get | list) COMPREPLY=($("${COMP_WORDS[0]}" list --paths "$cur" 2>/dev/null)) ;;
+    set)
+      # "=" ends a word for readline: what follows it is a value.
+      [[ $cur == = || ${COMP_WORDS[COMP_CWORD - 1]} == = ]] && return
+      COMPREPLY=($("${COMP_WORDS[0]}" list --paths --writable "$cur" 2>/dev/null))
+      for i in "${!COMPREPLY[@]}"; do
+        [[ ${COMPREPLY[i]} == *. ]] || COMPREPLY[i]+="="
+      done
+      ;;
+  esac
+  # More is to be typed after a branch or a "=".
+  [[ ${#COMPREPLY[@]} -gt 0 && ${COMPREPLY[0]} == *[.=] ]] && compopt -o nospace 2>/dev/null
+  return 0
+}
+
+complete -F _kovactl kovactl

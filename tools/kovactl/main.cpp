@@ -1,0 +1,195 @@
+// kovactl: a small agent on the command line. Here are its commands and options; what they do is beside.
+#include "device/device.hpp"
+#include "frame/frame.h"
+#include "kovactl/commands.hpp"
+#include "kovactl/completion.hpp"
+#include "kovactl/stores.hpp"
+#include "platform/host/device_dir.hpp"
+
+#include <CLI/CLI.hpp>
+
+#include <cstdlib>
+#include <exception>
+#include <iostream>
+
+namespace kova::ctl {
+namespace {
+
+// The commands with their options. The one that was asked for ends up in `chosen`.
+class CommandLine {
+public:
+  CommandLine() {
+    app_.require_subcommand(1);
+    app_.fallthrough();
+    app_.set_version_flag("--version", "kovactl " KOVA_VERSION);
+    app_.add_flag("--json", arguments_.json, "Answer in JSON, also when something fails");
+    app_.add_flag("--secondary", arguments_.secondary, "Act for the secondary management instance");
+    app_.add_option("--device", arguments_.device, "Directory of the virtual device (default: $KOVA_DEVICE)")
+        ->type_name("DIR")
+        ->check([](const std::string &text) {
+          return text.empty() ? std::string("it is empty") : std::string();
+        });
+    add_parameters();
+    add_device();
+    add_stores();
+  }
+
+  void parse(int argc, char **argv) { app_.parse(argc, argv); }
+  int explain(const CLI::ParseError &error) const { return app_.exit(error); }
+  const Arguments &arguments() const { return arguments_; }
+  ExitStatus run(const Output &output) const { return chosen_(output, arguments_); }
+
+private:
+  CLI::App *add(CLI::App &group, const char *name, const char *help, const Command &command) {
+    CLI::App *added = group.add_subcommand(name, help);
+    added->callback([this, command] { chosen_ = command; });
+    return added;
+  }
+
+  CLI::App *add_group(const char *name, const char *help) {
+    CLI::App *group = app_.add_subcommand(name, help);
+    group->require_subcommand(1);
+    return group;
+  }
+
+  void take_names(CLI::App *command, const char *name, const char *help) {
+    command->add_option(name, arguments_.names, help)->required();
+  }
+
+  void take_assignments(CLI::App *command, const char *name) {
+    command->add_option(name, arguments_.assignments)->required()->check(assignment_rule);
+  }
+
+  void take_prefix(CLI::App *command, const char *help) {
+    command->add_option("PREFIX", arguments_.prefix, help);
+  }
+
+  void add_parameters() {
+    take_names(add(app_, "get", "Show values of parameters", on_device(get)), "PATH",
+               "Parameters; a path that ends in \".\" is a whole branch, \"\" is everything");
+    CLI::App *set_command = add(app_, "set", "Change parameters in one request", on_device(set));
+    take_assignments(set_command, "PATH=VALUE");
+    set_command->add_flag("--log", arguments_.with_log, "Then show what the device was asked to do");
+    CLI::App *list_command =
+        add(app_, "list", "Show the parameters that there are, and what they mean", list);
+    take_prefix(list_command, "Only the paths that begin so");
+    list_command->add_flag("--writable", arguments_.writable_only, "Only parameters that can be set");
+    list_command->add_flag("--paths", arguments_.paths_only,
+                           "Only what may follow PREFIX, one level: for completion");
+  }
+
+  void add_device() {
+    CLI::App *group = add_group("device", "The virtual device itself");
+    add(*group, "up", "Create the device if need be, boot it, start its service daemon",
+        device_command(device::up));
+    add(*group, "down", "Stop the service daemon; the settings stay", device_command(device::down));
+    add(*group, "reset", "Back to factory settings: all settings and the log are lost",
+        device_command(device::reset));
+    add(*group, "status", "Show where the device is and whether it runs", device_command(nullptr));
+
+    CLI::App *log = add(app_, "log", "Show what the device was asked to do",
+                        on_device([](const Output &output, const Arguments &arguments) {
+                          return show_log(output, device::log_file(), arguments.log);
+                        }));
+    log->add_option("--tail", arguments_.log.tail, "Only the last N records")->type_name("N");
+    log->add_flag("--follow", arguments_.log.follow, "Go on with what is asked from now on");
+
+    CLI::App *completion = add_group("completion", "Print a shell's completion script");
+    add(*completion, "bash", "For bash: source <(kovactl completion bash)",
+        [](const Output &, const Arguments &) {
+          std::cout << bash_completion;
+          return Success;
+        });
+  }
+
+  void add_stores() {
+    using A = const Arguments &;
+    using O = const Output &;
+    CLI::App *nvram = add_group("nvram", "The key/value store");
+    CLI::App *get_keys = add(*nvram, "get", "Show keys",
+                             on_device([](O output, A a) { return nvram_get(output, a.section, a.names); }));
+    CLI::App *set_keys =
+        add(*nvram, "set", "Store keys as they are, without any rule",
+            on_device([](O output, A a) { return nvram_set(output, a.section, parsed_assignments(a)); }));
+    CLI::App *unset_keys =
+        add(*nvram, "unset", "Remove keys",
+            on_device([](O output, A a) { return nvram_unset(output, a.section, a.names); }));
+    CLI::App *list_keys =
+        add(*nvram, "list", "Show all keys",
+            on_device([](O output, A a) { return nvram_list(output, a.listed_section, a.prefix); }));
+    take_names(get_keys, "KEY", "");
+    take_assignments(set_keys, "KEY=VALUE");
+    take_names(unset_keys, "KEY", "");
+    take_prefix(list_keys, "Only the keys that begin so");
+    for (CLI::App *command : {get_keys, set_keys, unset_keys})
+      command->add_option("-s,--section", arguments_.section,
+                          "0: configuration (the default), 9: run-time values");
+    list_keys->add_option("-s,--section", arguments_.listed_section, "Only this section");
+
+    CLI::App *tree = add_group("tree", "The configuration tree");
+    take_names(
+        add(*tree, "get", "Show leaves", on_device([](O output, A a) { return tree_get(output, a.names); })),
+        "PATH", "As in /tarn/...");
+    take_assignments(add(*tree, "set", "Store leaves as they are, without any rule",
+                         on_device([](O output, A a) { return tree_set(output, parsed_assignments(a)); })),
+                     "PATH=VALUE");
+    take_prefix(add(*tree, "list", "Show all leaves",
+                    on_device([](O output, A a) { return tree_list(output, a.prefix); })),
+                "Only the leaves at or below this path");
+  }
+
+  CLI::App app_{"A small agent for the router's TR-069 data model, on a virtual device"};
+  Arguments arguments_;
+  Command chosen_;
+};
+
+bool asks_for_json(int argc, char **argv) {
+  for (int i = 1; i < argc; ++i)
+    if (std::string_view(argv[i]) == "--json") return true;
+  return false;
+}
+
+// The stores, the service daemon and the path redirection all find the device by this variable.
+void choose_device(const std::string &directory) {
+  if (!directory.empty()) setenv("KOVA_DEVICE", directory.c_str(), 1);
+  setenv("KOVA_DEVICE", host::device_dir().c_str(), 1);
+}
+
+ExitStatus run(const CommandLine &line) {
+  const Arguments &arguments = line.arguments();
+  const Output output(arguments.json);
+  try {
+    choose_device(arguments.device);
+    if (arguments.secondary) setSecondaryInstance();
+    const ExitStatus status = line.run(output);
+    if (!std::cout.flush()) return output.failure("the result could not be written");
+    return status;
+  } catch (const std::exception &error) {
+    return output.failure(error.what());
+  }
+}
+
+int run(int argc, char **argv) {
+  CommandLine line;
+  try {
+    line.parse(argc, argv);
+  } catch (const CLI::ParseError &error) {
+    const bool asked_for_help = error.get_exit_code() == 0;
+    if (!asked_for_help && asks_for_json(argc, argv)) return Output(true).failure(error.what(), BadUsage);
+    line.explain(error);
+    return asked_for_help ? Success : BadUsage;
+  }
+  return run(line);
+}
+
+} // namespace
+} // namespace kova::ctl
+
+int main(int argc, char **argv) {
+  try {
+    return kova::ctl::run(argc, argv);
+  } catch (const std::exception &error) {
+    std::fprintf(stderr, "kovactl: %s\n", error.what());
+    return kova::ctl::Failure;
+  }
+}

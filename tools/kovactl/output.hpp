@@ -1,0 +1,55 @@
+// How results reach the person or the program that asked: aligned text, or JSON. Results go to standard
+// output, notes and failures to standard error; with --json everything is one JSON value on standard output.
+#pragma once
+
+#include <nlohmann/json.hpp>
+
+#include <iosfwd>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kova::ctl {
+
+using Json = nlohmann::ordered_json;
+
+enum ExitStatus : int { Success = 0, Failure = 1, BadUsage = 2 };
+
+enum class Style { Plain, Faint, Bold, Alarm };
+
+struct Cell {
+  std::string text;
+  Style style = Style::Plain;
+};
+using Table = std::vector<std::vector<Cell>>;
+
+class Output {
+public:
+  explicit Output(bool json);
+
+  bool json() const { return json_; }
+  // A whole result.
+  void print(const Json &value) const;
+  // One of a stream of results, on one line.
+  void print_line(const Json &value) const;
+  void print(const Table &table) const;
+  // The same, for a person who must not take it for a result.
+  void complain(const Table &table) const;
+  void note(std::string_view text) const;
+  // A failure that is not a CWMP fault. Returns the status.
+  ExitStatus failure(std::string_view text, ExitStatus status = Failure) const;
+
+private:
+  struct Stream {
+    std::ostream &out;
+    bool terminal, colour;
+  };
+  static Stream open(int descriptor, std::ostream &out, bool json);
+  static std::string shown(const Stream &stream, std::string_view text);
+  static void write(const Stream &stream, const Table &table);
+
+  bool json_;
+  Stream results_, messages_;
+};
+
+} // namespace kova::ctl

@@ -1,0 +1,121 @@
+#include "kovactl/request.hpp"
+
+#include "transaction/transaction.h"
+
+#include <algorithm>
+#include <array>
+
+namespace kova::ctl {
+namespace {
+
+Fault unknown_path(const std::string &path) {
+  return {path, FaultCode::InvalidName, ""};
+}
+
+void read_into(Reading &reading, const model::Parameter &parameter) {
+  std::array<char, 4097> buffer{}; // a getter may leave it untouched, or fill it without a terminator
+  if (parameter.get && parameter.get.call(buffer.data(), buffer.size() - 1) != 0)
+    reading.faults.push_back(
+        {std::string(parameter.path), FaultCode::InternalError, "the device cannot tell it now"});
+  else
+    reading.values.push_back({&parameter, buffer.data()});
+}
+
+std::vector<Assignment> last_mentions(std::span<const Assignment> request) {
+  std::vector<Assignment> kept;
+  for (auto at = request.begin(); at != request.end(); ++at)
+    if (std::find_if(at + 1, request.end(),
+                     [&](const Assignment &later) { return later.path == at->path; }) == request.end())
+      kept.push_back(*at);
+  return kept;
+}
+
+// Phase 1: each value by itself. An accepted value is parked for the batch validation.
+std::vector<Fault> check_each(std::span<const Assignment> request) {
+  std::vector<Fault> faults;
+  for (const auto &[path, value] : request) {
+    const model::Parameter *parameter = model::find(path);
+    if (!parameter)
+      faults.push_back(unknown_path(path));
+    else if (!parameter->writable())
+      faults.push_back({path, FaultCode::NotWritable, ""});
+    else if (parameter->check && parameter->check.call(path.c_str(), value.c_str()) != 0)
+      faults.push_back({path, FaultCode::InvalidValue, "\"" + value + "\" is refused"});
+  }
+  return faults;
+}
+
+// Phase 2: the values together.
+bool check_together(std::span<const Assignment> request, std::vector<Fault> &faults) {
+  size_t size = 256;
+  for (const Assignment &assignment : request)
+    size += assignment.path.size() + 1;
+  std::string names(size, '\0');
+  if (kovaCheckTR069ParameterValues(names.data(), static_cast<int>(names.size())) == 0) return true;
+
+  std::string_view rest = names.c_str();
+  while (!rest.empty()) {
+    const std::string path(rest.substr(0, rest.find(';')));
+    rest.remove_prefix(std::min(rest.size(), path.size() + 1));
+    const auto given = std::ranges::find(request, path, &Assignment::path);
+    const std::string value = given != request.end() ? "\"" + given->value + "\" " : "";
+    faults.push_back({path, FaultCode::InvalidValue, value + "does not go with the other values"});
+  }
+  return false;
+}
+
+// Phase 3: stores in order, up to the first refusal.
+void store_each(std::span<const Assignment> request, Setting &result) {
+  for (const Assignment &assignment : request) {
+    const auto &[path, value] = assignment;
+    if (result.faults.empty() && model::find(path)->set.call(value.c_str()) != 0)
+      result.faults.push_back({path, FaultCode::InvalidValue, "\"" + value + "\" is refused"});
+    (result.faults.empty() ? result.stored : result.not_stored).push_back(assignment);
+  }
+}
+
+} // namespace
+
+std::string_view text(FaultCode code) {
+  switch (code) {
+  case FaultCode::InternalError:
+    return "Internal error";
+  case FaultCode::InvalidArguments:
+    return "Invalid arguments";
+  case FaultCode::InvalidName:
+    return "Invalid parameter name";
+  case FaultCode::InvalidValue:
+    return "Invalid parameter value";
+  case FaultCode::NotWritable:
+    return "Attempt to set a non-writable parameter";
+  }
+  return "";
+}
+
+Reading get_values(std::span<const std::string> paths) {
+  Reading reading;
+  for (const std::string &path : paths) {
+    const auto branch = model::branch(path);
+    const model::Parameter *parameter = model::find(path);
+    if (parameter) read_into(reading, *parameter);
+    for (const model::Parameter *member : branch)
+      read_into(reading, *member);
+    if (!parameter && branch.empty()) reading.faults.push_back(unknown_path(path));
+  }
+  return reading;
+}
+
+Setting set_values(std::span<const Assignment> given) {
+  const std::vector<Assignment> request = last_mentions(given);
+  Setting result;
+  result.faults = check_each(request);
+  if (!result.faults.empty() || !check_together(request, result.faults)) {
+    result.not_stored = request;
+    return result;
+  }
+  store_each(request, result);
+  result.accepted = result.faults.empty();
+  return result;
+}
+
+} // namespace kova::ctl
