@@ -8,11 +8,11 @@
 //   run/     serviced.pid (locked by the running daemon), booted (the host boot in which the device was booted)
 #pragma once
 
+#include <sys/types.h>
+
 #include <filesystem>
 #include <optional>
 #include <string>
-
-#include <sys/types.h>
 
 namespace kova::device {
 

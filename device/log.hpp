@@ -10,9 +10,9 @@
 //   device   "what" ("created", "booted", "stopped", ...)
 #pragma once
 
-#include <string>
-
 #include <nlohmann/json_fwd.hpp>
+
+#include <string>
 
 namespace kova::device {
 

@@ -1,0 +1,18 @@
+// What a new device holds, and what its daemons publish once it is booted.
+#pragma once
+
+#include "platform/host/nvram_admin.hpp"
+
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace kova::device {
+
+std::vector<host::NvramEntry> factory_settings();
+// Leaves of the configuration tree as (path, text).
+std::vector<std::pair<std::string, std::string>> factory_tree();
+// The run-time section right after a boot.
+std::vector<host::NvramEntry> runtime_facts();
+
+} // namespace kova::device

@@ -1,0 +1,84 @@
+#include "device/error.hpp"
+#include "device/layout.hpp"
+#include "device/paths.hpp"
+
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <optional>
+#include <sstream>
+#include <vector>
+
+namespace fs = std::filesystem;
+
+namespace kova::device {
+namespace {
+
+constexpr const char *stand_ins[] = {"brctl", "ifconfig", "kern",          "logger",
+                                     "route", "sc",       "test_cpeevent", "ucfg"};
+// Harmless programs of the host that shell lines of the device use.
+constexpr const char *host_tools[] = {"awk", "cat", "cp", "cut",   "grep", "head",
+                                      "rm",  "sed", "sh", "sleep", "tr"};
+
+bool is_program(const fs::path &path) {
+  return !fs::is_directory(path) && access(path.c_str(), X_OK) == 0;
+}
+
+// The usual directories come first, so that a person's own wrappers do not become part of the device.
+std::optional<fs::path> find_host_tool(const char *name) {
+  const char *path = std::getenv("PATH");
+  std::istringstream directories(std::string("/usr/bin:/bin:") + (path == nullptr ? "" : path));
+  for (std::string directory; std::getline(directories, directory, ':');) {
+    const fs::path program = fs::path(directory) / name;
+    if (program.is_absolute() && program.parent_path() != bin_dir() && is_program(program)) return program;
+  }
+  return std::nullopt;
+}
+
+void link(const fs::path &target, const fs::path &path) {
+  on_path("cannot create", path, [&target](const auto &p, auto &e) {
+    fs::create_symlink(target, p, e);
+    return true;
+  });
+}
+
+} // namespace
+
+fs::path helper_program(std::string_view name) {
+  const char *override_dir = std::getenv("KOVA_LIBEXEC");
+  const fs::path directory = override_dir != nullptr && *override_dir != '\0'
+                                 ? fs::absolute(override_dir)
+                                 : fs::read_symlink("/proc/self/exe").parent_path() / KOVA_LIBEXEC_FROM_BIN;
+  fs::path program = (directory / name).lexically_normal();
+  if (!is_program(program))
+    throw std::runtime_error("program " + program.string() +
+                             " is missing (KOVA_LIBEXEC names another directory)");
+  return program;
+}
+
+void lay_out_programs() {
+  const fs::path stand_in = helper_program("kova-standin");
+  remove_tree(bin_dir());
+  make_directories(bin_dir());
+  for (const char *name : host_tools) {
+    if (const auto program = find_host_tool(name))
+      link(*program, bin_dir() / name);
+    else
+      std::fprintf(stderr, "kova: this host has no %s; device commands that use it fail\n", name);
+  }
+  const fs::path event_tool = on_device("/usr/bin/test_cpeevent");
+  make_directories(event_tool.parent_path());
+  remove_tree(event_tool);
+  link(stand_in, event_tool);
+  for (const char *name : stand_ins)
+    link(stand_in, bin_dir() / name);
+}
+
+bool programs_are_ours() {
+  std::error_code error;
+  return fs::read_symlink(bin_dir() / stand_ins[std::size(stand_ins) - 1], error) ==
+         helper_program("kova-standin");
+}
+
+} // namespace kova::device

@@ -1,0 +1,127 @@
+// The service daemon of the virtual device: accepts what agents ask of the device's services, and logs it.
+#include "device/error.hpp"
+#include "device/log.hpp"
+#include "device/paths.hpp"
+#include "device/pid_file.hpp"
+#include "device/serviced/server.hpp"
+
+#include <fcntl.h>
+#include <nlohmann/json.hpp>
+#include <sys/signalfd.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+
+namespace {
+
+using namespace kova;
+
+std::string hexadecimal(uint32_t number) {
+  char text[16];
+  std::snprintf(text, sizeof text, "0x%08x", number);
+  return text;
+}
+
+uint32_t log_request(const device::Request &request) {
+  if (request.command == device::connect_announcement) return 0;
+  nlohmann::json record{{"kind", "service"},
+                        {"pid", request.pid},
+                        {"request", device::request_name(request.command)},
+                        {"command", hexadecimal(request.command)},
+                        {"payload", request.payload}};
+  if (request.destination_type != device::daemon_type) record["destination"] = request.destination_type;
+  if (request.word != 0) record["word"] = request.word;
+  device::log_record(std::move(record));
+  return 0;
+}
+
+void log_malformed(pid_t client, const std::string &why) {
+  device::log_record({{"kind", "service"},
+                      {"pid", client},
+                      {"request", "malformed"},
+                      {"command", ""},
+                      {"payload", ""},
+                      {"reason", why}});
+}
+
+// Whoever started this program must not wait for the end of a file that only this daemon still holds open.
+void close_inherited_files() {
+  close_range(STDERR_FILENO + 1, ~0U, 0);
+}
+
+void leave_terminal_and_parent() {
+  const pid_t child = fork();
+  if (child < 0) device::fail("cannot fork");
+  if (child > 0) _exit(0);
+  setsid();
+}
+
+device::Fd signals_to_end() {
+  sigset_t signals;
+  sigemptyset(&signals);
+  for (const int number : {SIGTERM, SIGINT, SIGHUP}) {
+    std::signal(number, SIG_DFL);
+    sigaddset(&signals, number);
+  }
+  sigprocmask(SIG_BLOCK, &signals, nullptr);
+  return device::Fd(signalfd(-1, &signals, SFD_CLOEXEC));
+}
+
+constexpr const char *socket_name = "mrhd_socket";
+
+// Works in the socket's directory, whose full name may be longer than a socket address has room for.
+device::Fd listen_on_socket() {
+  const auto directory = device::on_device("/tmp");
+  if (chdir(directory.c_str()) != 0) device::fail("cannot enter " + directory.string());
+  unlink(socket_name);
+  device::Fd listener(socket(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0));
+  sockaddr_un address{.sun_family = AF_UNIX, .sun_path = {}};
+  std::snprintf(address.sun_path, sizeof address.sun_path, "%s", socket_name);
+  if (!listener || bind(listener.get(), reinterpret_cast<const sockaddr *>(&address), sizeof address) != 0 ||
+      listen(listener.get(), SOMAXCONN) != 0)
+    device::fail("cannot listen on " + (directory / socket_name).string());
+  return listener;
+}
+
+// Tells the starting process, which reads the first line, that all is well; later output goes to the messages.
+void announce_ready() {
+  std::puts("ready");
+  std::fflush(stdout);
+  dup2(STDERR_FILENO, STDOUT_FILENO);
+}
+
+void serve() {
+  const device::PidFile pid_file(device::pid_file());
+  const device::Fd signals = signals_to_end();
+  const device::Fd listener = listen_on_socket();
+  announce_ready();
+  device::Server(listener.get(), signals.get(), {log_request, log_malformed}, {}).run();
+  unlink(socket_name);
+}
+
+} // namespace
+
+int main(int argc, char **argv) {
+  const bool foreground = argc == 2 && std::string_view(argv[1]) == "--foreground";
+  if (argc > 1 && !foreground) {
+    std::fputs("usage: kova-serviced [--foreground]\n", stderr);
+    return 2;
+  }
+  try {
+    close_inherited_files();
+    setenv("KOVA_DEVICE", host::device_dir().c_str(), 1); // stays the same in another working directory
+    if (!foreground) leave_terminal_and_parent();
+    serve();
+    return 0;
+  } catch (const std::exception &error) {
+    std::puts(error.what());
+    std::fflush(stdout);
+    std::fprintf(stderr, "kova-serviced: %s\n", error.what());
+    return 1;
+  }
+}

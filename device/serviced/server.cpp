@@ -1,0 +1,117 @@
+#include "device/serviced/server.hpp"
+
+#include <sys/socket.h>
+
+#include <algorithm>
+#include <cerrno>
+
+namespace kova::device {
+namespace {
+
+pid_t client_of(int socket) {
+  ucred credentials{};
+  socklen_t length = sizeof credentials;
+  return getsockopt(socket, SOL_SOCKET, SO_PEERCRED, &credentials, &length) == 0 ? credentials.pid : 0;
+}
+
+} // namespace
+
+void Server::run() {
+  while (true) {
+    std::vector<pollfd> events = polled();
+    if (poll(events.data(), events.size(), poll_timeout()) < 0 && errno != EINTR) return;
+    if (events[0].revents != 0) return;
+    for (std::size_t i = 0; i < connections_.size(); i++) {
+      connections_[i].idle = events[i + 2].revents == 0;
+      if (!connections_[i].idle) serve(connections_[i]);
+    }
+    refuse_overdue();
+    std::erase_if(connections_, [](const Connection &connection) { return !connection.socket; });
+    if (events[1].revents != 0) accept_waiting();
+  }
+}
+
+std::vector<pollfd> Server::polled() const {
+  std::vector<pollfd> events{{stop_, POLLIN, 0}, {listener_, POLLIN, 0}};
+  for (const Connection &connection : connections_)
+    events.push_back({connection.socket.get(), POLLIN, 0});
+  return events;
+}
+
+// Milliseconds until the first unfinished record is overdue.
+int Server::poll_timeout() const {
+  auto left = std::chrono::milliseconds::max();
+  for (const Connection &connection : connections_)
+    if (connection.stream.waiting() > 0)
+      left = std::min(left, std::chrono::ceil<std::chrono::milliseconds>(connection.record_begun +
+                                                                         limits_.record_time - Clock::now()));
+  if (left == std::chrono::milliseconds::max()) return -1;
+  return static_cast<int>(std::max(left.count(), std::chrono::milliseconds::rep{0}));
+}
+
+void Server::serve(Connection &connection) {
+  char bytes[4096];
+  const ssize_t count = recv(connection.socket.get(), bytes, sizeof bytes, MSG_DONTWAIT);
+  if (count > 0) return take_bytes(connection, {bytes, static_cast<std::size_t>(count)});
+  if (count < 0 && (errno == EAGAIN || errno == EINTR)) return;
+  if (const std::size_t waiting = connection.stream.waiting(); waiting > 0)
+    return refuse(connection, "closed after " + std::to_string(waiting) + " bytes of a record");
+  connection.socket.close();
+}
+
+void Server::take_bytes(Connection &connection, std::string_view bytes) {
+  connection.last_heard = Clock::now();
+  if (connection.stream.waiting() == 0) connection.record_begun = connection.last_heard;
+  connection.stream.append(bytes);
+  try {
+    while (const auto request = connection.stream.next()) {
+      connection.record_begun = connection.last_heard;
+      if (!answer(connection, *request)) return connection.socket.close();
+    }
+  } catch (const Malformed &why) {
+    refuse(connection, why.what());
+  }
+}
+
+// False when the client does not take its confirmation: it is not waited for.
+bool Server::answer(Connection &connection, const Request &request) {
+  const uint32_t result = handlers_.request(request);
+  if (request.confirm == 0) return true;
+  const MsgRecord reply = confirmation_of(request, result, static_cast<uint32_t>(getpid()));
+  return send(connection.socket.get(), &reply, sizeof reply, MSG_DONTWAIT | MSG_NOSIGNAL) == sizeof reply;
+}
+
+void Server::refuse(Connection &connection, const std::string &why) {
+  handlers_.malformed(client_of(connection.socket.get()), why);
+  connection.socket.close();
+}
+
+void Server::refuse_overdue() {
+  for (Connection &connection : connections_)
+    if (connection.stream.waiting() > 0 && Clock::now() - connection.record_begun >= limits_.record_time)
+      refuse(connection,
+             "gave up after " + std::to_string(connection.stream.waiting()) + " bytes of a record");
+}
+
+void Server::accept_waiting() {
+  while (connections_.size() < limits_.connections || make_room()) {
+    Fd socket(accept4(listener_, nullptr, nullptr, SOCK_CLOEXEC));
+    if (!socket && (errno == EMFILE || errno == ENFILE) && make_room()) continue;
+    if (!socket) return;
+    const auto now = Clock::now();
+    connections_.push_back({std::move(socket), {}, now, now, false});
+  }
+}
+
+// Drops the connection that has been silent for longest. One that had something to say in this round stays.
+bool Server::make_room() {
+  auto silent = connections_.end();
+  for (auto it = connections_.begin(); it != connections_.end(); ++it)
+    if (it->idle && (silent == connections_.end() || it->last_heard < silent->last_heard)) silent = it;
+  if (silent == connections_.end()) return false;
+  serve(*silent); // what came in the meantime still counts
+  connections_.erase(silent);
+  return true;
+}
+
+} // namespace kova::device

@@ -1,0 +1,167 @@
+// The service daemon's protocol and loop against clients that do not behave.
+#include "device/serviced/server.hpp"
+
+#include <gtest/gtest.h>
+#include <sys/eventfd.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+
+#include <atomic>
+#include <cstring>
+#include <filesystem>
+#include <memory>
+#include <mutex>
+#include <thread>
+
+namespace kova::device {
+namespace {
+
+using namespace std::chrono_literals;
+
+std::string record(uint32_t command, const std::string &payload = "", uint32_t confirm = 0) {
+  MsgRecord header{};
+  std::memcpy(&header.magic, "MRHD", 4);
+  header.sourcePid = 42;
+  header.sourceType = 2;
+  header.destinationType = daemon_type;
+  header.command = command;
+  header.confirm = confirm;
+  header.cookie = 99;
+  header.length = static_cast<uint32_t>(payload.size());
+  return std::string(reinterpret_cast<const char *>(&header), sizeof header) + payload;
+}
+
+std::string oversized() {
+  std::string bytes = record(0x10000005);
+  const uint32_t length = longest_payload + 1;
+  std::memcpy(bytes.data() + offsetof(MsgRecord, length), &length, sizeof length);
+  return bytes;
+}
+
+TEST(RequestNames, AreThoseOfTheRequestsWithoutTheirPrefix) {
+  EXPECT_EQ(request_name(0x10000006), "restart_dhcp_server");
+  EXPECT_EQ(request_name(0x10000019), "launch_tracerouteDiag");
+  EXPECT_EQ(request_name(0x10000004), "unknown");
+}
+
+TEST(RecordStream, TakesRecordsInPiecesOfAnySize) {
+  const std::string bytes = record(0x10000008, std::string(longest_payload, 'x')) + record(0x10000005);
+  for (const std::size_t piece : {std::size_t{1}, std::size_t{35}, std::size_t{37}, bytes.size()}) {
+    RecordStream stream;
+    std::vector<Request> requests;
+    for (std::size_t at = 0; at < bytes.size(); at += piece) {
+      stream.append(std::string_view(bytes).substr(at, piece));
+      while (auto request = stream.next())
+        requests.push_back(*request);
+    }
+    ASSERT_EQ(requests.size(), 2U) << piece;
+    EXPECT_EQ(requests[0].payload.size(), longest_payload);
+    EXPECT_EQ(requests[1].command, 0x10000005U);
+    EXPECT_EQ(stream.waiting(), 0U);
+  }
+}
+
+// The daemon's loop in a thread, with limits that a test can reach.
+class ServerTest : public ::testing::Test {
+protected:
+  void SetUp() override {
+    directory_ = (std::filesystem::temp_directory_path() / "kova-test-XXXXXX").string();
+    ASSERT_NE(mkdtemp(directory_.data()), nullptr);
+    address_.sun_family = AF_UNIX;
+    std::snprintf(address_.sun_path, sizeof address_.sun_path, "%s/socket", directory_.c_str());
+    listener_ = Fd(socket(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK, 0));
+    ASSERT_EQ(bind(listener_.get(), reinterpret_cast<sockaddr *>(&address_), sizeof address_), 0);
+    ASSERT_EQ(listen(listener_.get(), SOMAXCONN), 0);
+    Server::Handlers handlers{
+        [this](const Request &request) {
+          requests_++;
+          return request.command == 0x10000005 ? 5U : 0U;
+        },
+        [this](pid_t client, const std::string &) { malformed_ += client == getpid(); }};
+    loop_ = std::thread([this, handlers] {
+      Server(listener_.get(), stop_.get(), handlers, {.connections = 4, .record_time = 60ms}).run();
+    });
+  }
+  void TearDown() override {
+    eventfd_write(stop_.get(), 1);
+    if (loop_.joinable()) loop_.join();
+    std::filesystem::remove_all(directory_);
+  }
+
+  Fd connected() const {
+    Fd client(socket(AF_UNIX, SOCK_STREAM, 0));
+    timeval patience{10, 0};
+    setsockopt(client.get(), SOL_SOCKET, SO_RCVTIMEO, &patience, sizeof patience);
+    EXPECT_EQ(connect(client.get(), reinterpret_cast<const sockaddr *>(&address_), sizeof address_), 0);
+    return client;
+  }
+  static void send_bytes(const Fd &client, const std::string &bytes) {
+    EXPECT_EQ(send(client.get(), bytes.data(), bytes.size(), MSG_NOSIGNAL),
+              static_cast<ssize_t>(bytes.size()));
+  }
+  static bool closed_by_server(const Fd &client) {
+    char byte = 0;
+    const ssize_t count = recv(client.get(), &byte, 1, 0);
+    return count == 0 || (count < 0 && errno == ECONNRESET);
+  }
+  // Confirmed, so everything sent earlier on the connection has been handled too.
+  static uint32_t confirmed(const Fd &client) {
+    send_bytes(client, record(0x10000005, "", 1));
+    MsgRecord reply{};
+    EXPECT_EQ(recv(client.get(), &reply, sizeof reply, MSG_WAITALL), static_cast<ssize_t>(sizeof reply));
+    EXPECT_TRUE(reply.command == confirmation && reply.cookie == 99 && reply.destinationType == 2);
+    return reply.wordData;
+  }
+
+  std::string directory_;
+  sockaddr_un address_{};
+  Fd listener_, stop_{eventfd(0, 0)};
+  std::atomic<int> requests_ = 0, malformed_ = 0;
+  std::thread loop_;
+};
+
+TEST_F(ServerTest, RefusesWhatIsNoRecordAndServesTheNextClient) {
+  const std::string half = record(0x10000008, "ping").substr(0, 38);
+  for (const std::string &bytes : {std::string("GET / HTTP/1.0\r\n\r\n"), std::string("x"), oversized(), half,
+                                   record(0x10000006) + "garbage"}) {
+    const Fd client = connected();
+    const int before = malformed_;
+    send_bytes(client, bytes);
+    EXPECT_TRUE(closed_by_server(client)); // the half record once its time is up
+    EXPECT_EQ(malformed_, before + 1);
+    EXPECT_EQ(confirmed(connected()), 5U);
+  }
+  EXPECT_EQ(requests_, 6); // the confirmed ones, and the whole record ahead of the garbage
+}
+
+TEST_F(ServerTest, ClientsThatNeverCloseMakeRoomForOthers) {
+  std::vector<Fd> silent;
+  for (int i = 0; i < 4; i++) {
+    silent.push_back(connected());
+    EXPECT_EQ(confirmed(silent.back()), 5U);
+  }
+  const Fd late = connected();
+  EXPECT_EQ(confirmed(late), 5U);
+  EXPECT_TRUE(closed_by_server(silent[0]));
+  EXPECT_EQ(confirmed(silent[3]), 5U);
+  EXPECT_EQ(malformed_, 0);
+}
+
+TEST_F(ServerTest, LosesNoneOfThousandsOfShortConnections) {
+  constexpr int clients = 4, each = 500;
+  std::vector<std::thread> threads(clients);
+  for (std::thread &thread : threads)
+    thread = std::thread([this] {
+      for (int n = 0; n < each; n++)
+        send_bytes(connected(), record(connect_announcement) + record(0x10000006));
+    });
+  for (std::thread &thread : threads)
+    thread.join();
+  for (int i = 0; i < 500 && requests_ < 2 * clients * each; i++)
+    std::this_thread::sleep_for(10ms);
+  EXPECT_EQ(requests_, 2 * clients * each);
+  EXPECT_EQ(malformed_, 0);
+}
+
+} // namespace
+} // namespace kova::device

@@ -1,0 +1,83 @@
+// A device in a directory of its own, which goes with the test, and its daemon with it.
+#pragma once
+
+#include "device/device.hpp"
+
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <vector>
+
+namespace kova::test {
+
+namespace fs = std::filesystem;
+
+class TemporaryDevice {
+public:
+  // below: directories between the temporary one and the device's.
+  explicit TemporaryDevice(const fs::path &below = "device") {
+    std::string name = (fs::temp_directory_path() / "kova-test-XXXXXX").string();
+    if (mkdtemp(name.data()) == nullptr) throw std::runtime_error("mkdtemp");
+    top_ = name;
+    directory_ = top_ / below;
+    select();
+  }
+  ~TemporaryDevice() {
+    select();
+    device::down();
+    fs::remove_all(top_);
+    unsetenv("KOVA_DEVICE");
+  }
+  TemporaryDevice(const TemporaryDevice &) = delete;
+  TemporaryDevice &operator=(const TemporaryDevice &) = delete;
+
+  void select() const { setenv("KOVA_DEVICE", directory_.c_str(), 1); }
+  const fs::path &directory() const { return directory_; }
+  fs::path top() const { return top_; }
+
+  // Starts a process on this device. The stores keep their files open for the life of a process, so whatever uses
+  // them does so in a process of its own.
+  template <typename Work>
+  pid_t start(Work work) const {
+    const pid_t child = fork();
+    if (child != 0) return child;
+    select();
+    try {
+      work();
+    } catch (const std::exception &error) {
+      ADD_FAILURE() << error.what();
+    }
+    _exit(::testing::Test::HasFailure() ? 1 : 0);
+  }
+  template <typename Work>
+  bool run(Work work) const {
+    return ended_well(start(work));
+  }
+  static bool ended_well(pid_t child) {
+    int status = 0;
+    return waitpid(child, &status, 0) == child && WIFEXITED(status) && WEXITSTATUS(status) == 0;
+  }
+  void bring_up() const { ASSERT_TRUE(run(device::up)); }
+
+  // Records of the device's log; every line must be one.
+  std::vector<nlohmann::json> log(const std::string &kind) const {
+    std::vector<nlohmann::json> records;
+    std::ifstream file(directory_ / "log/device.log");
+    for (std::string line; std::getline(file, line);)
+      if (auto record = nlohmann::json::parse(line); record.at("kind") == kind)
+        records.push_back(std::move(record));
+    return records;
+  }
+
+private:
+  fs::path top_, directory_;
+};
+
+} // namespace kova::test
