@@ -1,0 +1,88 @@
+// The calls of the key/value store.
+#include "platform/nvram.h"
+
+#include "platform/host/nvram_store.hpp"
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+#include <string_view>
+
+using kova::host::NvramStore;
+using kova::host::StoredKey;
+
+namespace {
+
+constexpr int found = 1, missing = 0, failure = -1;
+
+// Hands the value to `use` while it is valid.
+template <class Use>
+int look_up(int section, const char *key, Use use) {
+  if (key == nullptr) return failure;
+  StoredKey stored(section, key);
+  if (!stored.storable()) return missing;
+  const int result = NvramStore::of_process().reading([&](MDB_txn *snapshot, MDB_dbi database) {
+    MDB_val name = stored.view();
+    MDB_val value;
+    const int answer = mdb_get(snapshot, database, &name, &value);
+    if (answer == 0) use(std::string_view(static_cast<const char *>(value.mv_data), value.mv_size));
+    return answer;
+  });
+  if (result == 0) return found;
+  if (result == MDB_NOTFOUND) return missing;
+  tarn_log_console("nvram: cannot read key \"%s\" of section %d: %s", key, section, mdb_strerror(result));
+  return failure;
+}
+
+const char *store_value(int section, const char *key, const char *value) {
+  StoredKey stored(section, key);
+  if (*key == '\0') return "the key is empty";
+  if (!stored.storable()) return "the key is too long";
+  if (value == nullptr) return "no value";
+  const int failed = NvramStore::of_process().writing([&](MDB_txn *change, MDB_dbi database) {
+    MDB_val name = stored.view();
+    MDB_val content{std::strlen(value), const_cast<char *>(value)};
+    return mdb_put(change, database, &name, &content, 0);
+  });
+  return failed == 0 ? nullptr : mdb_strerror(failed);
+}
+
+} // namespace
+
+int nvram_bufget_string(int section, const char *key, char *buf, int size) {
+  if (buf == nullptr || size <= 0) return failure;
+  return look_up(section, key, [&](std::string_view value) {
+    const auto length = std::min(value.size(), static_cast<std::size_t>(size) - 1);
+    std::memcpy(buf, value.data(), length);
+    buf[length] = '\0';
+  });
+}
+
+char *nvram_bufget(int section, const char *key) {
+  char *copy = nullptr;
+  const auto copy_out = [&](std::string_view value) {
+    copy = static_cast<char *>(std::malloc(value.size() + 1));
+    if (copy == nullptr) return;
+    std::memcpy(copy, value.data(), value.size());
+    copy[value.size()] = '\0';
+  };
+  if (look_up(section, key, copy_out) != found) copy_out("");
+  return copy;
+}
+
+int nvram_bufset(int section, const char *key, const char *value) {
+  if (key == nullptr) {
+    tarn_log_console("nvram: cannot store a value without a key in section %d", section);
+    return failure;
+  }
+  const char *reason = store_value(section, key, value);
+  if (reason == nullptr) return 0;
+  tarn_log_console("nvram: cannot store key \"%s\" of section %d: %s", key, section, reason);
+  return failure;
+}
+
+int tarn_check_nvram_value(int section, const char *key) {
+  bool on = false;
+  look_up(section, key, [&](std::string_view value) { on = value == "1"; });
+  return on ? 1 : 0;
+}

@@ -1,0 +1,64 @@
+// The operation-mode record: how the router connects its LAN, and through which tunnel.
+#include "platform/nvram.h"
+#include "platform/webs.h"
+
+#include <cstdlib>
+#include <string_view>
+
+namespace {
+
+constexpr int configuration_section = 0;
+constexpr int vpn_mode = 2, l2tp = 0, gre = 1;
+
+// A missing key reads as 0. False: the store cannot be read.
+template <class Field>
+bool load(const char *key, Field &field) {
+  char text[16] = "";
+  if (nvram_bufget_string(configuration_section, key, text, sizeof text) < 0) return false;
+  field = static_cast<Field>(std::atoi(text));
+  return true;
+}
+
+bool load(OperMode &mode) {
+  return load("oper_mode", mode.oper_mode) && load("vpn_type", mode.vpn_type) &&
+         load("bcp_enable", mode.bcp_enable) && load("gre_type", mode.gre_type);
+}
+
+// Keys that have a meaning in the VPN mode only, some of them for one type of tunnel only.
+struct VpnKeys {
+  std::string_view name;
+  bool is_prefix;
+  bool (*matters_for)(int vpn_type);
+};
+
+constexpr VpnKeys vpn_keys[] = {
+    {"vpn_type", false, [](int) { return true; }},
+    {"vpn_nat_enable", false, [](int) { return true; }},
+    {"l3vpn_default_if", false, [](int) { return true; }},
+    {"bcp_enable", false, [](int type) { return type == l2tp; }},
+    {"l2tp_", true, [](int type) { return type == l2tp; }},
+    {"gre_", true, [](int type) { return type == gre; }},
+};
+
+} // namespace
+
+OperMode *getOperModeFromNvram(void) {
+  auto *mode = static_cast<OperMode *>(std::calloc(1, sizeof(OperMode)));
+  if (mode != nullptr && load(*mode)) return mode;
+  std::free(mode);
+  return nullptr;
+}
+
+void OperMode_delete(OperMode *record) {
+  std::free(record);
+}
+
+int OperMode_checkKeyWritableFromNvram(const char *key) {
+  const std::string_view name = key == nullptr ? "" : key;
+  for (const VpnKeys &keys : vpn_keys) {
+    if (keys.is_prefix ? !name.starts_with(keys.name) : name != keys.name) continue;
+    OperMode mode = {};
+    return load(mode) && mode.oper_mode == vpn_mode && keys.matters_for(mode.vpn_type) ? 1 : 0;
+  }
+  return 1;
+}

@@ -1,0 +1,79 @@
+// Address and radio rules that the device's web pages share with the data model.
+#include "platform/webs.h"
+
+#include "platform/host/ipv4.hpp"
+
+#include <charconv>
+#include <string_view>
+#include <system_error>
+
+using kova::host::parse_quad;
+using kova::host::QuadFault;
+
+namespace {
+
+std::string_view text_of(const char *text) {
+  return text == nullptr ? "" : text;
+}
+
+constexpr int compatible = 0, incompatible = -1;
+
+// What the radio speaks in a network mode.
+struct RadioMode {
+  std::string_view name;
+  bool b, g, n;
+};
+
+constexpr RadioMode radio_modes[] = {
+    {"BONLY", true, false, false}, {"GONLY", false, true, false}, {"NONLY", false, false, true},
+    {"BG", true, true, false},     {"GN", false, true, true},     {"BGN", true, true, true},
+};
+
+const RadioMode *find_radio_mode(const char *name) {
+  for (const RadioMode &mode : radio_modes)
+    if (mode.name == text_of(name)) return &mode;
+  return nullptr;
+}
+
+// A whole decimal number, or -1.
+int number_of(std::string_view text) {
+  int number = -1;
+  const auto parsed = std::from_chars(text.data(), text.data() + text.size(), number);
+  return parsed.ec == std::errc() && parsed.ptr == text.data() + text.size() ? number : -1;
+}
+
+} // namespace
+
+uint32_t websIP2Num(const char *ip) {
+  return parse_quad(text_of(ip)).address;
+}
+
+int webscheckSameSubnet(const char *ip, const char *mask, const char *other) {
+  const auto one = parse_quad(text_of(ip)), under = parse_quad(text_of(mask)),
+             two = parse_quad(text_of(other));
+  const bool judgeable =
+      one.fault == QuadFault::none && under.fault == QuadFault::none && two.fault == QuadFault::none;
+  return judgeable && ((one.address ^ two.address) & under.address) == 0 ? 1 : 0;
+}
+
+int webscheckIpStartEnd(const char *start, const char *end) {
+  const auto first = parse_quad(text_of(start)), last = parse_quad(text_of(end));
+  const bool judgeable = first.fault == QuadFault::none && last.fault == QuadFault::none;
+  return judgeable && first.address <= last.address ? 1 : 0;
+}
+
+int CheckRFModeAndBW(const char *mode, const char *bandwidth) {
+  const RadioMode *radio = find_radio_mode(mode);
+  const bool wide = text_of(bandwidth) == "1"; // 40 MHz came with 802.11n
+  return wide && radio != nullptr && !radio->n ? incompatible : compatible;
+}
+
+int CheckRFModeAndRate(const char *mode, const char *rate) {
+  constexpr int automatic = 0, last_of_b = 4, last = 12;
+  const RadioMode *radio = find_radio_mode(mode);
+  const int index = number_of(text_of(rate));
+  if (index == automatic) return compatible;
+  if (radio == nullptr || index < automatic || index > last) return incompatible;
+  const bool spoken = index <= last_of_b ? radio->b : radio->g || radio->n;
+  return spoken ? compatible : incompatible;
+}

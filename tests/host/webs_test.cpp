@@ -1,0 +1,81 @@
+#include "platform/nvram.h"
+#include "platform/webs.h"
+#include "temp_device.hpp"
+
+namespace {
+
+TEST(Webs, Addresses) {
+  EXPECT_EQ(0xC0A80102U, websIP2Num("192.168.1.2"));
+  for (const char *none : {"", "192.168.1", "192.168.1.256", "192.168.1.2/24", "x"})
+    EXPECT_EQ(0U, websIP2Num(none)) << none;
+  EXPECT_EQ(0U, websIP2Num(nullptr));
+
+  EXPECT_NE(0, webscheckSameSubnet("192.168.1.2", "255.255.255.0", "192.168.1.250"));
+  EXPECT_EQ(0, webscheckSameSubnet("192.168.1.2", "255.255.255.0", "192.168.2.2"));
+  EXPECT_NE(0, webscheckSameSubnet("192.168.1.2", "255.255.252.0", "192.168.2.2"));
+  EXPECT_EQ(0, webscheckSameSubnet("", "255.255.255.0", ""));
+  EXPECT_EQ(0, webscheckSameSubnet("192.168.1.2", nullptr, "192.168.1.2"));
+
+  EXPECT_NE(0, webscheckIpStartEnd("192.168.1.2", "192.168.1.2"));
+  EXPECT_NE(0, webscheckIpStartEnd("10.0.0.1", "192.168.1.2")) << "compared without a sign";
+  EXPECT_EQ(0, webscheckIpStartEnd("192.168.1.3", "192.168.1.2"));
+  EXPECT_EQ(0, webscheckIpStartEnd(nullptr, "192.168.1.2"));
+}
+
+TEST(Webs, RadioModeWithBandwidthAndRate) {
+  const struct {
+    const char *mode;
+    int wide, rate_of_b, rate_of_g;
+  } radios[] = {{"BONLY", -1, 0, -1}, {"GONLY", -1, -1, 0}, {"NONLY", 0, -1, 0},
+                {"BG", -1, 0, 0},     {"GN", 0, -1, 0},     {"BGN", 0, 0, 0}};
+  for (const auto &radio : radios) {
+    EXPECT_EQ(radio.wide, CheckRFModeAndBW(radio.mode, "1")) << radio.mode;
+    EXPECT_EQ(0, CheckRFModeAndBW(radio.mode, "0")) << radio.mode;
+    EXPECT_EQ(0, CheckRFModeAndRate(radio.mode, "0")) << radio.mode;
+    for (const char *rate : {"1", "4"})
+      EXPECT_EQ(radio.rate_of_b, CheckRFModeAndRate(radio.mode, rate)) << radio.mode << rate;
+    for (const char *rate : {"5", "12"})
+      EXPECT_EQ(radio.rate_of_g, CheckRFModeAndRate(radio.mode, rate)) << radio.mode << rate;
+    for (const char *rate : {"13", "-1", "", "x", "5x"})
+      EXPECT_GT(0, CheckRFModeAndRate(radio.mode, rate)) << radio.mode << rate;
+  }
+  EXPECT_GT(0, CheckRFModeAndRate(nullptr, "5"));
+  EXPECT_EQ(0, CheckRFModeAndBW(nullptr, nullptr));
+}
+
+class OperationMode : public TempDevice {};
+
+TEST_F(OperationMode, IsReadFromTheStore) {
+  OperMode *mode = getOperModeFromNvram();
+  ASSERT_NE(mode, nullptr);
+  EXPECT_TRUE(mode->oper_mode == 0 && mode->vpn_type == 0 && mode->bcp_enable == 0 && mode->gre_type == 0);
+  OperMode_delete(mode);
+  OperMode_delete(nullptr);
+  for (const auto &[key, value] :
+       {std::pair("oper_mode", "2"), {"vpn_type", "1"}, {"bcp_enable", "1"}, {"gre_type", "-1"}})
+    nvram_bufset(0, key, value);
+  mode = getOperModeFromNvram();
+  ASSERT_NE(mode, nullptr);
+  EXPECT_TRUE(mode->oper_mode == 2 && mode->vpn_type == 1 && mode->bcp_enable == 1 && mode->gre_type == -1);
+  OperMode_delete(mode);
+}
+
+TEST_F(OperationMode, DecidesWhichKeysAreWritable) {
+  const struct {
+    const char *key;
+    int router, over_l2tp, over_gre;
+  } keys[] = {{"oper_mode", 1, 1, 1},      {"lan_ip", 1, 1, 1},           {"vpn_type", 0, 1, 1},
+              {"vpn_nat_enable", 0, 1, 1}, {"l3vpn_default_if", 0, 1, 1}, {"bcp_enable", 0, 1, 0},
+              {"l2tp_lns_ip", 0, 1, 0},    {"gre_type", 0, 0, 1},         {"gre_dest_ip", 0, 0, 1}};
+  for (const auto &row : keys) {
+    nvram_bufset(0, "oper_mode", "1");
+    EXPECT_EQ(row.router, OperMode_checkKeyWritableFromNvram(row.key)) << row.key;
+    nvram_bufset(0, "oper_mode", "2");
+    nvram_bufset(0, "vpn_type", "0");
+    EXPECT_EQ(row.over_l2tp, OperMode_checkKeyWritableFromNvram(row.key)) << row.key;
+    nvram_bufset(0, "vpn_type", "1");
+    EXPECT_EQ(row.over_gre, OperMode_checkKeyWritableFromNvram(row.key)) << row.key;
+  }
+}
+
+} // namespace
