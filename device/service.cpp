@@ -84,6 +84,19 @@ bool ends_within_patience(pid_t pid) {
   return true;
 }
 
+// "ready", or what went wrong.
+std::string start_once() {
+  int ends[2];
+  if (pipe2(ends, O_CLOEXEC) != 0) fail("cannot create a pipe");
+  const Fd reading(ends[0]);
+  Fd writing(ends[1]);
+  const std::string messages = log_dir() / "serviced.log";
+  spawn(helper_program("kova-serviced"), SpawnActions(writing.get(), messages));
+  writing.close();
+  const std::string answer = first_line(reading.get());
+  return answer.empty() ? "see " + messages : answer;
+}
+
 } // namespace
 
 std::optional<pid_t> service_pid() {
@@ -91,17 +104,13 @@ std::optional<pid_t> service_pid() {
 }
 
 void start_service() {
-  int ends[2];
-  if (pipe2(ends, O_CLOEXEC) != 0) fail("cannot create a pipe");
-  const Fd reading(ends[0]);
-  Fd writing(ends[1]);
-  const auto messages = log_dir() / "serviced.log";
-  spawn(helper_program("kova-serviced"), SpawnActions(writing.get(), messages));
-  writing.close();
-  const std::string answer = first_line(reading.get());
-  if (answer == "ready") return;
-  throw std::runtime_error("the service daemon does not come up: " +
-                           (answer.empty() ? "see " + messages.string() : answer));
+  std::string answer = start_once();
+  if (answer != "ready" && service_pid()) {
+    // One that was still on its way, its starter having been killed, came first.
+    stop_service();
+    answer = start_once();
+  }
+  if (answer != "ready") throw std::runtime_error("the service daemon does not come up: " + answer);
 }
 
 void stop_service() {

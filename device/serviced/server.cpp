@@ -18,35 +18,42 @@ pid_t client_of(int socket) {
 
 void Server::run() {
   while (true) {
-    std::vector<pollfd> events = polled();
-    if (poll(events.data(), events.size(), poll_timeout()) < 0 && errno != EINTR) return;
+    const bool can_accept = !is_full() || anyone_silent();
+    std::vector<pollfd> events = polled(can_accept);
+    if (poll(events.data(), events.size(), poll_timeout(can_accept)) < 0 && errno != EINTR) return;
     if (events[0].revents != 0) return;
-    for (std::size_t i = 0; i < connections_.size(); i++) {
-      connections_[i].idle = events[i + 2].revents == 0;
-      if (!connections_[i].idle) serve(connections_[i]);
-    }
+    for (std::size_t i = 0; i < connections_.size(); i++)
+      if (events[i + 2].revents != 0) serve(connections_[i]);
     refuse_overdue();
     std::erase_if(connections_, [](const Connection &connection) { return !connection.socket; });
     if (events[1].revents != 0) accept_waiting();
   }
 }
 
-std::vector<pollfd> Server::polled() const {
-  std::vector<pollfd> events{{stop_, POLLIN, 0}, {listener_, POLLIN, 0}};
+std::vector<pollfd> Server::polled(bool can_accept) const {
+  std::vector<pollfd> events{{stop_, POLLIN, 0}, {can_accept ? listener_ : -1, POLLIN, 0}};
   for (const Connection &connection : connections_)
     events.push_back({connection.socket.get(), POLLIN, 0});
   return events;
 }
 
-// Milliseconds until the first unfinished record is overdue.
-int Server::poll_timeout() const {
-  auto left = std::chrono::milliseconds::max();
-  for (const Connection &connection : connections_)
+bool Server::anyone_silent() const {
+  return std::ranges::any_of(connections_, [this](const Connection &connection) {
+    return Clock::now() - connection.last_heard >= limits_.silence;
+  });
+}
+
+// Milliseconds until the first unfinished record is overdue, or somebody has been silent for long enough.
+int Server::poll_timeout(bool can_accept) const {
+  auto first = Clock::time_point::max();
+  for (const Connection &connection : connections_) {
     if (connection.stream.waiting() > 0)
-      left = std::min(left, std::chrono::ceil<std::chrono::milliseconds>(connection.record_begun +
-                                                                         limits_.record_time - Clock::now()));
-  if (left == std::chrono::milliseconds::max()) return -1;
-  return static_cast<int>(std::max(left.count(), std::chrono::milliseconds::rep{0}));
+      first = std::min(first, connection.record_begun + limits_.record_time);
+    if (!can_accept) first = std::min(first, connection.last_heard + limits_.silence);
+  }
+  if (first == Clock::time_point::max()) return -1;
+  const auto left = std::chrono::ceil<std::chrono::milliseconds>(first - Clock::now()).count();
+  return static_cast<int>(std::max(left, std::chrono::milliseconds::rep{0}));
 }
 
 void Server::serve(Connection &connection) {
@@ -94,24 +101,29 @@ void Server::refuse_overdue() {
 }
 
 void Server::accept_waiting() {
-  while (connections_.size() < limits_.connections || make_room()) {
+  while (!is_full() || make_room()) {
     Fd socket(accept4(listener_, nullptr, nullptr, SOCK_CLOEXEC));
-    if (!socket && (errno == EMFILE || errno == ENFILE) && make_room()) continue;
+    if (!socket && (errno == EMFILE || errno == ENFILE)) {
+      if (make_room()) continue;
+      poll(nullptr, 0, 10); // until another process lets go of some
+    }
     if (!socket) return;
     const auto now = Clock::now();
-    connections_.push_back({std::move(socket), {}, now, now, false});
+    connections_.push_back({std::move(socket), {}, now, now});
   }
 }
 
-// Drops the connection that has been silent for longest. One that had something to say in this round stays.
+// Drops the connection that has been silent for longest.
 bool Server::make_room() {
-  auto silent = connections_.end();
-  for (auto it = connections_.begin(); it != connections_.end(); ++it)
-    if (it->idle && (silent == connections_.end() || it->last_heard < silent->last_heard)) silent = it;
-  if (silent == connections_.end()) return false;
-  serve(*silent); // what came in the meantime still counts
-  connections_.erase(silent);
-  return true;
+  while (true) {
+    const auto silent = std::ranges::min_element(connections_, {}, &Connection::last_heard);
+    if (silent == connections_.end() || Clock::now() - silent->last_heard < limits_.silence) return false;
+    const auto last_heard = silent->last_heard;
+    serve(*silent);
+    if (silent->socket && silent->last_heard != last_heard) continue; // it has just spoken
+    connections_.erase(silent);
+    return true;
+  }
 }
 
 } // namespace kova::device

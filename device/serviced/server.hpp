@@ -22,6 +22,8 @@ public:
   };
   struct Limits {
     std::size_t connections = 64;
+    // Beyond that number, who has been silent for so long makes room; a client that has just come may still speak.
+    std::chrono::milliseconds silence = std::chrono::milliseconds(100);
     std::chrono::milliseconds record_time = std::chrono::seconds(5);
   };
 
@@ -36,11 +38,12 @@ private:
     Fd socket;
     RecordStream stream;
     Clock::time_point record_begun, last_heard;
-    bool idle = true;
   };
 
-  std::vector<pollfd> polled() const;
-  int poll_timeout() const;
+  std::vector<pollfd> polled(bool can_accept) const;
+  int poll_timeout(bool can_accept) const;
+  bool is_full() const { return connections_.size() >= limits_.connections; }
+  bool anyone_silent() const;
   void serve(Connection &connection);
   void take_bytes(Connection &connection, std::string_view bytes);
   bool answer(Connection &connection, const Request &request);
