@@ -30,7 +30,8 @@ struct Parameter {
   std::string_view path; // full, instances as numbers: "InternetGatewayDevice.LANDevice.1...."
   Type type;
   Access access;
-  Accessor<kova_getter> get; // of the three, a row has those that the device has
+  // Those that the device has. The setter of a ReadOnly is for the device's own tools.
+  Accessor<kova_getter> get;
   Accessor<kova_setter> set;
   Accessor<kova_checker> check;
   std::string_view unit; // "" for none

@@ -2,8 +2,8 @@
 // and gives both its address and its name.
 //
 // A family whose members differ by an index wraps its rows in a macro of its own and stamps them:
-//   #define APN(n) READ_WRITE(WAN "X_KOVA_APN." #n ".Enable", Boolean, getTR069APN##n##Enable, ...),
-//   APN(1) APN(2) ...
+//   #define PROFILE(n) READ_WRITE("..." #n ".Name", String, getTR069APN##n##Name, setTR069APN##n##Name, "", "..."),
+//   PROFILE(1) PROFILE(2) ...
 #pragma once
 
 #include "model/model.hpp"
@@ -15,6 +15,9 @@
 
 #define READ_ONLY(path, type, get, unit, meaning) \
   KOVA_ROW(path, type, ReadOnly, KOVA_ACCESSOR(get), {}, {}, unit, meaning)
+// The setter is for the device's own tools: an agent only reads the value.
+#define RESULT(path, type, get, set, unit, meaning) \
+  KOVA_ROW(path, type, ReadOnly, KOVA_ACCESSOR(get), KOVA_ACCESSOR(set), {}, unit, meaning)
 #define REPORTED(path, type, get, unit, meaning) \
   KOVA_ROW(path, type, ReportedOnly, KOVA_ACCESSOR(get), {}, {}, unit, meaning)
 #define READ_WRITE(path, type, get, set, unit, meaning) \
@@ -28,5 +31,8 @@ namespace kova::model {
 // One table per family; model.cpp joins them.
 std::span<const Parameter> frame_rows();
 std::span<const Parameter> lan_rows();
+std::span<const Parameter> wifi_rows();
+std::span<const Parameter> wan_rows();
+std::span<const Parameter> diagnostics_rows();
 
 } // namespace kova::model

@@ -69,7 +69,7 @@ protected:
     words.insert(words.begin(), "--json");
     const Result result = run(words);
     EXPECT_EQ(result.status, status) << result.out << result.err;
-    const Json answer = Json::parse(result.out, nullptr, false);
+    Json answer = Json::parse(result.out, nullptr, false);
     EXPECT_FALSE(answer.is_discarded()) << result.out << result.err;
     return answer;
   }

@@ -36,7 +36,7 @@ TEST_F(Request, MovesTheLanWithItsPool) {
                      {lan + "DHCPPoolEnd", "10.20.30.200"}};
   Words words{"set", "--log"};
   for (const auto &[path, text] : values)
-    words.push_back(path + "=" + text);
+    words.emplace_back(path).append("=").append(text);
 
   const Json answer = json(words);
   EXPECT_EQ(values_of(answer["parameters"]), values);

@@ -50,7 +50,11 @@ TEST_F(Tool, ChoosesItsDevice) {
 }
 
 TEST_F(Tool, ServesTheSecondaryInstance) {
-  EXPECT_EQ(json({"--secondary", "get", address})["parameters"][0]["value"], value(address));
+  const std::string host = "InternetGatewayDevice.IPPingDiagnostics.Host";
+  json({"set", host + "=192.0.2.1"});
+  json({"--secondary", "set", host + "=192.0.2.2"});
+  EXPECT_EQ(value(host), "192.0.2.1");
+  EXPECT_EQ(json({"--secondary", "get", host})["parameters"][0]["value"], "192.0.2.2");
 }
 
 TEST_F(Tool, EditsTheStores) {
