@@ -31,7 +31,8 @@ struct Platform {
   //   "tree open", "tree close"
   Strings done;
   Strings keys_read;   // "9 TR_PINGDIAG_STATE", every store read
-  Strings rules_asked; // "3/9 192.168.1.1"
+  Strings rules_asked; // "3/9 192.168.1.1", "mode/bandwidth 11N 1", "mode/rate 11N 12", "writable gre_type"
+  std::function<void()> watch; // called whenever the library reads a setting or does something
 
   Store nvram;
   std::map<std::string, std::string> tree; // by path without the leading "/"
@@ -50,7 +51,12 @@ struct Platform {
   std::string mac;                             // of br0; empty: none
   long uptime = 1000;
 
-  bool daemon = true;                        // is the service daemon there?
+  bool daemon = true;         // is the service daemon there?
+  bool daemon_accepts = true; // does it take connections?
+  int whole_sends = 1000;     // how many records it takes whole; those after them are cut short
+  bool sockets = true, close_on_exec = true; // do socket() and the close-on-exec mark succeed?
+  std::function<int(int milliseconds)> wait; // in place of poll()
+  bool executable = true;                    // can the running executable be looked at?
   std::map<std::string, std::string> files;  // by device path
   std::map<std::string, std::string> output; // of commands run through popen()
   std::vector<Interface> interfaces;
@@ -61,12 +67,17 @@ struct Platform {
 };
 
 extern Platform platform;
+void did(const std::string &what);
 
-// Starts every test with an empty platform, the primary instance and an empty check list.
+// Starts every test with an empty platform, the primary instance and an empty check list, and sees that no file, pipe
+// or socket is left open.
 class Test : public ::testing::Test {
 protected:
   Test();
   ~Test() override;
+
+private:
+  long open_descriptors_;
 };
 
 // Reads a parameter into a buffer that was full of '#': what the getter left untouched shows.

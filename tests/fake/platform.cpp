@@ -9,14 +9,24 @@
 
 #include <cstdarg>
 #include <cstring>
+#include <filesystem>
 
 namespace fake {
 
 Platform platform;
 
+static long count_descriptors() {
+  return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {});
+}
+
 std::string Platform::stored(int section, const std::string &key) const {
   const auto found = nvram.find({section, key});
   return found == nvram.end() ? "(missing)" : found->second;
+}
+
+void did(const std::string &what) {
+  platform.done.push_back(what);
+  if (platform.watch) platform.watch();
 }
 
 Strings Platform::written() const {
@@ -26,15 +36,18 @@ Strings Platform::written() const {
   return result;
 }
 
-Test::Test() {
+Test::Test() : open_descriptors_(count_descriptors()) {
   platform = {};
   gSecondaryInstance = 0;
   setBindInterface(nullptr);
 }
 
 Test::~Test() {
-  char names[4096] = "";
+  platform = {};
+  static char names[1 << 20];
+  *names = '\0';
   kovaCheckTR069ParameterValues(names, sizeof names); // whatever a test left parked
+  EXPECT_EQ(count_descriptors(), open_descriptors_) << "left open";
 }
 
 std::string get(kova_getter *getter, int &result, unsigned int buflen) {
@@ -56,6 +69,7 @@ namespace {
 
 const std::string *find(int section, const char *key) {
   platform.keys_read.push_back(std::to_string(section) + " " + key);
+  if (platform.watch) platform.watch();
   const auto found = platform.nvram.find({section, key});
   return found == platform.nvram.end() ? nullptr : &found->second;
 }
@@ -92,7 +106,7 @@ char *nvram_bufget(int section, const char *key) {
 }
 
 int nvram_bufset(int section, const char *key, const char *value) {
-  platform.done.push_back("nvram " + std::to_string(section) + " " + key + "=" + value);
+  did("nvram " + std::to_string(section) + " " + key + "=" + value);
   platform.nvram[{section, key}] = value;
   return 0;
 }
@@ -132,14 +146,14 @@ void tarn_log_console(const char *format, ...) {
   va_start(arguments, format);
   std::vsnprintf(line, sizeof line, format, arguments);
   va_end(arguments);
-  platform.done.push_back(std::string("console ") + line);
+  did(std::string("console ") + line);
 }
 
 // ---- libucfg
 
 int init_ucfg_ex() {
   if (!platform.tree_opens) return -1;
-  platform.done.push_back("tree open");
+  did("tree open");
   ++platform.tree_opened;
   return 0;
 }
@@ -154,14 +168,14 @@ int read_ucfg_xml(int, const char *path, char *dst) {
 
 int write_ucfg_xml(int, const char *path, const char *value) {
   if (platform.tree_refuses[without_slash(path)]) return -1;
-  platform.done.push_back(std::string("tree ") + path + "=" + value);
+  did(std::string("tree ") + path + "=" + value);
   platform.tree[without_slash(path)] = value;
   return 0;
 }
 
 int deinit_ucfg_ex(int keep) {
   EXPECT_EQ(keep, 1);
-  platform.done.push_back("tree close");
+  did("tree close");
   --platform.tree_opened;
   return 0;
 }
@@ -181,11 +195,13 @@ int webscheckIpStartEnd(const char *start, const char *end) {
   return websIP2Num(start) <= websIP2Num(end) ? 1 : 0;
 }
 
-int CheckRFModeAndBW(const char *, const char *) {
+int CheckRFModeAndBW(const char *mode, const char *bandwidth) {
+  platform.rules_asked.push_back(std::string("mode/bandwidth ") + mode + " " + bandwidth);
   return platform.mode_and_bandwidth;
 }
 
-int CheckRFModeAndRate(const char *, const char *) {
+int CheckRFModeAndRate(const char *mode, const char *rate) {
+  platform.rules_asked.push_back(std::string("mode/rate ") + mode + " " + rate);
   return platform.mode_and_rate;
 }
 
@@ -202,6 +218,7 @@ void OperMode_delete(OperMode *record) {
   delete record;
 }
 
-int OperMode_checkKeyWritableFromNvram(const char *) {
+int OperMode_checkKeyWritableFromNvram(const char *key) {
+  platform.rules_asked.push_back(std::string("writable ") + key);
   return platform.writable;
 }

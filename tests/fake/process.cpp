@@ -2,15 +2,18 @@
 #include "fake.hpp"
 
 #include <dlfcn.h>
+#include <fcntl.h>
+#include <poll.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdarg>
 #include <cstdio>
 #include <cstring>
-#include <set>
+#include <map>
 
 using fake::platform;
 
@@ -39,14 +42,14 @@ FILE *stream_of(const std::string &text) {
   return stream;
 }
 
-std::set<int> daemon_connections;
+std::map<int, bool> daemon_connections; // by descriptor: has the client announced itself?
 
 } // namespace
 
 extern "C" {
 
 int system(const char *command) {
-  platform.done.push_back(std::string("run ") + command);
+  fake::did(std::string("run ") + command);
   return 0;
 }
 
@@ -60,7 +63,7 @@ int pclose(FILE *stream) {
 }
 
 unsigned int sleep(unsigned int seconds) {
-  platform.done.push_back("sleep " + std::to_string(seconds));
+  fake::did("sleep " + std::to_string(seconds));
   return 0;
 }
 
@@ -75,10 +78,28 @@ FILE *fopen(const char *path, const char *mode) {
 }
 
 int stat(const char *path, struct stat *facts) noexcept {
-  if (std::strcmp(path, daemon_socket) != 0)
-    return libc<int(const char *, struct stat *)>("stat")(path, facts);
   errno = ENOENT;
-  return platform.daemon ? 0 : -1;
+  if (std::strcmp(path, daemon_socket) == 0) return platform.daemon ? 0 : -1;
+  return platform.executable ? libc<int(const char *, struct stat *)>("stat")(path, facts) : -1;
+}
+
+int socket(int domain, int type, int protocol) noexcept {
+  errno = EMFILE;
+  return platform.sockets ? libc<int(int, int, int)>("socket")(domain, type, protocol) : -1;
+}
+
+int fcntl(int fd, int command, ...) {
+  va_list arguments;
+  va_start(arguments, command);
+  void *argument = va_arg(arguments, void *);
+  va_end(arguments);
+  if (command == F_SETFD && !platform.close_on_exec) return -1;
+  return libc<int(int, int, ...)>("fcntl")(fd, command, argument);
+}
+
+int poll(pollfd *descriptors, nfds_t count, int milliseconds) {
+  if (platform.wait) return platform.wait(milliseconds);
+  return libc<int(pollfd *, nfds_t, int)>("poll")(descriptors, count, milliseconds);
 }
 
 int connect(int fd, const sockaddr *address, socklen_t length) {
@@ -86,7 +107,8 @@ int connect(int fd, const sockaddr *address, socklen_t length) {
   if (address->sa_family != AF_UNIX || std::strcmp(local->sun_path, daemon_socket) != 0)
     return libc<int(int, const sockaddr *, socklen_t)>("connect")(fd, address, length);
   EXPECT_EQ(length, 110U);
-  daemon_connections.insert(fd);
+  if (!platform.daemon_accepts) return -1;
+  daemon_connections[fd] = false;
   return 0;
 }
 
@@ -101,11 +123,17 @@ ssize_t send(int fd, const void *data, std::size_t size, int flags) {
   EXPECT_EQ(record->destinationType, 1U);
   EXPECT_EQ(record->length, size - 36);
   constexpr uint32_t announcement = 0x10000002;
-  if (record->command != announcement) {
+  bool &announced = daemon_connections[fd];
+  EXPECT_EQ(record->command == announcement, !announced);
+  announced = true;
+  if (platform.whole_sends-- <= 0) return static_cast<ssize_t>(size) - 1;
+  if (record->command == announcement) {
+    EXPECT_EQ(record->confirm | record->cookie | record->wordData | record->length, 0U);
+  } else {
     char code[16];
     std::snprintf(code, sizeof code, "0x%x", record->command);
     const std::string payload(reinterpret_cast<const char *>(data) + 36, record->length);
-    platform.done.push_back(std::string("request ") + code + (payload.empty() ? "" : " " + payload));
+    fake::did(std::string("request ") + code + (payload.empty() ? "" : " " + payload));
   }
   return static_cast<ssize_t>(size);
 }
