@@ -109,11 +109,13 @@ TEST_F(Network, NeighboursOfTheBridge) {
   const std::string header =
       "IP address       HW type     Flags       HW address            Mask     Device\n";
   const std::string first = neighbour("192.168.1.20", "0x2", mac, "br0");
-  std::string table = header + first + neighbour("10.0.0.1", "0x2", mac, "eth0") + // not of the bridge
-                      neighbour("10.0.0.2", "0x2", mac, "br01") +
+  std::string table = header + first + first +
+                      "192.168.1.6 0x2\n\r\n" + // columns of an earlier line do not count
+                      neighbour("192.168.1.5", "0x2", mac, "br0").substr(0, 72) + "\n" +
+                      neighbour("10.0.0.1", "0x2", mac, "eth0") + neighbour("10.0.0.2", "0x2", mac, "br01") +
                       neighbour("192.168.1.3", "0x0", mac, "br0") + // incomplete
-                      neighbour("192.168.1.4", "0x2", "00:00:00:00:00:00", "br0") + first +
-                      neighbour("192.168.1.5", "0x2", mac, "br0").substr(0, 72) + "\n192.168.1.6 0x2\n\r\n" +
+                      neighbour("192.168.1.8", "0x2", "<none>", "br0") +
+                      neighbour("192.168.1.4", "0x2", "00:00:00:00:00:00", "br0") +
                       neighbour("192.168.1.21", "0x6", "00:1A:2B:3C:4D:5E", "br0") +
                       neighbour("192.168.1.20", "0x2", "ff:1a:2b:3c:4d:5e", "br0") + "\n" + // ends the table
                       neighbour("192.168.1.7", "0x2", mac, "br0");

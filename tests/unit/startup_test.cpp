@@ -122,7 +122,7 @@ TEST_F(Startup, DhcpRelayAndWanInterface) {
   EXPECT_EQ(checkDHCPRelayIsNotSupport(), 1); // nothing stored
   for (const char *settings :
        {"oper_mode=2 vpn_type=0 bcp_enable=1 gre_type=0", "vpn_type=1 bcp_enable=0 gre_type=1",
-        "oper_mode=0 vpn_type=2", "oper_mode=21", "oper_mode="})
+        "oper_mode=0 vpn_type=2", "oper_mode=21", "oper_mode=12", "oper_mode="})
     EXPECT_EQ(not_supported(settings), 1) << settings;
   for (const char *settings : {"oper_mode=1 vpn_type=0 bcp_enable=1 gre_type=1", "oper_mode=2 vpn_type=2",
                                "vpn_type=0 bcp_enable=0", "vpn_type=1 bcp_enable=1 gre_type=0"})
