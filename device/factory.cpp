@@ -92,6 +92,7 @@ constexpr Setting facts[] = {
     {"different_subnets",  "0"}, // the last LAN change moved it to another subnet
     {"dhcp_ip_changed",    "0"}, // the LAN address was changed
     {"dhcp_ipaddr_change", "0"}, // the LAN address was changed within its subnet
+    {"TR_UDPECHO_PLUS_SUPPORTED", "1"},
     {"CACHE_SN",           "KV0000000042"},
     {"IMEI",               "001010000000042"},
     {"CACHE_HW_VER",       "V1.0"},

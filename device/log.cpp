@@ -1,5 +1,6 @@
 #include "device/log.hpp"
 
+#include "device/date_time.hpp"
 #include "device/device.hpp"
 #include "device/fd.hpp"
 #include "device/paths.hpp"
@@ -10,22 +11,10 @@
 
 #include <cstdio>
 #include <cstring>
-#include <ctime>
 #include <exception>
 
 namespace kova::device {
 namespace {
-
-std::string utc_time() {
-  timespec now{};
-  clock_gettime(CLOCK_REALTIME, &now);
-  tm parts{};
-  gmtime_r(&now.tv_sec, &parts);
-  char text[40];
-  const std::size_t length = std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%S", &parts);
-  std::snprintf(text + length, sizeof text - length, ".%03dZ", static_cast<int>(now.tv_nsec / 1'000'000));
-  return text;
-}
 
 // Length of the well-formed UTF-8 character at the start of the text, 0 when there is none.
 std::size_t character_length(std::string_view text) {
@@ -86,7 +75,7 @@ std::filesystem::path log_file() {
 void log_record(nlohmann::json record) {
   try {
     escape_bytes(record);
-    record["time"] = utc_time();
+    record["time"] = date_time(now(), Fraction::milliseconds);
     append(record.dump() + '\n');
   } catch (const std::exception &error) {
     std::fprintf(stderr, "kova: cannot log: %s\n", error.what());

@@ -1,3 +1,4 @@
+#include "device/diagnostics.hpp"
 #include "device/error.hpp"
 #include "device/layout.hpp"
 #include "device/paths.hpp"
@@ -36,11 +37,18 @@ std::optional<fs::path> find_host_tool(const char *name) {
   return std::nullopt;
 }
 
+// In place of what is there.
 void link(const fs::path &target, const fs::path &path) {
+  make_directories(path.parent_path());
+  remove_tree(path);
   on_path("cannot create", path, [&target](const auto &p, auto &e) {
     fs::create_symlink(target, p, e);
     return true;
   });
+}
+
+fs::path diagnostics_program(std::string_view tool) {
+  return on_device("/bin/" + std::string(tool));
 }
 
 } // namespace
@@ -58,7 +66,7 @@ fs::path helper_program(std::string_view name) {
 }
 
 void lay_out_programs() {
-  const fs::path stand_in = helper_program("kova-standin");
+  const fs::path stand_in = helper_program("kova-standin"), diagnostics = helper_program("kova-diag");
   remove_tree(bin_dir());
   make_directories(bin_dir());
   for (const char *name : host_tools) {
@@ -67,18 +75,20 @@ void lay_out_programs() {
     else
       std::fprintf(stderr, "kova: this host has no %s; device commands that use it fail\n", name);
   }
-  const fs::path event_tool = on_device("/usr/bin/test_cpeevent");
-  make_directories(event_tool.parent_path());
-  remove_tree(event_tool);
-  link(stand_in, event_tool);
+  link(stand_in, on_device("/usr/bin/test_cpeevent"));
+  for (const std::string_view tool : diagnostics_tools)
+    link(diagnostics, diagnostics_program(tool));
   for (const char *name : stand_ins)
     link(stand_in, bin_dir() / name);
 }
 
 bool programs_are_ours() {
-  std::error_code error;
-  return fs::read_symlink(bin_dir() / stand_ins[std::size(stand_ins) - 1], error) ==
-         helper_program("kova-standin");
+  const auto leads_to = [](const fs::path &link, const char *program) {
+    std::error_code error;
+    return fs::read_symlink(link, error) == helper_program(program);
+  };
+  return leads_to(bin_dir() / stand_ins[std::size(stand_ins) - 1], "kova-standin") &&
+         leads_to(diagnostics_program(diagnostics_tools.back()), "kova-diag");
 }
 
 } // namespace kova::device

@@ -1,5 +1,6 @@
 #include "device/service.hpp"
 
+#include "device/arguments.hpp"
 #include "device/error.hpp"
 #include "device/fd.hpp"
 #include "device/layout.hpp"
@@ -52,13 +53,9 @@ std::vector<std::string> daemon_environment() {
 void spawn(const std::string &program, const SpawnActions &actions) {
   char *const arguments[] = {const_cast<char *>(program.c_str()), nullptr};
   std::vector<std::string> variables = daemon_environment();
-  std::vector<char *> environment;
-  environment.reserve(variables.size() + 1);
-  for (std::string &variable : variables)
-    environment.push_back(variable.data());
-  environment.push_back(nullptr);
   pid_t pid = 0;
-  const int error = posix_spawn(&pid, program.c_str(), actions.get(), nullptr, arguments, environment.data());
+  const int error =
+      posix_spawn(&pid, program.c_str(), actions.get(), nullptr, arguments, pointers_to(variables).data());
   if (error != 0) fail("cannot start " + program, error);
   // It leaves at once; the daemon is its child, which nobody here has to wait for.
   while (waitpid(pid, nullptr, 0) < 0 && errno == EINTR) {

@@ -1,13 +1,15 @@
-// The service daemon of the virtual device: accepts what agents ask of the device's services, and logs it.
+// The service daemon of the virtual device: accepts what agents ask of the device's services, logs it, and runs the
+// diagnostics tests.
 #include "device/error.hpp"
 #include "device/log.hpp"
 #include "device/paths.hpp"
 #include "device/pid_file.hpp"
+#include "device/serviced/any_readable.hpp"
+#include "device/serviced/running_tests.hpp"
 #include "device/serviced/server.hpp"
 
 #include <fcntl.h>
 #include <nlohmann/json.hpp>
-#include <sys/epoll.h>
 #include <sys/inotify.h>
 #include <sys/signalfd.h>
 #include <sys/socket.h>
@@ -29,8 +31,8 @@ std::string hexadecimal(uint32_t number) {
   return text;
 }
 
-uint32_t log_request(const device::Request &request) {
-  if (request.command == device::connect_announcement) return 0;
+void log_request(const device::Request &request) {
+  if (request.command == device::connect_announcement) return;
   nlohmann::json record{{"kind", "service"},
                         {"pid", request.pid},
                         {"request", device::request_name(request.command)},
@@ -39,7 +41,6 @@ uint32_t log_request(const device::Request &request) {
   if (request.destination_type != device::daemon_type) record["destination"] = request.destination_type;
   if (request.word != 0) record["word"] = request.word;
   device::log_record(std::move(record));
-  return 0;
 }
 
 void log_malformed(pid_t client, const std::string &why) {
@@ -82,15 +83,6 @@ device::Fd removal_of_device() {
   return events;
 }
 
-device::Fd either(const device::Fd &one, const device::Fd &other) {
-  device::Fd both(epoll_create1(EPOLL_CLOEXEC));
-  for (const int fd : {one.get(), other.get()}) {
-    epoll_event event{.events = EPOLLIN, .data = {}};
-    if (epoll_ctl(both.get(), EPOLL_CTL_ADD, fd, &event) != 0) device::fail("cannot wait for the end");
-  }
-  return both;
-}
-
 constexpr const char *socket_name = "mrhd_socket";
 
 // Works in the socket's directory, whose full name may be longer than a socket address has room for.
@@ -116,10 +108,19 @@ void announce_ready() {
 
 void serve() {
   const device::PidFile pid_file(device::pid_file());
-  const device::Fd signals = end_signals(), removal = removal_of_device(), stop = either(signals, removal);
+  const device::Fd signals = end_signals(), removal = removal_of_device();
+  const device::Fd stop = device::any_readable({signals.get(), removal.get()});
   const device::Fd listener = listen_on_socket();
+  device::RunningTests tests;
+  const auto take_request = [&tests](const device::Request &request) {
+    log_request(request);
+    return tests.handle(request);
+  };
   announce_ready();
-  device::Server(listener.get(), stop.get(), {log_request, log_malformed}, {}).run();
+  device::Server(listener.get(), stop.get(), {take_request, log_malformed}, {},
+                 {tests.events(), [&tests] { tests.look_after(); }})
+      .run();
+  tests.stop_all();
   unlink(socket_name);
 }
 

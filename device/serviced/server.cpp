@@ -8,6 +8,9 @@
 namespace kova::device {
 namespace {
 
+// Places of the descriptors that are polled; the connections follow.
+constexpr std::size_t stop_place = 0, listener_place = 1, watch_place = 2, first_connection = 3;
+
 pid_t client_of(int socket) {
   ucred credentials{};
   socklen_t length = sizeof credentials;
@@ -21,17 +24,19 @@ void Server::run() {
     const bool can_accept = !is_full() || anyone_silent();
     std::vector<pollfd> events = polled(can_accept);
     if (poll(events.data(), events.size(), poll_timeout(can_accept)) < 0 && errno != EINTR) return;
-    if (events[0].revents != 0) return;
+    if (events[stop_place].revents != 0) return;
     for (std::size_t i = 0; i < connections_.size(); i++)
-      if (events[i + 2].revents != 0) serve(connections_[i]);
+      if (events[first_connection + i].revents != 0) serve(connections_[i]);
     refuse_overdue();
     std::erase_if(connections_, [](const Connection &connection) { return !connection.socket; });
-    if (events[1].revents != 0) accept_waiting();
+    if (events[listener_place].revents != 0) accept_waiting();
+    if (events[watch_place].revents != 0) watch_.ready();
   }
 }
 
 std::vector<pollfd> Server::polled(bool can_accept) const {
-  std::vector<pollfd> events{{stop_, POLLIN, 0}, {can_accept ? listener_ : -1, POLLIN, 0}};
+  std::vector<pollfd> events{
+      {stop_, POLLIN, 0}, {can_accept ? listener_ : -1, POLLIN, 0}, {watch_.fd, POLLIN, 0}};
   for (const Connection &connection : connections_)
     events.push_back({connection.socket.get(), POLLIN, 0});
   return events;

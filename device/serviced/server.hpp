@@ -20,6 +20,11 @@ public:
     std::function<uint32_t(const Request &)> request; // answers the result code of a confirmation
     std::function<void(pid_t client, const std::string &why)> malformed;
   };
+  // Another descriptor of the daemon's, and what to do when it is readable.
+  struct Watch {
+    int fd = -1;
+    std::function<void()> ready;
+  };
   struct Limits {
     std::size_t connections = 64;
     // Beyond that number, who has been silent for so long makes room; a client that has just come may still speak.
@@ -28,8 +33,9 @@ public:
   };
 
   // listener: a listening socket that does not block. The loop ends when stop becomes readable.
-  Server(int listener, int stop, Handlers handlers, Limits limits)
-      : listener_(listener), stop_(stop), handlers_(std::move(handlers)), limits_(limits) {}
+  Server(int listener, int stop, Handlers handlers, Limits limits, Watch watch)
+      : listener_(listener), stop_(stop), handlers_(std::move(handlers)), limits_(limits),
+        watch_(std::move(watch)) {}
   void run();
 
 private:
@@ -55,6 +61,7 @@ private:
   int listener_, stop_;
   Handlers handlers_;
   Limits limits_;
+  Watch watch_;
   std::vector<Connection> connections_;
 };
 

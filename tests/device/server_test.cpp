@@ -79,7 +79,7 @@ protected:
         },
         [this](pid_t client, const std::string &) { malformed_ += client == getpid(); }};
     loop_ = std::thread([this, handlers] {
-      Server(listener_.get(), stop_.get(), handlers, {.connections = 4, .record_time = 60ms}).run();
+      Server(listener_.get(), stop_.get(), handlers, {.connections = 4, .record_time = 60ms}, {}).run();
     });
   }
   void TearDown() override {
