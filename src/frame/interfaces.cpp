@@ -1,51 +1,25 @@
 // Network interfaces: addresses, routes, link speed.
 #include "frame/frame.h"
+#include "frame/interface_query.hpp"
 #include "frame/text.hpp"
 
 #include <arpa/inet.h>
 #include <ifaddrs.h>
 #include <linux/ethtool.h>
 #include <linux/sockios.h>
-#include <net/if.h>
-#include <sys/ioctl.h>
-#include <sys/socket.h>
-#include <unistd.h>
 
 #include <cstdio>
 #include <cstring>
 
+using kova::address_in;
+using kova::InterfaceQuery;
+
 namespace {
 
-// A datagram socket to ask the kernel about interfaces.
-class InterfaceQuery {
-public:
-  InterfaceQuery() : fd_(socket(AF_INET, SOCK_DGRAM, 0)) {}
-  ~InterfaceQuery() {
-    if (fd_ >= 0) close(fd_);
-  }
-  InterfaceQuery(const InterfaceQuery &) = delete;
-  InterfaceQuery &operator=(const InterfaceQuery &) = delete;
-
-  bool ask(unsigned long request, void *about) const { return fd_ >= 0 && ioctl(fd_, request, about) >= 0; }
-  bool ask_ethtool(const char *ifname, void *command) const {
-    ifreq about = named(ifname);
-    about.ifr_data = static_cast<char *>(command);
-    return ask(SIOCETHTOOL, &about);
-  }
-  static ifreq named(const char *ifname) {
-    ifreq about = {};
-    std::strncpy(about.ifr_name, ifname, IFNAMSIZ - 1);
-    return about;
-  }
-
-private:
-  int fd_;
-};
-
-in_addr address_in(const sockaddr &address) {
-  sockaddr_in internet;
-  std::memcpy(&internet, &address, sizeof internet);
-  return internet.sin_addr;
+bool ask_ethtool(const InterfaceQuery &kernel, const char *ifname, void *command) {
+  ifreq about = InterfaceQuery::named(ifname);
+  about.ifr_data = static_cast<char *>(command);
+  return kernel.ask(SIOCETHTOOL, &about);
 }
 
 } // namespace
@@ -108,7 +82,7 @@ int getLanSpeed(const char *ifname) {
   ethtool_cmd settings = {};
   settings.cmd = ETHTOOL_GSET;
   const char *name = kova::text_or_empty(ifname);
-  if (!kernel.ask_ethtool(name, &link) || link.data == 0 || !kernel.ask_ethtool(name, &settings)) {
+  if (!ask_ethtool(kernel, name, &link) || link.data == 0 || !ask_ethtool(kernel, name, &settings)) {
     dbg_trace("[Error][%s %s:%d] get lan link status error!\n", __func__, __FILE_NAME__, __LINE__);
     return -1;
   }

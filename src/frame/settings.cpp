@@ -3,6 +3,8 @@
 #include "frame/trace.hpp"
 #include "platform/nvram.h"
 
+#include <cstring>
+
 namespace kova {
 
 bool load(Section section, const char *key, Text &into) {
@@ -22,8 +24,24 @@ int get_setting(Section section, const char *key, char *buf, unsigned int buflen
   return answer(text, buf, buflen);
 }
 
+int get_whole_setting(Section section, const char *key, char *buf, unsigned int buflen) {
+  return answer(OwnedText(nvram_bufget(static_cast<int>(section), key)), buf, buflen);
+}
+
 bool passes(Rule rule, const char *value) {
   return tarn_check_param(rule.group, value, rule.item) >= 0;
+}
+
+bool passes_unmarked(Rule rule, const char *value) {
+  return passes(rule, value) && checkXSSattack(value) >= 0;
+}
+
+const char *boolean_setting(const char *text) {
+  text = text_or_empty(text);
+  if (strcasestr(text, "TRUE") != nullptr) return "1";
+  if (strcasestr(text, "FALSE") != nullptr) return "0";
+  if (*text == '1') return "1";
+  return *text == '0' ? "0" : nullptr;
 }
 
 } // namespace kova

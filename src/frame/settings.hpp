@@ -33,11 +33,20 @@ void store(Section section, const char *key, const char *value);
 // The plain getter: 0 and "" for a key that does not exist.
 int get_setting(Section section, const char *key, char *buf, unsigned int buflen);
 
+// As get_setting, from the platform's allocated copy: the value may be longer than the scratch type.
+int get_whole_setting(Section section, const char *key, char *buf, unsigned int buflen);
+
 // A rule of the platform's checker.
 struct Rule {
   int group, item;
 };
 bool passes(Rule rule, const char *value);
+// Passes the rule and holds no markup or shell quoting.
+bool passes_unmarked(Rule rule, const char *value);
+
+// The switch that a boolean text stands for, as stored: "1" or "0". "TRUE" anywhere, in any case, is on, else "FALSE"
+// is off; else the first character decides. NULL for any other text.
+const char *boolean_setting(const char *text);
 
 } // namespace kova
 

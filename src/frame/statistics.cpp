@@ -79,3 +79,13 @@ char *getInterfaceStatistic(const char *ifname, int index) {
 char *getInterfaceStatistic_unitnochange(const char *ifname, int index) {
   return counter_text(ifname, index, false);
 }
+
+namespace kova {
+
+int get_counter(const char *ifname, Counter counter, char *buf, unsigned int buflen) {
+  char *text = getInterfaceStatistic(ifname, counter);
+  if (text == nullptr) return 0;
+  return answer(OwnedText(text), buf, buflen);
+}
+
+} // namespace kova

@@ -18,6 +18,11 @@ int answer(const char *text, char *buf, unsigned int buflen) {
   return 0;
 }
 
+int answer_terminated(const char *text, char *buf, unsigned int buflen) {
+  if (buf != nullptr && buflen > 0) buf[buflen - 1] = '\0';
+  return answer(text, buf, buflen > 0 ? buflen - 1 : 0);
+}
+
 } // namespace kova
 
 char *trim_string_newline(char *s) {

@@ -49,5 +49,7 @@ inline bool is_zero_or_one(const char *text) {
 // buffer without a terminator: agents pass their full buffer size and terminate it themselves. 0, or -1
 // without a buffer.
 int answer(const char *text, char *buf, unsigned int buflen);
+// The same, but cut so that the buffer is always terminated: for the few getters whose callers rely on it.
+int answer_terminated(const char *text, char *buf, unsigned int buflen);
 
 } // namespace kova

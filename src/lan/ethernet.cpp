@@ -14,18 +14,11 @@ bool has_link() {
   return getLanSpeed(port) >= 1;
 }
 
-int get_counter(kova::Counter counter, char *buf, unsigned int buflen) {
-  char *text = getInterfaceStatistic(port, counter);
-  if (text == nullptr) return 0; // absent: the caller's buffer is as it was
-  const kova::OwnedText owned(text);
-  return kova::answer(owned, buf, buflen);
-}
-
 } // namespace
 
 #define COUNTER_GETTER(getter, counter)                                                                      \
   int getter(char *buf, unsigned int buflen) {                                                               \
-    return get_counter(kova::counter, buf, buflen);                                                          \
+    return kova::get_counter(port, kova::counter, buf, buflen);                                              \
   }
 
 // clang-format off
