@@ -5,7 +5,9 @@
 //   root/    what the device's absolute paths name: root/tmp/mrhd_socket, root/var/config/..., root/usr/bin/...
 //   bin/     the PATH of device commands: stand-ins that log what they were asked, and a few harmless host tools
 //   log/     device.log, one JSON object a line (device/log.hpp)
-//   run/     serviced.pid (locked by the running daemon), booted (the host boot in which the device was booted)
+//            and serviced.log, the daemon's own messages
+//   run/     serviced.pid (locked by the running daemon), lock (held while the device's state changes), and the marks
+//            created, booted (the host boot in which the device was booted) and resetting
 #pragma once
 
 #include <sys/types.h>

@@ -4,10 +4,13 @@
 //   "kind"  "service" | "event" | "command" | "device"
 //   "pid"   the asking process
 // and by kind
-//   service  "request" (name without prefix: "restart_dhcp_server", or "unknown"), "command" ("0x10000006"), "payload"
+//   service  "request" (name without prefix: "restart_dhcp_server", or "unknown"), "command" ("0x10000006"), "payload";
+//            "word" and "destination" where they are not the usual 0 and 1. What was no record has the request
+//            "malformed", empty command and payload, and a "reason"
 //   event    "method" ("notify", "call", "is_busy"), "event" (the text)
 //   command  "program", "args" (array)
-//   device   "what" ("created", "booted", "stopped", ...)
+//   device   "what" ("created", "booted", "stopped", "daemon restarted")
+// Bytes that are no UTF-8 stand in a text as "\\xff".
 #pragma once
 
 #include <nlohmann/json_fwd.hpp>

@@ -41,7 +41,7 @@ PidFile::PidFile(const std::filesystem::path &path) : path_(path) {
 }
 
 PidFile::~PidFile() {
-  unlink(path_.c_str());
+  if (is_at(path_, file_.get())) unlink(path_.c_str());
 }
 
 std::optional<pid_t> pid_file_owner(const std::filesystem::path &path) {

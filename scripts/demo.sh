@@ -29,8 +29,8 @@ say "One request moves the LAN to another subnet, with its DHCP pool"
 show kovactl set $lan.IPAddress=192.168.7.1 $lan.DHCPPoolStart=192.168.7.100 $lan.DHCPPoolEnd=192.168.7.200
 
 say "The rules that named addresses of the old network are gone, and the move is marked"
-for key in $rules; do show kovactl nvram get 0 "$key"; done
-show kovactl nvram get 9 different_subnets
+show kovactl nvram get $rules
+show kovactl nvram get --section 9 different_subnets
 
 say "What the device was asked to do: the DHCP server was restarted for each of the three"
 show kovactl log

@@ -7,6 +7,8 @@
 
 #include <fcntl.h>
 #include <nlohmann/json.hpp>
+#include <sys/epoll.h>
+#include <sys/inotify.h>
 #include <sys/signalfd.h>
 #include <sys/socket.h>
 #include <sys/un.h>
@@ -61,7 +63,7 @@ void leave_terminal_and_parent() {
   setsid();
 }
 
-device::Fd signals_to_end() {
+device::Fd end_signals() {
   sigset_t signals;
   sigemptyset(&signals);
   for (const int number : {SIGTERM, SIGINT, SIGHUP}) {
@@ -70,6 +72,23 @@ device::Fd signals_to_end() {
   }
   sigprocmask(SIG_BLOCK, &signals, nullptr);
   return device::Fd(signalfd(-1, &signals, SFD_CLOEXEC));
+}
+
+// A daemon whose device was removed has no more to do, and nobody would find it to end it. The directory of the stores
+// is the one in which it has no file open itself; an open file keeps its directory from being seen to go.
+device::Fd removal_of_device() {
+  device::Fd events(inotify_init1(IN_CLOEXEC));
+  inotify_add_watch(events.get(), (host::device_dir() / "store").c_str(), IN_DELETE_SELF | IN_ONLYDIR);
+  return events;
+}
+
+device::Fd either(const device::Fd &one, const device::Fd &other) {
+  device::Fd both(epoll_create1(EPOLL_CLOEXEC));
+  for (const int fd : {one.get(), other.get()}) {
+    epoll_event event{.events = EPOLLIN, .data = {}};
+    if (epoll_ctl(both.get(), EPOLL_CTL_ADD, fd, &event) != 0) device::fail("cannot wait for the end");
+  }
+  return both;
 }
 
 constexpr const char *socket_name = "mrhd_socket";
@@ -97,10 +116,10 @@ void announce_ready() {
 
 void serve() {
   const device::PidFile pid_file(device::pid_file());
-  const device::Fd signals = signals_to_end();
+  const device::Fd signals = end_signals(), removal = removal_of_device(), stop = either(signals, removal);
   const device::Fd listener = listen_on_socket();
   announce_ready();
-  device::Server(listener.get(), signals.get(), {log_request, log_malformed}, {}).run();
+  device::Server(listener.get(), stop.get(), {log_request, log_malformed}, {}).run();
   unlink(socket_name);
 }
 

@@ -67,7 +67,11 @@ int _getOperationMode(void) {
   return operation_mode('2');
 }
 
-KOVA_CONSTANT_GETTER(kovaGetUpgradeScript, "/etc/sysconfig/script/tr069_fwupdate.sh")
+// Always terminated, unlike other getters: the path goes straight into a command line.
+int kovaGetUpgradeScript(char *buf, unsigned int buflen) {
+  if (buf != nullptr) std::snprintf(buf, buflen, "%s", "/etc/sysconfig/script/tr069_fwupdate.sh");
+  return 0;
+}
 
 int kovaGetTR069If(char *buf, unsigned int buflen) {
   const char *name = management_traffic_interface();

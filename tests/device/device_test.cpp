@@ -146,6 +146,16 @@ TEST(Device, ADeadDaemonIsSeenAndOnlyUpStartsItAgain) {
   EXPECT_EQ(changes(device).back(), "daemon restarted");
 }
 
+TEST(Device, TheDaemonEndsWithItsDirectory) {
+  const TemporaryDevice device;
+  device.bring_up();
+  const fs::path program = "/proc/" + std::to_string(status().serviced.value()) + "/exe";
+  fs::remove_all(device.directory());
+  for (int i = 0; i < 500 && fs::exists(program); i++)
+    std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  EXPECT_FALSE(fs::exists(program));
+}
+
 TEST(Device, DevicesSideBySideDoNotMeet) {
   const TemporaryDevice one, other;
   one.bring_up();

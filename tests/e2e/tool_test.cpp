@@ -108,7 +108,7 @@ TEST_F(Tool, AnswersToHelpAndRefusesBadUsage) {
   }
   for (const Words &words :
        {Words{}, Words{"frobnicate"}, Words{"get"}, Words{"get", address, "--frobnicate"},
-        Words{"set", address}, Words{"set", "=1"}, Words{"log", "--tail", "many"}}) {
+        Words{"set", address}, Words{"set", "=1"}, Words{"log", "--tail", "-1"}}) {
     const Result result = run(words);
     EXPECT_EQ(result.status, 2) << command_line(words);
     EXPECT_EQ(result.out, "");

@@ -62,6 +62,7 @@ struct Platform {
   std::vector<Interface> interfaces;
 
   std::string stored(int section, const std::string &key) const;
+  void preset(int section, const std::string &settings); // "key=value key=value"
   // What was done, without the records of reads and of opening the tree.
   Strings written() const;
 };

@@ -10,6 +10,7 @@
 #include <cstdarg>
 #include <cstring>
 #include <filesystem>
+#include <sstream>
 
 namespace fake {
 
@@ -22,6 +23,12 @@ static long count_descriptors() {
 std::string Platform::stored(int section, const std::string &key) const {
   const auto found = nvram.find({section, key});
   return found == nvram.end() ? "(missing)" : found->second;
+}
+
+void Platform::preset(int section, const std::string &settings) {
+  std::istringstream words(settings);
+  for (std::string word; words >> word;)
+    nvram[{section, word.substr(0, word.find('='))}] = word.substr(word.find('=') + 1);
 }
 
 void did(const std::string &what) {

@@ -4,7 +4,7 @@ set -euo pipefail
 cmake=$1 build=$2 examples=$3 cc=$4 libdir=$5
 scratch=$(mktemp -d)
 export KOVA_DEVICE=$scratch/device
-trap 'rm -rf "$scratch"' EXIT
+trap '"$scratch/usr/bin/kovactl" device down >/dev/null 2>&1; rm -rf "$scratch"' EXIT
 
 expect() { # expect WHAT EXPECTED ACTUAL
   [ "$2" = "$3" ] || { printf '%s: expected\n%s\nbut got\n%s\n' "$1" "$2" "$3"; exit 1; }
@@ -23,8 +23,7 @@ values='LAN.IPAddress      192.168.7.1
 LAN.DHCPPoolStart  192.168.7.100
 LAN.DHCPPoolEnd    192.168.7.200'
 refused='9007 Invalid parameter value: LAN.IPAddress;LAN.DHCPPoolStart;LAN.DHCPPoolEnd'
-"$scratch/usr/bin/kovactl" nvram set 0 lan_netmask 255.255.255.0
-"$scratch/usr/bin/kovactl" nvram set 0 dhcpEnabled 1
+"$scratch/usr/bin/kovactl" nvram set lan_netmask=255.255.255.0 dhcpEnabled=1 2>"$scratch/created"
 for agent in "$scratch/with-cmake/agent" "$scratch/with-pkg-config"; do
   expect "a request" "$values" "$("$agent" 192.168.7.1 192.168.7.100 192.168.7.200)"
   status=0

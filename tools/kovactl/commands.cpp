@@ -76,6 +76,11 @@ std::string assignment_rule(const std::string &text) {
   return equals == 0 || equals == std::string::npos ? "\"" + text + "\" is not of the form NAME=VALUE" : "";
 }
 
+std::string number_rule(const std::string &text) {
+  const bool digits = text.find_first_not_of("0123456789") == std::string::npos;
+  return digits && !text.empty() && text.size() < 10 ? "" : "\"" + text + "\" is not a number";
+}
+
 ExitStatus get(const Output &output, const Arguments &arguments) {
   return report(output, get_values(arguments.names));
 }

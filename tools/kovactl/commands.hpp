@@ -38,7 +38,8 @@ ExitStatus list(const Output &output, const Arguments &arguments);
 Command device_command(void (*act)());
 
 std::vector<Assignment> parsed_assignments(const Arguments &arguments);
-// What is wrong with the text of an assignment, or "".
+// What is wrong with the text of an assignment or of a number, or "".
 std::string assignment_rule(const std::string &text);
+std::string number_rule(const std::string &text);
 
 } // namespace kova::ctl

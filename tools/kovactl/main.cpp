@@ -19,7 +19,7 @@ namespace {
 class CommandLine {
 public:
   CommandLine() {
-    app_.require_subcommand(1);
+    app_.require_subcommand(0, 1); // none at all is noticed after parsing, unknown words before that
     app_.fallthrough();
     app_.set_version_flag("--version", "kovactl " KOVA_VERSION);
     app_.add_flag("--json", arguments_.json, "Answer in JSON, also when something fails");
@@ -34,8 +34,11 @@ public:
     add_stores();
   }
 
-  void parse(int argc, char **argv) { app_.parse(argc, argv); }
-  int explain(const CLI::ParseError &error) const { return app_.exit(error); }
+  void parse(int argc, char **argv) {
+    app_.parse(argc, argv);
+    if (!chosen_) throw CLI::RequiredError("A command");
+  }
+  void answer(const CLI::Success &question) const { app_.exit(question); }
   const Arguments &arguments() const { return arguments_; }
   ExitStatus run(const Output &output) const { return chosen_(output, arguments_); }
 
@@ -48,20 +51,20 @@ private:
 
   CLI::App *add_group(const char *name, const char *help) {
     CLI::App *group = app_.add_subcommand(name, help);
-    group->require_subcommand(1);
+    group->require_subcommand(0, 1);
     return group;
   }
 
   void take_names(CLI::App *command, const char *name, const char *help) {
-    command->add_option(name, arguments_.names, help)->required();
+    command->add_option(name, arguments_.names, help)->required()->type_name("");
   }
 
   void take_assignments(CLI::App *command, const char *name) {
-    command->add_option(name, arguments_.assignments)->required()->check(assignment_rule);
+    command->add_option(name, arguments_.assignments)->required()->check(assignment_rule)->type_name("");
   }
 
   void take_prefix(CLI::App *command, const char *help) {
-    command->add_option("PREFIX", arguments_.prefix, help);
+    command->add_option("PREFIX", arguments_.prefix, help)->type_name("");
   }
 
   void add_parameters() {
@@ -91,7 +94,9 @@ private:
                         on_device([](const Output &output, const Arguments &arguments) {
                           return show_log(output, device::log_file(), arguments.log);
                         }));
-    log->add_option("--tail", arguments_.log.tail, "Only the last N records")->type_name("N");
+    log->add_option("--tail", arguments_.log.tail, "Only the last N records")
+        ->type_name("N")
+        ->check(number_rule);
     log->add_flag("--follow", arguments_.log.follow, "Go on with what is asked from now on");
 
     CLI::App *completion = add_group("completion", "Print a shell's completion script");
@@ -122,9 +127,14 @@ private:
     take_names(unset_keys, "KEY", "");
     take_prefix(list_keys, "Only the keys that begin so");
     for (CLI::App *command : {get_keys, set_keys, unset_keys})
-      command->add_option("-s,--section", arguments_.section,
-                          "0: configuration (the default), 9: run-time values");
-    list_keys->add_option("-s,--section", arguments_.listed_section, "Only this section");
+      command
+          ->add_option("-s,--section", arguments_.section,
+                       "0: configuration (the default), 9: run-time values")
+          ->type_name("N")
+          ->check(number_rule);
+    list_keys->add_option("-s,--section", arguments_.listed_section, "Only this section")
+        ->type_name("N")
+        ->check(number_rule);
 
     CLI::App *tree = add_group("tree", "The configuration tree");
     take_names(
@@ -138,7 +148,7 @@ private:
                 "Only the leaves at or below this path");
   }
 
-  CLI::App app_{"A small agent for the router's TR-069 data model, on a virtual device"};
+  CLI::App app_{"A small agent for the router's TR-069 data model, on a virtual device", "kovactl"};
   Arguments arguments_;
   Command chosen_;
 };
@@ -173,11 +183,12 @@ int run(int argc, char **argv) {
   CommandLine line;
   try {
     line.parse(argc, argv);
+  } catch (const CLI::Success &question) { // --help, --version
+    line.answer(question);
+    return Success;
   } catch (const CLI::ParseError &error) {
-    const bool asked_for_help = error.get_exit_code() == 0;
-    if (!asked_for_help && asks_for_json(argc, argv)) return Output(true).failure(error.what(), BadUsage);
-    line.explain(error);
-    return asked_for_help ? Success : BadUsage;
+    return Output(asks_for_json(argc, argv))
+        .failure(std::string(error.what()) + "; see kovactl --help", BadUsage);
   }
   return run(line);
 }

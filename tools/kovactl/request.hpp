@@ -54,7 +54,8 @@ struct Setting {
   std::vector<Assignment> stored, not_stored;
 };
 
-// In the order given; of a path that is given twice only the last mention counts.
+// In the order given; of a path that is given twice only the last mention counts. One request to a process: the values
+// of one that a checker refused stay parked.
 Setting set_values(std::span<const Assignment> request);
 
 } // namespace kova::ctl
