@@ -30,7 +30,8 @@ int look_up(int section, const char *key, Use use) {
   });
   if (result == 0) return found;
   if (result == MDB_NOTFOUND) return missing;
-  tarn_log_console("nvram: cannot read key \"%s\" of section %d: %s", key, section, mdb_strerror(result));
+  tarn_log_console("nvram: cannot read key \"%s\" of section %d: %s", key, section,
+                   kova::host::reason_text(result));
   return failure;
 }
 
@@ -44,7 +45,7 @@ const char *store_value(int section, const char *key, const char *value) {
     MDB_val content{std::strlen(value), const_cast<char *>(value)};
     return mdb_put(change, database, &name, &content, 0);
   });
-  return failed == 0 ? nullptr : mdb_strerror(failed);
+  return failed == 0 ? nullptr : kova::host::reason_text(failed);
 }
 
 } // namespace

@@ -14,7 +14,7 @@ using Cursor = std::unique_ptr<MDB_cursor, decltype(&mdb_cursor_close)>;
 
 [[noreturn]] void fail(const std::string &what, int reason) {
   throw std::runtime_error("cannot " + what + " the key/value store in " + store_dir().string() + ": " +
-                           mdb_strerror(reason));
+                           reason_text(reason));
 }
 
 StoredKey checked_key(int section, const std::string &key) {

@@ -70,6 +70,11 @@ std::string_view StoredKey::key_of(const MDB_val &stored) {
   return {static_cast<const char *>(stored.mv_data) + section_size, stored.mv_size - section_size};
 }
 
+const char *reason_text(int answer) {
+  // LMDB's answer to a page that was written in part.
+  return answer == EIO ? "Input/output error, or no space left on device" : mdb_strerror(answer);
+}
+
 NvramStore &NvramStore::of_process() {
   static auto &store = *new NvramStore; // never destroyed: others' exit handlers may still read
   return store;
@@ -86,7 +91,8 @@ NvramStore::NvramStore() {
 void NvramStore::follow_device(Access access) {
   if (forked_) {
     forked_ = false;
-    // What the parent opened must not be used here, nor closed: closing would free the parent's reader slot.
+    // What the parent opened must not be used here: the reader slot is the parent's, and the file lock that shows
+    // others that the store is in use is not inherited. Nor must it be closed: that would free the parent's slot.
     if (environment_ != nullptr) inherited_.push_back({environment_, reader_});
     environment_ = nullptr;
     reader_ = nullptr;

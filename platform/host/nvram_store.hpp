@@ -32,6 +32,9 @@ private:
   std::size_t size_;
 };
 
+// What an answer of the store means, for a person.
+const char *reason_text(int answer);
+
 // This process's view of the store. Follows $KOVA_DEVICE, survives fork() and the store's removal.
 class NvramStore {
 public:

@@ -3,8 +3,6 @@
 #include "frame/shell.hpp"
 #include "frame/text.hpp"
 
-#include <unistd.h>
-
 #include <cstdio>
 #include <cstring>
 #include <iterator>
@@ -59,6 +57,6 @@ void kova_nat_cfg_changed(void) {
   kova_trigger_cpe_event("fw_nat_cfg changed");
   if (kova_get_oper_mode() != vpn_mode) return;
   kova_trigger_cpe_event("ce_ipv4_nat stop");
-  sleep(3);
+  kova::pause_for(3);
   kova_trigger_cpe_event("ce_ipv4_nat start");
 }

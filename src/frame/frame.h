@@ -1,7 +1,8 @@
 /* frame: what every accessor family stands on: the accessor shapes, the management instance, the
  * service-control channel, CPE events, and the network and host look-ups.
  *
- * All functions are plain C and are to be called from one thread. A NULL text is taken as the empty text. */
+ * All functions are plain C and are to be called from one thread. A NULL text is taken as the empty text,
+ * where nothing else is said. */
 #ifndef KOVA_FRAME_FRAME_H
 #define KOVA_FRAME_FRAME_H
 
@@ -25,8 +26,8 @@ KOVA_BEGIN_EXPORTS
 /* ---- Accessor shapes ----------------------------------------------------------------------------------- */
 
 /* Writes the value as text into buf, padded with NULs up to buflen. A value of buflen characters or more
- * fills buf without a terminator: give room for 256 bytes. 0, or -1 on failure. A setting that was never
- * stored reads as "". */
+ * fills buf without a terminator, where nothing else is said: give room for 256 bytes. 0, or -1 on failure.
+ * A setting of the key/value store that was never stored reads as "". */
 typedef int kova_getter(char *buf, unsigned int buflen);
 /* Stores the value: 0, or -1 when it is refused (nothing is stored then). */
 typedef int kova_setter(const char *value);
@@ -53,7 +54,7 @@ void setBindInterface(const char *ifname);
 void dbg_trace(const char *format, ...) __attribute__((format(printf, 1, 2)));
 /* Runs cmd in a shell and collects its output in out, which the caller has zeroed. Output that does not
  * fit is dropped from the first line (or 255-character piece of a line) that does not fit whole. Returns
- * out, or NULL with out untouched when the command could not be started. */
+ * out, or NULL with out untouched when the command could not be started or is NULL. */
 char *shell_cmd(const char *cmd, char *out, int outlen);
 /* Removes leading and trailing newlines in place; returns s. */
 char *trim_string_newline(char *s);
@@ -63,7 +64,7 @@ int isFTR(void);
 /* To be called once at the agent's start: corrects settings that earlier firmware left behind. 0, or
  * isFTR's -1. */
 int init_parameters(void);
-/* Writes one line of at most 255 characters to the system log. */
+/* Writes one line to the system log, cut at 255 characters. */
 void sasSyslogMessage(const char *format, ...) __attribute__((format(printf, 1, 2)));
 
 /* ---- Service-control channel --------------------------------------------------------------------------- */
@@ -150,7 +151,7 @@ void kova_trigger_cpe_event(const char *event);
  * seconds. */
 void kova_nat_cfg_changed(void);
 int kova_get_oper_mode(void);     /* operation mode 0 .. 3, 0 when it is not set */
-kova_getter kovaGetUpgradeScript; /* path of the firmware update script */
+kova_getter kovaGetUpgradeScript; /* path of the firmware update script; always terminated */
 kova_getter kovaGetTR069If;       /* interface of the management traffic; -1 and "" while it has none */
 
 /* ---- Network and host look-ups ------------------------------------------------------------------------- */
@@ -164,10 +165,10 @@ int get_interface_ip(const char *ifname, char *out, int outlen); /* dotted IPv4 
 /* Interface of the default route, or the empty text; out is zeroed by the caller. Always 0. */
 int get_default_route_if(char *out, int outlen);
 int check_net_interface(const char *ifname); /* 0: it exists, -1 */
-/* Host of "scheme://host[:port][/path]"; 0, or -1 for a text without "//". */
+/* Host of "scheme://host[:port][/path]", at most 255 characters; 0, or -1 for a text that is empty or has no "//". */
 int get_hostname_from_http_url(const char *url, char *out, int outlen);
 int hostname_type(const char *host); /* 2: digits and dots only, 1: a name, -1: empty */
-/* Interface whose own network holds the IPv4 address: 0 found, 1 none does, -1 the kernel cannot tell. */
+/* Interface whose own network holds the IPv4 address: 0 found, 1 none does, -1 the kernel cannot tell or the address is empty. */
 int get_route_ifname(const char *ip, char *out, int outlen);
 int getLanSpeed(const char *ifname); /* Mbit/s, -1 without a link */
 const char *getLanIfName(void);      /* the LAN bridge */
@@ -179,7 +180,8 @@ int checkXSSattack(const char *value);
 int _getOperationMode(void); /* operation mode 0, 1 or 2; mode 3 reads as 0 */
 /* 1 when a and b, and a and c, lie in the same network under mask, else 0. */
 int IPRangeCheck(const char *a, const char *mask, const char *b, const char *c);
-int checkDHCPRelayIsNotSupport(void); /* 1: the operation mode rules DHCP relay out, 0: relay is possible */
+int checkDHCPRelayIsNotSupport(
+    void); /* 1: the operation mode with its VPN rules DHCP relay out, 0: it is possible */
 /* Field number index (from 0) of a comma-separated text, which is split in place; empty fields do not
  * count. NULL when there are fewer. */
 char *getparametersInfo(char *s, int index);
@@ -187,7 +189,8 @@ char *getnetparametersInfo(char *s, int index);
 /* Formats a byte count as "N bytes", "N KB", "N.NN MB" or "N.NN GB". */
 void changeUnit(const char *count, char *out, int outlen);
 /* Traffic counter of "eth0", "wlan0" or "lte0pdn": 0 received bytes, 1 received packets, 2 sent bytes, 3
- * sent packets. Byte counts carry a unit in the first form. The caller frees the text. */
+ * sent packets. Byte counts carry a unit in the first form; an unknown name or index reads as 0. The caller
+ * frees the text, which is NULL only without memory. */
 char *getInterfaceStatistic(const char *ifname, int index);
 char *getInterfaceStatistic_unitnochange(const char *ifname, int index);
 int getWanIfName(void); /* 1: data runs over eth0.1, 2: over eth0.2, 0: neither */

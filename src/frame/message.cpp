@@ -46,14 +46,23 @@ int send_record(MsgHandle *handle, MsgRecord *rec, bool confirm, uint32_t cookie
   return send_bytes(handle->fd, rec, header_size + rec->length) ? 0 : MSG_ERR_SEND;
 }
 
+int64_t milliseconds_now() {
+  timespec now;
+  clock_gettime(CLOCK_MONOTONIC, &now);
+  return int64_t{now.tv_sec} * 1000 + now.tv_nsec / 1000000;
+}
+
 bool wait_readable(int fd, int seconds) {
   pollfd wanted = {fd, POLLIN, 0};
-  const int milliseconds = seconds > INT_MAX / 1000 ? INT_MAX : seconds * 1000;
-  int ready = 0;
-  do
-    ready = poll(&wanted, 1, milliseconds); // an agent's child may end meanwhile: that is no time-out
-  while (ready < 0 && errno == EINTR);
-  return ready > 0;
+  int left = seconds > INT_MAX / 1000 ? INT_MAX : seconds * 1000;
+  const int64_t end = milliseconds_now() + left;
+  for (;;) {
+    const int ready = poll(&wanted, 1, left);
+    if (ready >= 0 || errno != EINTR) return ready > 0;
+    // An agent's child may end meanwhile: that is no time-out, nor does it start the time anew.
+    const int64_t remaining = end - milliseconds_now();
+    left = remaining > 0 ? static_cast<int>(remaining) : 0;
+  }
 }
 
 int open_connection(uint32_t clientType, MsgHandle *handle) {

@@ -10,6 +10,7 @@ namespace kova {
 bool load(Section section, const char *key, Text &into) {
   constexpr int exists = 1;
   if (nvram_bufget_string(static_cast<int>(section), key, into.chars, Text::size) == exists) return true;
+  into = {};
   KOVA_TRACE_ERROR("No value.\n");
   return false;
 }

@@ -3,6 +3,8 @@
 #include "frame/frame.h"
 #include "frame/text.hpp"
 
+#include <unistd.h>
+
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
@@ -49,7 +51,7 @@ void sasSyslogMessage(const char *format, ...) {
   kova::Text message;
   va_list arguments;
   va_start(arguments, format);
-  std::vsnprintf(message.chars, sizeof message.chars, format, arguments);
+  std::vsnprintf(message.chars, sizeof message.chars, kova::text_or_empty(format), arguments);
   va_end(arguments);
 
   char escaped[2 * sizeof message.chars];

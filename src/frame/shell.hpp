@@ -11,4 +11,7 @@ void escape_for_double_quotes(const char *text, char *out);
 // Runs the command; what it answers is not looked at.
 void run(const char *command);
 
+// Gives the device time to react.
+void pause_for(unsigned int seconds);
+
 } // namespace kova

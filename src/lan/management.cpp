@@ -7,8 +7,6 @@
 #include "platform/nvram.h"
 #include "platform/webs.h"
 
-#include <unistd.h>
-
 #include <cstdio>
 #include <cstdlib>
 
@@ -187,9 +185,9 @@ int kovasetDHCPApply(const char *value) {
     return 0;
   }
   run("test_cpeevent call 'ce_oper_mode stop'");
-  sleep(pause_seconds);
+  pause_for(pause_seconds);
   run(announce);
-  sleep(pause_seconds);
+  pause_for(pause_seconds);
   run("test_cpeevent call 'ce_oper_mode start'");
   return 0;
 }

@@ -65,7 +65,7 @@ TEST(RecordStream, TakesRecordsInPiecesOfAnySize) {
 class ServerTest : public ::testing::Test {
 protected:
   void SetUp() override {
-    directory_ = (std::filesystem::temp_directory_path() / "kova-test-XXXXXX").string();
+    directory_ = (std::filesystem::temp_directory_path() / "kova-device-test-XXXXXX").string();
     ASSERT_NE(mkdtemp(directory_.data()), nullptr);
     address_.sun_family = AF_UNIX;
     std::snprintf(address_.sun_path, sizeof address_.sun_path, "%s/socket", directory_.c_str());

@@ -23,7 +23,7 @@ class TemporaryDevice {
 public:
   // below: directories between the temporary one and the device's.
   explicit TemporaryDevice(const fs::path &below = "device") {
-    std::string name = (fs::temp_directory_path() / "kova-test-XXXXXX").string();
+    std::string name = (fs::temp_directory_path() / "kova-device-test-XXXXXX").string();
     if (mkdtemp(name.data()) == nullptr) throw std::runtime_error("mkdtemp");
     top_ = name;
     directory_ = top_ / below;

@@ -39,8 +39,9 @@ int answer_ethtool(const fake::Interface &interface, void *command) {
     return 0;
   }
   auto *settings = static_cast<ethtool_cmd *>(command);
-  settings->speed = static_cast<uint16_t>(interface.speed & 0xFFFF);
-  settings->speed_hi = static_cast<uint16_t>(interface.speed >> 16);
+  const int speed = interface.speed < 0 ? 10 : interface.speed; // a link that is down still has a setting
+  settings->speed = static_cast<uint16_t>(speed & 0xFFFF);
+  settings->speed_hi = static_cast<uint16_t>(speed >> 16);
   return 0;
 }
 

@@ -67,7 +67,7 @@ std::string get(kova_getter *getter, int &result, unsigned int buflen) {
 
 std::string get(kova_getter *getter, unsigned int buflen) {
   int result = -1;
-  const std::string text = get(getter, result, buflen);
+  std::string text = get(getter, result, buflen);
   EXPECT_EQ(result, 0);
   return text;
 }

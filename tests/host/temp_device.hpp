@@ -57,16 +57,26 @@ inline bool succeeded(pid_t child) {
   return waitpid(child, &status, 0) == child && WIFEXITED(status) && WEXITSTATUS(status) == 0;
 }
 
+inline bool is_running(pid_t child) {
+  siginfo_t ended = {};
+  return waitid(P_PID, static_cast<id_t>(child), &ended, WEXITED | WNOHANG | WNOWAIT) == 0 &&
+         ended.si_pid == 0;
+}
+
 inline void kill_now(pid_t child) {
   kill(child, SIGKILL);
   waitpid(child, nullptr, 0);
 }
 
-// Whoever runs the tests, permissions bind the child that calls this.
-inline void become_unprivileged(const std::filesystem::path &top) {
+// Whoever runs the tests, permissions bind the child that calls this. It owns the files below `top`, or another does
+// (which only root can arrange).
+enum class Files { own, of_another };
+inline void become_unprivileged(const std::filesystem::path &top, Files files) {
   if (geteuid() != 0) return;
   constexpr uid_t nobody = 65534;
   std::filesystem::permissions(top, std::filesystem::perms(0755));
+  for (const auto &file : std::filesystem::recursive_directory_iterator(top))
+    ASSERT_EQ(0, chown(file.path().c_str(), files == Files::own ? nobody : 0, 0));
   ASSERT_EQ(0, setgid(nobody));
   ASSERT_EQ(0, setuid(nobody));
 }

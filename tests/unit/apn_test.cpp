@@ -1,0 +1,265 @@
+// The APN profiles and the rules across them.
+#include "fake/fake.hpp"
+#include "transaction/transaction.h"
+#include "wan/wan.h"
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+
+using fake::get;
+using fake::platform;
+using fake::Strings;
+
+namespace {
+
+class Apn : public fake::Test {};
+
+// clang-format off
+// A profile's accessors, in the order of its leaves.
+const std::string leaves[] = {"enable", "profile_name", "apn_name", "auth_type", "username", "password", "pdn_type", "mtu",
+                              "apply_to", "bridge_vid", "gre_l2_dest_ip", "gre_l2_vlan_list", "gre_l2_untagged_vlan"};
+const struct Profile {
+  kova_getter *get[13];
+  kova_setter *set[13];
+  kova_checker *check_use, *check_vlan;
+} profiles[] = {
+#define PROFILE(n)                                                                                                      \
+  {{getTR069APN##n##Enable, getTR069APN##n##ProfileName, getTR069APN##n##Name, getTR069APN##n##Auth,                    \
+    getTR069APN##n##UserName, getTR069APN##n##Password, getTR069APN##n##PDPType, getTR069APN##n##MTU,                   \
+    getTR069APN##n##ApplyTo, getTR069APN##n##BridgeVID, getTR069APN##n##GREL2DestIP, getTR069APN##n##GREL2VlanList,     \
+    getTR069APN##n##GREL2UntaggedVlan},                                                                                 \
+   {setTR069APN##n##Enable, nullptr, setTR069APN##n##Name, setTR069APN##n##Auth, setTR069APN##n##UserName,              \
+    setTR069APN##n##Password, setTR069APN##n##PDPType, setTR069APN##n##MTU, setTR069APN##n##ApplyTo,                    \
+    setTR069APN##n##BridgeVID, setTR069APN##n##GREL2DestIP, setTR069APN##n##GREL2VlanList,                              \
+    setTR069APN##n##GREL2UntaggedVlan},                                                                                 \
+   chkTR069APN##n##ApplyTo, chkTR069APN##n##BridgeVID}
+    PROFILE(1), PROFILE(2), PROFILE(3), PROFILE(4), PROFILE(5), PROFILE(6), PROFILE(7), PROFILE(8)};
+
+const char *const none = nullptr;
+// What the setters accept as it is, refuse, and store in another form.
+const struct Field {
+  const char *leaf;
+  bool updates; // the APN configuration; else the operation-mode network restarts
+  std::vector<const char *> accepted, refused;
+  std::vector<std::pair<const char *, std::string>> rewritten;
+} fields[] = {
+    {"enable",               true,  {"0", "1"},                  {"", none, "2", "01", "1 "}, {}},
+    {"apn_name",             true,  {"", "internet"},            {}, {{none, ""}}},
+    {"auth_type",            true,  {"1", "4"},                  {"", none, "0", "5", "-1", "x", "4294967297"}, {{"02", "2"}, {"4x", "4"}}},
+    {"username",             true,  {"", "user"},                {}, {{none, ""}}},
+    {"password",             true,  {"", "`secret`"},            {}, {{none, ""}}},
+    {"pdn_type",             true,  {"0", "2"},                  {"", none, "3", "-1", "x"}, {{" 1", "1"}}},
+    {"mtu",                  true,  {"576", "1500"},             {"", none, "575", "1501", "x"}, {{"01500", "1500"}}},
+    {"apply_to",             false, {"0", "3", "03", "3x"},      {"", none, "4", "-1", "x"}, {}},
+    {"bridge_vid",           false, {"4094", "9999", "x"},       {"", none}, {}},
+    {"gre_l2_dest_ip",       false, {"10.0.0.1", "x"},           {"", none}, {}},
+    {"gre_l2_vlan_list",     false, {"", "100 200"},             {}, {{none, ""}}},
+    {"gre_l2_untagged_vlan", false, {"", "5"},                   {}, {{none, ""}}}};
+// clang-format on
+
+std::string path_of(std::size_t number, const std::string &leaf) {
+  return "tarn/cm_config/apnprofile/apn" + std::to_string(number) + "/" + leaf;
+}
+
+// Calls body(number, path, setter, getter, field) for each setting, but for the switch of profile 1.
+template <typename Body>
+void for_each_setting(Body body) {
+  for (std::size_t number = 1; number <= 8; ++number)
+    for (const Field &field : fields) {
+      const auto index = static_cast<std::size_t>(std::find(leaves, std::end(leaves), field.leaf) - leaves);
+      const Profile &profile = profiles[number - 1];
+      const std::string path = path_of(number, field.leaf);
+      SCOPED_TRACE(path);
+      if (number != 1 || index != 0) body(number, path, profile.set[index], profile.get[index], field);
+    }
+}
+
+TEST_F(Apn, SettersJudgeStoreAndReactAfterTheTreeIsClosed) {
+  for_each_setting([](std::size_t number, const std::string &path, kova_setter *set, kova_getter *getter,
+                      const Field &field) {
+    const auto expect_stored = [&](const char *value, const std::string &stored) {
+      platform = {};
+      EXPECT_EQ(set(value), 0) << value;
+      EXPECT_EQ(platform.done, (Strings{"tree open", "tree /" + path + "=" + stored, "tree close",
+                                        field.updates ? "request 0x10000007" : "request 0x10000023"}));
+      EXPECT_EQ(get(getter), stored);
+    };
+    for (const char *value : field.accepted)
+      expect_stored(value, value);
+    for (const auto &[value, stored] : field.rewritten)
+      expect_stored(value, stored);
+    for (const char *value : field.refused) {
+      if (number == 8 && std::string(field.leaf) == "apply_to" && value != none && *value != '\0') {
+        expect_stored(value, value); // profile 8 takes any text
+        continue;
+      }
+      platform = {};
+      EXPECT_EQ(set(value), -1) << value;
+      EXPECT_TRUE(platform.done.empty());
+    }
+  });
+}
+
+TEST_F(Apn, AFailureOfTheTreeIsToldAndLeavesItOpen) {
+  for_each_setting(
+      [](std::size_t, const std::string &path, kova_setter *set, kova_getter *getter, const Field &field) {
+        platform = {};
+        int result = 0;
+        EXPECT_EQ(get(getter, result, 4), "####"); // no such leaf
+        EXPECT_EQ(result, -1);
+        platform.tree_refuses[path] = true;
+        EXPECT_EQ(set(field.accepted[1]), -1);
+        EXPECT_EQ(platform.done, (Strings{"tree open", "tree open"})); // and no request
+        platform.tree_opens = false;
+        EXPECT_EQ(set(field.accepted[1]), -1);
+        EXPECT_EQ(get(getter, result, 4), "####");
+        EXPECT_EQ(result, -1);
+        EXPECT_EQ(platform.done.size(), 2U);
+      });
+}
+
+TEST_F(Apn, ProfileOneStaysEnabledAndNamesAreReadOnly) {
+  for (const char *value : {"0", "", "11", none})
+    EXPECT_EQ(setTR069APN1Enable(value), -1);
+  EXPECT_EQ(setTR069APN1Enable("1"), 0);
+  EXPECT_TRUE(platform.done.empty());
+  for (std::size_t number = 1; number <= 8; ++number)
+    for (const std::string leaf : {"enable", "profile_name"}) {
+      platform.tree[path_of(number, leaf)] = leaf + std::to_string(number);
+      EXPECT_EQ(get(profiles[number - 1].get[leaf == "enable" ? 0 : 1]), leaf + std::to_string(number));
+    }
+  EXPECT_EQ(platform.tree_opened, 0);
+}
+
+TEST_F(Apn, CheckersKnowTheRanges) {
+  for (const Profile &profile : profiles) {
+    for (const char *value : {"0", "3", "03", "3x"})
+      EXPECT_EQ(profile.check_use("Name", value), 0) << value;
+    for (const char *value : {"4", "-1", "x", "", none})
+      EXPECT_EQ(profile.check_use("Name", value), -1);
+    for (const char *value : {"0", "4094"})
+      EXPECT_EQ(profile.check_vlan("Name", value), 0) << value;
+    for (const char *value : {"4095", "-1", "x", "", none})
+      EXPECT_EQ(profile.check_vlan("Name", value), -1);
+  }
+}
+
+TEST_F(Apn, TheCommonMtuAnnouncesItself) {
+  char buf[4] = "###";
+  EXPECT_EQ(getTR069APNMTU(nullptr, 4), -1);
+  EXPECT_EQ(getTR069APNMTU(buf, 0), -1);
+  EXPECT_EQ(get(getTR069APNMTU), "");
+  EXPECT_EQ(setTR069APNMTU("1400"), 0);
+  EXPECT_EQ(get(getTR069APNMTU), "1400");
+  platform.rule = [](int, const std::string &, int) { return -1; };
+  EXPECT_EQ(setTR069APNMTU("9"), -1);
+  EXPECT_EQ(setTR069APNMTU(nullptr), -1);
+  EXPECT_EQ(platform.rules_asked, (Strings{"30/1 1400", "30/1 9", "30/1 "}));
+  EXPECT_EQ(platform.done, (Strings{"nvram 0 internet_mtu=1400", "run test_cpeevent call \"ce_set_mtu\""}));
+}
+
+// ---- Rules across the profiles
+
+using Rules = std::vector<std::array<int, 4>>; // profile number, enable, bearer use, VLAN
+
+std::vector<ApnRule> records(const Rules &rules) {
+  std::vector<ApnRule> result(8);
+  for (const auto &[number, enable, use, vlan] : rules)
+    result[static_cast<std::size_t>(number) - 1] = {enable, use, vlan, ""};
+  return result;
+}
+
+const OperMode nat = {0, 0, 0, 0}, router = {1, 0, 0, 0}, l2tp = {2, 0, 1, 1}, layer_3_gre = {2, 1, 0, 0},
+               layer_2_gre = {2, 1, 0, 1}, bridge = {3, 0, 0, 0}, gre_without_vpn = {0, 1, 0, 1};
+
+TEST_F(Apn, RecordsAreReadThroughPathsWithoutALeadingSlash) {
+  std::vector<ApnRule> rules(8);
+  rules[7] = {5, 6, 7, "kept"};
+  for (std::size_t number = 1; number <= 8; ++number) {
+    platform.tree[path_of(number, "enable")] = number == 8 ? "x" : "1";
+    platform.tree[path_of(number, "apply_to")] = std::to_string(number);
+    platform.tree[path_of(number, "bridge_vid")] = "40" + std::to_string(number);
+  }
+  EXPECT_EQ(getApnCfgFromNvram(rules.data()), 0);
+  EXPECT_EQ(platform.keys_read[4], "tarn/cm_config/apnprofile/apn2/apply_to");
+  EXPECT_EQ(platform.keys_read.size(), 24U);
+  EXPECT_EQ(rules[0].enable + rules[0].apply_to + rules[0].bridge_vid, 1 + 1 + 401);
+  EXPECT_EQ(rules[7].enable + rules[7].apply_to + rules[7].bridge_vid, 0 + 8 + 408);
+  EXPECT_STREQ(rules[7].gre_l2_vlan_list, "kept");
+  EXPECT_EQ(platform.done, (Strings{"tree open", "tree close"}));
+  platform.tree.erase(path_of(4, "bridge_vid"));
+  EXPECT_EQ(getApnCfgFromNvram(rules.data()), -1);
+  EXPECT_EQ(platform.keys_read.size(), 24U + 12U);
+  EXPECT_EQ(platform.tree_opened, 1);
+  platform.tree_opens = false;
+  EXPECT_EQ(getApnCfgFromNvram(rules.data()), -1);
+}
+
+TEST_F(Apn, OneOfTheFirstSevenProfilesMustCarryData) {
+  EXPECT_EQ(have_data_bear_type(records({{7, 1, 0, 0}}).data()), 0);
+  for (const Rules &rules :
+       {Rules{}, Rules{{8, 1, 0, 0}}, Rules{{1, 1, 1, 0}, {2, 0, 0, 0}}, Rules{{3, 2, 0, 0}}})
+    EXPECT_EQ(have_data_bear_type(records(rules).data()), -1);
+}
+
+TEST_F(Apn, ABearerUseBelongsToOneProfile) {
+  const struct {
+    OperMode mode;
+    Rules rules;
+    int result;
+  } cases[] = {{nat, {{1, 1, 0, 0}, {8, 1, 0, 0}}, -1},
+               {nat, {{1, 1, 0, 0}, {2, 0, 0, 0}}, 0},
+               {nat, {{1, 1, 3, 0}, {2, 1, 3, 0}}, 0},
+               {nat, {{1, 1, 1, 0}, {2, 1, 1, 0}}, -1},
+               {nat, {{1, 1, 1, 0}, {2, 1, 2, 0}}, 0},
+               {nat, {{1, 2, 1, 0}, {2, 1, 1, 0}}, 0},
+               {router, {{1, 1, 0, 0}, {2, 1, 0, 0}}, 0},
+               {router, {{1, 1, 1, 0}, {2, 1, 1, 0}}, 0},
+               {l2tp, {{1, 1, 0, 0}, {2, 1, 0, 0}}, -1},
+               {layer_3_gre, {{1, 1, 0, 0}, {2, 1, 0, 0}}, -1},
+               {layer_2_gre, {{1, 1, 0, 0}, {2, 1, 0, 0}}, 0},
+               {layer_2_gre, {{1, 1, 2, 0}, {2, 1, 2, 0}}, -1},
+               {bridge, {{1, 1, 0, 0}, {2, 1, 0, 0}}, 0},
+               {bridge, {{7, 1, 2, 0}, {8, 1, 2, 0}}, -1},
+               {gre_without_vpn, {{1, 1, 0, 0}, {2, 1, 0, 0}}, -1}};
+  for (const auto &[mode, rules, result] : cases)
+    EXPECT_EQ(check_apn_bear_type(&mode, records(rules).data()), result)
+        << mode.oper_mode << mode.vpn_type << " " << rules[0][2];
+}
+
+TEST_F(Apn, BridgedDataBearersHaveVlansOfTheirOwn) {
+  const Rules same = {{1, 1, 0, 9}, {8, 1, 0, 9}};
+  EXPECT_EQ(check_vlan_id(&bridge, records(same).data()), -1);
+  for (const OperMode &mode : {nat, router, layer_2_gre})
+    EXPECT_EQ(check_vlan_id(&mode, records(same).data()), 0);
+  for (const Rules &rules : {Rules{{1, 1, 0, 9}, {8, 1, 0, 8}}, Rules{{1, 1, 0, 9}, {8, 0, 0, 9}},
+                             Rules{{1, 1, 0, 9}, {8, 1, 3, 9}}})
+    EXPECT_EQ(check_vlan_id(&bridge, records(rules).data()), 0);
+}
+
+TEST_F(Apn, GreVlansAreInRangeAndListedOnce) {
+  const auto check = [](const OperMode &mode, const std::string &first, const std::string &second,
+                        int second_profile = 2, int use = 0) {
+    std::vector<ApnRule> rules = records({{1, 1, 0, 0}, {second_profile, 1, use, 0}});
+    std::strncpy(rules[0].gre_l2_vlan_list, first.c_str(), sizeof rules[0].gre_l2_vlan_list - 1);
+    std::strncpy(rules[static_cast<std::size_t>(second_profile) - 1].gre_l2_vlan_list, second.c_str(), 143);
+    return check_gre_l2_vlan_list(&mode, rules.data());
+  };
+  std::string many; // as many as a list can hold
+  for (int id = 10; many.size() < 140; ++id)
+    many += std::to_string(id) + " ";
+  for (const std::string &list :
+       {std::string(), std::string("10 4094"), std::string("0"), std::string("  11   12 "), many})
+    EXPECT_EQ(check(layer_2_gre, list, "4000"), 0) << list;
+  for (const char *list :
+       {"5", "9", "-1", "4095", "100 100", "100 200", "0 0", "x y", "10 99999", "200x"})
+    EXPECT_EQ(check(layer_2_gre, list, "200"), -1) << list;
+  EXPECT_EQ(check(layer_3_gre, "5", "5"), 0);
+  EXPECT_EQ(check(gre_without_vpn, "5", "5"), 0);
+  EXPECT_EQ(check(layer_2_gre, "100", "100", 7), -1);
+  EXPECT_EQ(check(layer_2_gre, "100", "100", 8), 0);    // profile 8 is not looked at
+  EXPECT_EQ(check(layer_2_gre, "100", "100", 2, 1), 0); // nor one that carries no data
+}
+
+} // namespace

@@ -1,0 +1,522 @@
+// The batch validation: the nine groups of a request, each judged as a whole.
+#include "diagnostics/diagnostics.h"
+#include "fake/fake.hpp"
+#include "lan/lan.h"
+#include "transaction/transaction.h"
+#include "wan/wan.h"
+
+#include <algorithm>
+#include <sstream>
+
+using fake::platform;
+using fake::Strings;
+
+namespace {
+
+// The 65 parameters in the order of their slots, and what completes a group that a request sets in part.
+struct Parameter {
+  const char *name; // a short one
+  kova_checker *check;
+  const char *accepted;
+  unsigned char *touched;
+  PendingValue *slot;
+  int section = 0;
+  const char *key = nullptr, *label = nullptr, *if_empty = "";
+};
+#define PLACE(group, slot) &gPVCL.group##Touched, &gPVCL.slot
+// clang-format off
+#define APN(n)                                                                                               \
+  {"apn" #n ".enable", chkTR069APN##n##Enable, "1", PLACE(wanApn, apn[n - 1].apnEnable)},                    \
+  {"apn" #n ".use", chkTR069APN##n##ApplyTo, "3", PLACE(wanApn, apn[n - 1].apnApplyTo)},                     \
+  {"apn" #n ".vid", chkTR069APN##n##BridgeVID, "4094", PLACE(wanApn, apn[n - 1].apnBridgeVid)}
+const Parameter parameters[] = {
+    {"wifi.mode",      chkTR069WifiMode,                        "11N",           PLACE(wifi, wifiMode),               0, "0_rfmode",                    "Local WiFi Mode"},
+    {"wifi.rate",      chkTR069WifiRate,                        "12",            PLACE(wifi, wifiRate),               0, "Fixrate",                     "Local WiFi rate"},
+    {"wifi.bandwidth", chkTR069WifiBandwidth,                   "1",             PLACE(wifi, wifiBandwidth),          0, "Bandwidth",                   "Local WiFi Bandwidth"},
+    {"lan.ip",         chkTR069LANIPAddress,                    "192.168.1.2",   PLACE(lan, lanIpAddress),            0, "lan_ip",                      "Local Lan ip"},
+    {"lan.mask",       chkTR069LANSubnetMask,                   "255.255.255.0", PLACE(lan, lanSubnetMask),           0, "lan_netmask",                 "Local Lan subnetmask"},
+    {"lan.dhcp",       chkTR069DHCPServerEnable,                "1",             PLACE(lan, dhcpServerEnable),        0, "dhcpEnabled",                 "Local DHCP enable"},
+    {"lan.start",      chkTR069DHCPPoolStartIP,                 "192.168.1.9",   PLACE(lan, dhcpPoolStart),           0, "dhcpStart",                   "Local DHCP poolstartip"},
+    {"lan.end",        chkTR069DHCPPoolEndIP,                   "192.168.1.99",  PLACE(lan, dhcpPoolEnd),             0, "dhcpEnd",                     "Local DHCP poolendip"},
+    {"dns.option",     chkTR069DnsOption,                       "0",             PLACE(dns, dnsOption),               0, "dnsOption",                   "Local DNS dnsOption"},
+    {"dns.1",          chkTR069Dns1,                            "8.8.8.8",       PLACE(dns, dns1),                    0, "primaryDNS",                  "Local DNS primaryDNS"},
+    {"dns.2",          chkTR069Dns2,                            "8.8.4.4",       PLACE(dns, dns2),                    0, "secondaryDNS",                "Local DNS secondaryDNS"},
+    {"dns.3",          chkTR069Dns3,                            "",              PLACE(dns, dns3),                    0, "thirdlyDNS",                  "Local DNS thirdlyDNS"},
+    {"dl.state",       chkTR069DownloadDiagnosticsState,        "Requested",     PLACE(downloadDiag, dlState),        9, "TR_DLDIAG_STATE",             "Local dlDaig state"},
+    {"dl.if",          chkTR069DownloadDiagnosticsInterface,    "",              PLACE(downloadDiag, dlInterface),    9, "TR_DLDIAG_IF",                "Local dlDaig interface"},
+    {"dl.url",         chkTR069DownloadDiagnosticsURL,          "http://h/f",    PLACE(downloadDiag, dlUrl),          9, "TR_DLDIAG_URL",               "Local dlDaig URL"},
+    {"dl.dscp",        chkTR069DownloadDiagnosticsDSCP,         "",              PLACE(downloadDiag, dlDscp),         9, "TR_DLDIAG_DSCP",              "Local dlDaig DSCP"},
+    {"ul.state",       chkTR069UploadDiagnosticsState,          "Requested",     PLACE(uploadDiag, ulState),          9, "TR_ULDIAG_STATE",             "Local ulDaig state"},
+    {"ul.if",          chkTR069UploadDiagnosticsInterface,      "eth0.1",        PLACE(uploadDiag, ulInterface),      9, "TR_ULDIAG_IF",                "Local ulDaig interface"},
+    {"ul.url",         chkTR069UploadDiagnosticsURL,            "http://h/f",    PLACE(uploadDiag, ulUrl),            9, "TR_ULDIAG_URL",               "Local ulDaig URL"},
+    {"ul.length",      chkTR069UploadDiagnosticsTestFileLength, "1",             PLACE(uploadDiag, ulTestFileLength), 9, "TR_ULDIAG_FILE_LEN",          "Local ulDaig testfilelength", "1024"},
+    {"ul.dscp",        chkTR069UploadDiagnosticsDSCP,           "46",            PLACE(uploadDiag, ulDscp),           9, "TR_ULDIAG_DSCP",              "Local ulDaig DSCP"},
+    {"echo.enable",    chkTR069UDPEchoConfigEnable,             "1",             PLACE(udpEcho, udpEchoEnable),       9, "TR_UDPECHO_ENABLE",           "Local UDPEchoConfig Enable", "0"},
+    {"echo.if",        chkTR069UDPEchoConfigInterface,          "eth0.1",        PLACE(udpEcho, udpEchoInterface),    9, "TR_UDPECHO_IF",               "Local UDPEchoConfig Interface"},
+    {"echo.source",    chkTR069UDPEchoConfigSourceIPAddress,    "10.0.0.1",      PLACE(udpEcho, udpEchoSourceIp),     9, "TR_UDPECHO_SIPADDR",          "Local UDPEchoConfig SourceIPAddress"},
+    {"echo.port",      chkTR069UDPEchoConfigUDPPort,            "7",             PLACE(udpEcho, udpEchoPort),         9, "TR_UDPECHO_PORT",             "Local UDPEchoConfig UDPPort"},
+    {"echo.plus",      chkTR069UDPEchoConfigEchoPlusEnabled,    "0",             PLACE(udpEcho, udpEchoPlusEnabled),  9, "TR_UDPECHO_PLUS_ENABLE",      "Local UDPEchoConfig ECHOPlusEnabled", "0"},
+    {"ping.state",     chkTR069IPPingDiagnosticsState,          "Requested",     PLACE(ipPing, pingState),            9, "TR_PINGDIAG_STATE",           "Local pingDaig state"},
+    {"ping.host",      chkTR069IPPingDiagnosticsHost,           "h",             PLACE(ipPing, pingHost),             9, "TR_PINGDIAG_HOST",            "Local pingDaig Host"},
+    {"ping.count",     chkTR069IPPingDiagnosticsCount,          "5abc",          PLACE(ipPing, pingCount),            9, "TR_PINGDIAG_CNT",             "Local pingDaig CNT", "4"},
+    {"ping.timeout",   chkTR069IPPingDiagnosticsTimeout,        "2",             PLACE(ipPing, pingTimeout),          9, "TR_PINGDIAG_TIMEOUT",         "Local pingDaig timeout", "1"},
+    {"ping.size",      chkTR069IPPingDiagnosticsDataSize,       "64",            PLACE(ipPing, pingDataSize),         9, "TR_PINGDIAG_DATA_SIZE",       "Local pingDaig data size", "56"},
+    {"tr.state",       chkTR069TraceRouteDiagnosticsState,      "Requested",     PLACE(traceRoute, trState),          9, "TR_TRACEROUTEDIAG_STATE",     "Local trDaig state"},
+    {"tr.host",        chkTR069TraceRouteDiagnosticsHost,       "h",             PLACE(traceRoute, trHost),           9, "TR_TRACEROUTEDIAG_HOST",      "Local trDaig Host"},
+    {"tr.tries",       chkTR069TraceRouteDiagnosticsTryCnt,     "3",             PLACE(traceRoute, trTryCount),       9, "TR_TRACEROUTEDIAG_TRYCNT",    "Local trDaig TRYCNT", "3"},
+    {"tr.timeout",     chkTR069TraceRouteDiagnosticsTimeout,    "500",           PLACE(traceRoute, trTimeout),        9, "TR_TRACEROUTEDIAG_TIMEOUT",   "Local trDaig timeout", "1000"},
+    {"tr.size",        chkTR069TraceRouteDiagnosticsDataSize,   "38",            PLACE(traceRoute, trDataSize),       9, "TR_TRACEROUTEDIAG_DATA_SIZE", "Local trDaig data size", "38"},
+    {"tr.hops",        chkTR069TraceRouteDiagnosticsMaxHopCnt,  "64",            PLACE(traceRoute, trMaxHopCount),    9, "TR_TRACEROUTEDIAG_MAX_HOPS",  "Local trDaig max hops", "30"},
+    {"wan.mode",       chkTR069WanSettingOperMode,              "2",             PLACE(wanApn, operMode)},
+    {"wan.vpn",        chkTR069WanSettingVPNType,               "1",             PLACE(wanApn, vpnType)},
+    {"wan.bcp",        chkTR069WanSettingBCPEnable,             "0",             PLACE(wanApn, bcpEnable)},
+    {"wan.gre",        chkTR069WanSettingGREType,               "1",             PLACE(wanApn, greType)},
+    APN(1), APN(2), APN(3), APN(4), APN(5), APN(6), APN(7), APN(8)};
+// clang-format on
+
+const Parameter &parameter(const std::string &name) {
+  for (const Parameter &entry : parameters)
+    if (name == entry.name) return entry;
+  throw std::invalid_argument(name);
+}
+
+// Parks past the checkers: what they refuse still reaches the batch through an agent that does not ask them.
+void park(const std::string &name, const std::string &value) {
+  const Parameter &entry = parameter(name);
+  pvcl_set_slot(entry.slot, entry.name, value.c_str());
+  *entry.touched = 1;
+}
+
+// A request as "name=value name=value".
+void park(const std::string &request) {
+  std::istringstream pairs(request);
+  for (std::string pair; pairs >> pair;)
+    park(pair.substr(0, pair.find('=')), pair.substr(pair.find('=') + 1));
+}
+
+void release() {
+  for (const Parameter &entry : parameters) {
+    *entry.touched = 0;
+    pvcl_free_slot(entry.slot);
+  }
+}
+
+// "passed", or the fault names. Whatever the verdict, nothing stays parked.
+std::string validate(const std::string &request, int size = 1 << 20, const std::string &before = "") {
+  static char names[1 << 20];
+  std::snprintf(names, sizeof names, "%s", before.c_str());
+  park(request);
+  const int result = kovaCheckTR069ParameterValues(names, size);
+  for (const Parameter &entry : parameters) {
+    EXPECT_EQ(*entry.touched, 0) << entry.name;
+    EXPECT_TRUE(entry.slot->name == nullptr && entry.slot->value == nullptr) << entry.name;
+  }
+  EXPECT_EQ(platform.oper_mode_records, 0);
+  EXPECT_EQ(result, result == 0 ? 0 : -1);
+  EXPECT_TRUE(result != 0 || names == before);
+  return result == 0 ? "passed" : names;
+}
+
+// Values that trip code up; no value, too.
+std::vector<const char *> odd_values() {
+  static const std::string all_bytes = [] {
+    std::string bytes;
+    for (int byte = 1; byte < 256; ++byte)
+      bytes += static_cast<char>(byte);
+    return bytes;
+  }();
+  static const std::string digits(255, '1'), zeros(256, '0'), long_text(4000, '9');
+  return {nullptr, "", "x", "-1", digits.c_str(), zeros.c_str(), long_text.c_str(), all_bytes.c_str()};
+}
+
+class Batch : public fake::Test {
+protected:
+  Batch() { start_over(0); }
+
+  // A device with a LAN, in the VPN mode, and profile 1 as its data bearer.
+  static void start_over(uint32_t instance) {
+    platform = {};
+    gSecondaryInstance = instance;
+    platform.preset(0, "lan_ip=192.168.1.1 lan_netmask=255.255.255.0 dhcpEnabled=1 dhcpStart=192.168.1.100 "
+                       "dhcpEnd=192.168.1.200 primaryDNS=1.1.1.1 0_rfmode=GONLY Bandwidth=1 oper_mode=2 "
+                       "DMZEnable=1 DMZNatEnable=kept ConnectLimitNatEnable=1");
+    for (int number = 1; number <= 8; ++number) {
+      const std::string path = "tarn/cm_config/apnprofile/apn" + std::to_string(number) + "/";
+      platform.tree[path + "enable"] = number == 1 ? "1" : "0";
+      platform.tree[path + "apply_to"] = number == 1 ? "0" : "3";
+      platform.tree[path + "bridge_vid"] = number == 1 ? "10" : "0";
+    }
+  }
+};
+
+TEST_F(Batch, EachCheckerParksInItsOwnPlaceOnly) {
+  ASSERT_EQ(std::size(parameters), 65U);
+  for (const Parameter &entry : parameters) {
+    SCOPED_TRACE(entry.name);
+    EXPECT_TRUE(&entry == parameters || (&entry)[-1].slot < entry.slot);
+    EXPECT_EQ(entry.check("Other", entry.accepted), 0);
+    EXPECT_EQ(entry.check("Device.Name", entry.accepted), 0); // named twice: the last one counts
+    for (const Parameter &other : parameters) {
+      EXPECT_STREQ(pvcl_slot_name(other.slot), other.slot == entry.slot ? "Device.Name" : "");
+      EXPECT_STREQ(pvcl_slot_value(other.slot), other.slot == entry.slot ? entry.accepted : "");
+      EXPECT_EQ(*other.touched, other.touched == entry.touched ? 1 : 0);
+    }
+    release();
+  }
+}
+
+TEST_F(Batch, AnyPairIsParkedAsGivenOrRefusedWithoutATrace) {
+  for (const Parameter &entry : parameters)
+    for (const char *value : odd_values())
+      for (const char *name : odd_values()) {
+        const int result = entry.check(name, value);
+        EXPECT_TRUE(result == 0 || result == -1);
+        EXPECT_EQ(*entry.touched, result == 0 ? 1 : 0) << entry.name;
+        EXPECT_EQ(entry.slot->name != nullptr, result == 0) << entry.name;
+        if (result == 0) {
+          ASSERT_NE(value, nullptr) << entry.name;
+          EXPECT_STREQ(entry.slot->name, name == nullptr ? "" : name);
+          EXPECT_STREQ(entry.slot->value, value);
+        }
+        release();
+      }
+}
+
+TEST_F(Batch, AGroupIsCompletedFromTheStoreOfItsInstance) {
+  for (const uint32_t instance : {0U, 1U})
+    for (const bool unset : {false, true}) {
+      SCOPED_TRACE(std::to_string(instance) + (unset ? " unset" : " stored"));
+      platform = {};
+      gSecondaryInstance = instance;
+      Strings keys;
+      std::map<const PendingValue *, std::pair<std::string, std::string>> expected, seen;
+      for (const Parameter &entry : parameters) {
+        const bool refused_unset = entry.touched == &gPVCL.dnsTouched;
+        if (entry.key == nullptr || (unset && refused_unset)) continue;
+        const std::string key = (instance == 1 && entry.section == 9 ? "S_" : "") + std::string(entry.key);
+        const std::string value = "10.0.0." + std::to_string(expected.size());
+        if (!unset) platform.nvram[{entry.section, key}] = value;
+        expected[entry.slot] = {entry.label, unset ? entry.if_empty : value};
+        keys.push_back(std::to_string(entry.section) + " " + key);
+        if (entry.slot == &gPVCL.dhcpPoolEnd) keys.emplace_back("0 lan_ip"); // to see whether it changes
+        *entry.touched = 1;
+      }
+      ASSERT_EQ(expected.size(), unset ? 33U : 37U);
+      platform.watch = [&] {
+        for (const Parameter &entry : parameters)
+          if (entry.slot->name != nullptr) seen[entry.slot] = {entry.slot->name, entry.slot->value};
+      };
+      EXPECT_EQ(validate(""), "passed");
+      EXPECT_EQ(seen, expected);
+      EXPECT_EQ(platform.keys_read, keys);
+    }
+}
+
+TEST_F(Batch, WifiModeMustGoWithBandwidthAndRate) {
+  const char *rate = "wifi.rate=12", *all = "wifi.mode=N wifi.bandwidth=0 wifi.rate=3";
+  struct {
+    int bandwidth_answer, rate_answer;
+    const char *request, *verdict;
+    Strings asked;
+  } const cases[] = {
+      {0, 0, rate, "passed", {"mode/bandwidth GONLY 1", "mode/rate GONLY 12"}},
+      {0, -2, rate, "wifi.rate", {"mode/bandwidth GONLY 1", "mode/rate GONLY 12"}},
+      {-1, 0, rate, "", {"mode/bandwidth GONLY 1"}},                   // the request set neither
+      {-2, 1, all, "passed", {"mode/bandwidth N 0", "mode/rate N 3"}}, // only -1 refuses a bandwidth
+      {-1, -1, all, "wifi.mode;wifi.bandwidth", {"mode/bandwidth N 0"}},
+      {0, -1, all, "wifi.mode;wifi.rate", {"mode/bandwidth N 0", "mode/rate N 3"}}};
+  for (const auto &[bandwidth_answer, rate_answer, request, verdict, asked] : cases) {
+    start_over(0);
+    platform.mode_and_bandwidth = bandwidth_answer;
+    platform.mode_and_rate = rate_answer;
+    EXPECT_EQ(validate(request), verdict);
+    EXPECT_EQ(platform.rules_asked, asked);
+    EXPECT_TRUE(platform.done.empty());
+  }
+}
+
+const Strings same_network = {"nvram 9 different_subnets=0", "nvram 9 dhcp_ipaddr_change=0"},
+              new_address = {"nvram 9 dhcp_ip_changed=1", "nvram 9 different_subnets=0",
+                             "nvram 9 dhcp_ipaddr_change=1"},
+              new_network = {"nvram 9 dhcp_ip_changed=1",  "nvram 0 DMZEnable=0",
+                             "nvram 0 DMZAddress=",        "nvram 0 PortForwardEnable=0",
+                             "nvram 0 PortForwardRules=",  "nvram 0 IPPortFilterEnable=0",
+                             "nvram 0 IPPortFilterRules=", "nvram 0 IPPortFilterWhiteRules=",
+                             "nvram 9 different_subnets=1"};
+
+TEST_F(Batch, LanAddressAndPoolMustFitWhileTheServerIsOn) {
+  const char *move = "lan.end=10.0.0.9 lan.start=10.0.0.2 lan.ip=10.0.0.1";
+  const struct {
+    const char *dhcp, *request, *verdict; // the stored DHCP mode
+    Strings done;
+  } cases[] = {{"1", "lan.mask=255.255.255.0", "passed", same_network},
+               {"1", "lan.ip=192.168.1.2", "passed", new_address},
+               {"1", move, "passed", new_network},
+               {"1", "lan.ip=192.168.1.100", "lan.ip", {}}, // the stored start
+               {"1", "lan.end=192.168.1.250 lan.ip=192.168.1.250", "lan.ip;lan.end", {}},
+               {"1", "lan.start=192.168.1.201 lan.dhcp=1", "lan.dhcp;lan.start", {}},
+               {"1", "lan.ip=10.0.0.1", "lan.ip", {}},
+               {"1", "lan.end=192.168.2.1", "lan.end", {}},
+               {"1", "lan.mask=255.255.255.192", "lan.mask", {}},
+               {"1x", "lan.end=192.168.2.1", "lan.end", {}},
+               {"2", move, "lan.ip;lan.start;lan.end", {}}, // relay
+               {"0", "lan.dhcp=2", "lan.dhcp", {}},
+               {"2", "lan.dhcp=0 lan.ip=10.0.0.1", "passed", new_network}, // addresses are not looked at
+               {"on", "lan.ip=192.168.1.100", "passed", new_address},
+               {"", "lan.start=192.168.9.9", "passed", same_network}};
+  for (const auto &[dhcp, request, verdict, done] : cases) {
+    start_over(0);
+    platform.nvram[{0, "dhcpEnabled"}] = dhcp;
+    EXPECT_EQ(validate(request), verdict) << dhcp << " " << request;
+    EXPECT_EQ(platform.done, done) << dhcp << " " << request;
+  }
+}
+
+TEST_F(Batch, LanAndDnsNamesCountAsStoredWhenTheyHoldLocalAnywhere) {
+  pvcl_set_slot(&gPVCL.lanIpAddress, "Device.LocalNet.IP", "10.0.0.1");
+  EXPECT_EQ(validate("lan.end=10.0.0.9"), "lan.end");
+  pvcl_set_slot(&gPVCL.dlState, "Device.LocalNet.State", "None"); // elsewhere only at the start
+  pvcl_set_slot(&gPVCL.dlUrl, "Local.URL", "u");
+  EXPECT_EQ(validate("dl.if=i"), "Device.LocalNet.State;dl.if");
+}
+
+// Three servers; "-" is an empty one.
+std::string validate_dns(const std::string &servers) {
+  std::istringstream words(servers);
+  for (std::string name : {"dns.1", "dns.2", "dns.3"}) {
+    std::string server;
+    words >> server;
+    park(name, server == "-" ? "" : server);
+  }
+  return validate("dns.option=1");
+}
+
+TEST_F(Batch, DnsServersMustDiffer) {
+  for (const char *passing : {"1.1.1.1 2.2.2.2 3.3.3.3", "1.1.1.1 - -", "1.1.1.1 2.2.2.2 -",
+                              "1.1.1.1 - 3.3.3.3", "- 2.2.2.2 3.3.3.3", "- 2.2.2.2 -"})
+    EXPECT_EQ(validate_dns(passing), "passed") << passing;
+  for (const char *failing : {"1.1.1.1 1.1.1.1 -", "1.1.1.1 2.2.2.2 1.1.1.1", "1.1.1.1 2.2.2.2 2.2.2.2",
+                              "- 2.2.2.2 2.2.2.2", "1.1.1.1 - 1.1.1.1", "- - -", "- - 3.3.3.3",
+                              "1.0.0.1 1.1 -", "no address 3.3.3.3", "- 255.255.255.255 -"})
+    EXPECT_EQ(validate_dns(failing), "dns.option;dns.1;dns.2;dns.3") << failing;
+  EXPECT_EQ(validate("dns.2=1.1.1.1"), "dns.2"); // the stored first
+  EXPECT_TRUE(platform.done.empty());
+}
+
+TEST_F(Batch, ATestIsLaunchedWithItsCommandLineOrStopped) {
+  // clang-format off
+  const struct {
+    const char *request, *primary, *secondary;
+  } cases[] = {
+      {"dl.state=Requested dl.url=http://h/f", "0x10000008 /bin/download_diag -u http://h/f", "0x10000008 /bin/sec_download_diag -S -u http://h/f"},
+      {"dl.dscp=46 dl.url=u dl.if=i dl.state=Requested", "0x10000008 /bin/download_diag -u u -i i -d 46", "0x10000008 /bin/sec_download_diag -S -u u -i i -d 46"},
+      {"dl.state=Requested dl.dscp=0", "0x10000008 /bin/download_diag -u  -d 0", "0x10000008 /bin/sec_download_diag -S -u  -d 0"},
+      {"dl.url=u", "0x10000010 download_diag", "0x10000010 sec_download_diag"},
+      {"ul.state=Requested ul.url=u", "0x10000011 /bin/upload_diag -u u -l 1024", "0x10000011 /bin/sec_upload_diag -S -u u -l 1024"},
+      {"ul.state=Requested ul.url=u ul.length=9 ul.if=i ul.dscp=1", "0x10000011 /bin/upload_diag -u u -l 9 -i i -d 1", "0x10000011 /bin/sec_upload_diag -S -u u -l 9 -i i -d 1"},
+      {"ul.dscp=", "0x10000013 upload_diag", "0x10000013 sec_upload_diag"},
+      {"echo.enable=1 echo.port=7", "0x10000014 /bin/udpechoplus_server -p 7", "0x10000014 /bin/sec_udpechoplus_server -S -p 7"},
+      {"echo.enable=1 echo.if=i echo.source=s echo.plus=1", "0x10000014 /bin/udpechoplus_server -p  -i i -s s -P", "0x10000014 /bin/sec_udpechoplus_server -S -p  -i i -s s -P"},
+      {"echo.enable=0", "0x10000015 udpechoplus_server", "0x10000015 sec_udpechoplus_server"},
+      {"echo.port=9", "0x10000015 udpechoplus_server", "0x10000015 sec_udpechoplus_server"},
+      {"echo.enable=2", "0x10000015 udpechoplus_server", "0x10000015 sec_udpechoplus_server"}, // no rule, and no wish to run
+      {"ping.state=Requested ping.host=h", "0x10000016 /bin/ping_diag -H h -c 4 -W 1 -s 56", "0x10000016 /bin/sec_ping_diag -S -H h -c 4 -W 1 -s 56"},
+      {"ping.state=Requested ping.count=5abc ping.timeout=2 ping.size=64", "0x10000016 /bin/ping_diag -H  -c 5abc -W 2 -s 64", "0x10000016 /bin/sec_ping_diag -S -H  -c 5abc -W 2 -s 64"},
+      {"ping.timeout=2", "0x10000017 ping_diag", "0x10000017 sec_ping_diag"},
+      {"tr.state=Requested tr.host=h", "0x10000019 /bin/traceroute_diag h 38 -q 3 -m 30 -w 1,3,10 --savetof", "0x10000019 /bin/sec_traceroute_diag h 38 -q 3 -m 30 -w 1,3,10 --savetof -S"},
+      {"tr.hops=999", "0x10000020 traceroute_diag", "0x10000020 sec_traceroute_diag"}};
+  // clang-format on
+  for (const uint32_t instance : {0U, 1U})
+    for (const auto &[request, primary, secondary] : cases) {
+      start_over(instance);
+      for (const Parameter &entry : parameters) // a stored state is not asked for again
+        if (const std::string name = entry.name; name.ends_with("state") || name == "echo.enable")
+          platform.nvram[{9, (instance == 1 ? "S_" : "") + std::string(entry.key)}] =
+              name == "echo.enable" ? "1" : "Requested";
+      EXPECT_EQ(validate(request), "passed");
+      EXPECT_EQ(platform.done, Strings{std::string("request ") + (instance == 1 ? secondary : primary)});
+    }
+}
+
+TEST_F(Batch, ATestStateIsRequestedOrRefused) {
+  const std::pair<const char *, std::string> cases[] = {
+      {"dl.url=u dl.state=None", "dl.state;dl.url"},
+      {"ul.state= ul.dscp=1 ul.length=2", "ul.state;ul.length;ul.dscp"},
+      {"ping.state=requested", "ping.state"},
+      {"tr.state=Requested2 tr.hops=2 tr.host=h", "tr.state;tr.host;tr.hops"}};
+  for (const auto &[request, names] : cases) {
+    EXPECT_EQ(validate(request), names);
+    EXPECT_EQ(validate(request, 1, "Before"), "Before;" + names); // without a bound
+    park(request);
+    EXPECT_EQ(kovaCheckTR069ParameterValues(nullptr, 0), -1);
+  }
+  EXPECT_TRUE(platform.done.empty());
+}
+
+TEST_F(Batch, TracerouteLimitsAreKept) {
+  const std::pair<const char *, std::string> cases[] = {
+      {"tr.tries=20 tr.timeout=500 tr.size=70000 tr.hops=256", "65000 -q 10 -m 255 -w 1,3,10"},
+      {"tr.tries=11 tr.timeout=999 tr.size=65001 tr.hops=300", "65000 -q 10 -m 255 -w 1,3,10"},
+      {"tr.tries=10 tr.timeout=1000 tr.size=65000 tr.hops=255", "65000 -q 10 -m 255 -w 1,3,10"},
+      {"tr.tries= tr.timeout= tr.size= tr.hops=", "38 -q 3 -m 30 -w 5,3,10"},
+      {"tr.tries=2x tr.timeout=5999 tr.size=0 tr.hops=1", "0 -q 2x -m 1 -w 5,3,10"},
+      {"tr.tries=-1 tr.timeout=x tr.size=-1 tr.hops=-1", "65000 -q 10 -m 255 -w 1,3,10"},
+      {"", "38 -q 10 -m 30 -w 1,3,10"}}; // stored values are kept within the limits, too
+  platform.nvram[{9, "TR_TRACEROUTEDIAG_TRYCNT"}] = "12";
+  for (const auto &[request, options] : cases) {
+    platform.done.clear();
+    EXPECT_EQ(validate(std::string("tr.state=Requested tr.host=h ") + request), "passed");
+    EXPECT_EQ(platform.done, Strings{"request 0x10000019 /bin/traceroute_diag h " + options + " --savetof"});
+  }
+}
+
+TEST_F(Batch, ACommandLineHoldsAnyByteAndIsCutAt255) {
+  for (const char *value : odd_values()) {
+    if (value == nullptr) continue;
+    platform.done.clear();
+    park("dl.url", value);
+    EXPECT_EQ(validate("dl.state=Requested dl.dscp=46"), "passed");
+    const std::string line = std::string("/bin/download_diag -u ") + value + " -d 46";
+    EXPECT_EQ(platform.done, Strings{"request 0x10000008 " + line.substr(0, 255)});
+  }
+}
+
+TEST_F(Batch, OperationModeAndProfilesMustFit) {
+  const std::pair<const char *, std::string> cases[] = {
+      {"apn1.enable=0", "apn1.enable"}, // no data bearer is left
+      {"apn1.use=1 apn2.enable=1 apn2.use=0", "passed"},
+      {"apn8.vid= apn8.enable=1 wan.mode=0 apn8.use=0", "wan.mode;apn8.enable;apn8.use;apn8.vid"}, // two are
+      {"apn8.enable=1 apn8.use=0 wan.mode=1", "passed"},
+      {"apn8.enable=1 apn8.use=0 wan.mode=3", "passed"},
+      // A VLAN of the request counts for a profile without a bearer only: this one keeps its stored VLAN.
+      {"apn8.enable=1 apn8.use=0 apn8.vid=10 wan.mode=3", "passed"},
+      {"apn2.enable=1 apn2.use=0 apn8.enable=1 apn8.use=0 wan.mode=3",
+       "wan.mode;apn2.enable;apn2.use;apn8.enable;apn8.use"},
+      {"apn2.enable=1 apn2.use=0 wan.vpn=1 wan.gre=1", "passed"},
+      {"apn2.enable=1 apn2.use=0 wan.vpn=1 wan.bcp=1", "wan.vpn;wan.bcp;apn2.enable;apn2.use"}};
+  for (const auto &[request, verdict] : cases) {
+    start_over(0);
+    EXPECT_EQ(validate(request), verdict);
+    EXPECT_EQ(platform.written().empty(), verdict != "passed");
+    EXPECT_EQ(platform.tree_opened, 0);
+  }
+}
+
+TEST_F(Batch, NatSwitchesAreSavedAndRestored) {
+  const Strings restored = {"nvram 0 DMZEnable=kept", "nvram 0 PortForwardEnable=",
+                            "nvram 0 PortTriggerEnable=", "nvram 0 ConnectLimitEnable=1"};
+  const auto saved = [](const std::string &dmz, const std::string &others) {
+    Strings result = {"nvram 0 DMZNatEnable=" + dmz, "nvram 0 DMZEnable=0"};
+    for (const std::string feature : {"PortForward", "PortTrigger", "ConnectLimit"})
+      result.insert(result.end(),
+                    {"nvram 0 " + feature + "NatEnable=" + others, "nvram 0 " + feature + "Enable=0"});
+    return result;
+  };
+  for (const std::string mode : {"0", "1", "2", "3", "4"}) {
+    start_over(0);
+    platform.nvram[{0, "oper_mode"}] = "0"; // only the new mode counts
+    EXPECT_EQ(validate("wan.mode=" + mode), "passed");
+    const bool saves = mode == "1" || mode == "3";
+    EXPECT_EQ(platform.written(), saves ? saved("1", "") : mode == "4" ? Strings{} : restored) << mode;
+    if (!saves) continue;
+    platform.done.clear();
+    EXPECT_EQ(validate("wan.mode=" + mode), "passed");
+    EXPECT_EQ(platform.written(), saved("0", "0")) << "the second saves what the first switched off";
+  }
+}
+
+TEST_F(Batch, LeavingOrChangingTheVpnStopsIt) {
+  const struct {
+    const char *mode, *vpn, *request;
+    bool stops;
+  } cases[] = {{"2", "0", "wan.mode=0", true},  {"2", "0", "wan.mode=3", true},
+               {"2", "0", "wan.vpn=1", true},   {"2", "1", "wan.vpn=x", true},
+               {"2", "1", "wan.vpn=1", false},  {"2", "0", "wan.bcp=1", false},
+               {"0", "0", "wan.mode=2", false}, {"0", "0", "wan.vpn=1", false},
+               {"3", "1", "wan.mode=1", false}, {"2", "0", "apn2.use=1", false}};
+  for (const auto &[mode, vpn, request, stops] : cases) {
+    start_over(0);
+    platform.nvram[{0, "oper_mode"}] = mode;
+    platform.nvram[{0, "vpn_type"}] = vpn;
+    EXPECT_EQ(validate(request), "passed");
+    EXPECT_EQ(platform.done.back() == "run test_cpeevent call \"ce_vpn stop\"", stops) << mode << request;
+  }
+}
+
+TEST_F(Batch, WhatCannotBeLoadedRefusesTheRequest) {
+  const char *request = "apn3.use=1 wan.mode=0 dl.state=Requested";
+  for (const int loads : {0, 1}) { // the record as it is, and as it will be
+    platform.oper_mode_loads = loads;
+    EXPECT_EQ(validate(request), "");
+    EXPECT_TRUE(platform.done.empty());
+  }
+  start_over(0);
+  platform.tree_opens = false;
+  EXPECT_EQ(validate(request), "wan.mode;apn3.use");
+  for (const char *leaf : {"apn1/enable", "apn5/apply_to", "apn8/bridge_vid"}) {
+    start_over(0);
+    platform.tree.erase(std::string("tarn/cm_config/apnprofile/") + leaf);
+    EXPECT_EQ(validate(request), "wan.mode;apn3.use") << leaf;
+    EXPECT_EQ(platform.done, Strings{"tree open"}) << "left open";
+  }
+}
+
+TEST_F(Batch, WanNamesStayWithinTheBuffer) {
+  for (const std::string before : {"", "A.B"})
+    for (int size = -1; size < 30; ++size) {
+      start_over(0);
+      const std::string all = before + (before.empty() ? "" : ";") + "wan.mode;apn1.enable";
+      const auto kept = std::max(static_cast<std::size_t>(std::max(size, 1)) - 1, before.size());
+      EXPECT_EQ(validate("apn1.enable=0 wan.mode=0", size, before), all.substr(0, kept)) << size;
+    }
+}
+
+// One parameter of each group, enough to launch every test.
+const std::string of_every_group = "wifi.rate=12 lan.ip=192.168.1.2 dns.2=8.8.8.8 dl.state=Requested "
+                                   "ul.state=Requested echo.enable=1 ping.state=Requested "
+                                   "tr.state=Requested wan.mode=4 ";
+
+TEST_F(Batch, TestsAreLaunchedAfterAllGroupsHavePassed) {
+  Strings expected = new_address;
+  expected.emplace_back("run test_cpeevent call \"ce_vpn stop\"");
+  platform.daemon = false; // nobody to ask: the request passes all the same
+  EXPECT_EQ(validate(of_every_group), "passed");
+  EXPECT_EQ(platform.written(), expected);
+
+  start_over(0);
+  expected.insert(expected.end(),
+                  {"request 0x10000008 /bin/download_diag -u ",
+                   "request 0x10000011 /bin/upload_diag -u  -l 1024",
+                   "request 0x10000014 /bin/udpechoplus_server -p ",
+                   "request 0x10000016 /bin/ping_diag -H  -c 4 -W 1 -s 56",
+                   "request 0x10000019 /bin/traceroute_diag  38 -q 3 -m 30 -w 1,3,10 --savetof"});
+  EXPECT_EQ(validate(of_every_group), "passed");
+  EXPECT_EQ(platform.written(), expected);
+}
+
+TEST_F(Batch, TheFirstFailureEndsIt) {
+  // What the request has besides, and the verdict.
+  const std::pair<const char *, const char *> cases[] = {{"wifi.mode=N", "wifi.mode;wifi.rate"},
+                                                         {"lan.start=192.168.1.2", "lan.ip;lan.start"},
+                                                         {"dns.2=1.1.1.1", "dns.2"},
+                                                         {"dl.state=None", "dl.state"},
+                                                         {"ul.state=None", "ul.state"},
+                                                         {"ping.state=None", "ping.state"},
+                                                         {"tr.state=None", "tr.state"},
+                                                         {"apn1.enable=0", "wan.mode;apn1.enable"}};
+  for (const auto &[failing, verdict] : cases) {
+    start_over(0);
+    const Parameter &culprit = parameter(std::string(failing).substr(0, std::string(failing).find('=')));
+    if (culprit.touched == &gPVCL.wifiTouched) platform.mode_and_rate = -1;
+    EXPECT_EQ(validate(of_every_group + failing), verdict);
+    EXPECT_EQ(platform.written(), culprit.touched > &gPVCL.lanTouched ? new_address : Strings{}) << failing;
+    EXPECT_EQ(platform.oper_mode_loads, culprit.touched == &gPVCL.wanApnTouched ? 98 : 100);
+    for (const Parameter &later : parameters)
+      if (later.key != nullptr && later.touched > culprit.touched) {
+        const std::string key = std::to_string(later.section) + " " + later.key;
+        EXPECT_EQ(std::count(platform.keys_read.begin(), platform.keys_read.end(), key), 0) << failing << key;
+      }
+  }
+}
+
+} // namespace

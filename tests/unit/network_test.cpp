@@ -1,0 +1,191 @@
+// Interfaces, routes, neighbours and traffic counters.
+#include "fake/fake.hpp"
+
+#include <climits>
+#include <cstring>
+
+using fake::platform;
+
+namespace {
+
+class Network : public fake::Test {
+protected:
+  Network() {
+    platform.interfaces = {{"lo", "127.0.0.1", "255.0.0.0"},
+                           {"br0", "192.168.1.1", "255.255.255.0", 1000},
+                           {"eth0", "192.168.1.2", "255.255.0.0", 100000},
+                           {"a-name-of-15-ch", "10.0.0.1", "255.255.255.255"},
+                           {"tun0", "", ""}};
+  }
+};
+
+TEST_F(Network, InterfaceAddress) {
+  char out[16] = "";
+  EXPECT_EQ(get_interface_ip("br0", out, sizeof out), 0);
+  EXPECT_STREQ(out, "192.168.1.1");
+  EXPECT_EQ(get_interface_ip("a-name-of-15-characters", out, sizeof out), 0); // the kernel's limit
+  EXPECT_STREQ(out, "10.0.0.1");
+  EXPECT_EQ(get_interface_ip("br0", out, 8), 0);
+  EXPECT_STREQ(out, "192.168");
+  for (const char *name : {static_cast<const char *>(nullptr), "", "tun0", "none"})
+    EXPECT_EQ(get_interface_ip(name, out, sizeof out), -1);
+  EXPECT_EQ(get_interface_ip("br0", nullptr, 16), -1);
+  EXPECT_EQ(get_interface_ip("br0", out, 0), -1);
+  platform.sockets = false;
+  EXPECT_EQ(get_interface_ip("br0", out, sizeof out), -1);
+  EXPECT_STREQ(out, "192.168");
+}
+
+TEST_F(Network, DefaultRouteAndPresence) {
+  char out[32] = "";
+  EXPECT_EQ(get_default_route_if(out, sizeof out), 0); // the command cannot be started
+  EXPECT_STREQ(out, "");
+  platform.output["route | awk '/default/{print $8}'"] = "lte0pdn0\n";
+  EXPECT_EQ(get_default_route_if(out, sizeof out), 0);
+  EXPECT_STREQ(out, "lte0pdn0");
+  EXPECT_EQ(get_default_route_if(nullptr, 0), 0);
+
+  EXPECT_EQ(check_net_interface("tun0"), 0);
+  for (const char *name : {static_cast<const char *>(nullptr), "", "tun", "tun00"})
+    EXPECT_EQ(check_net_interface(name), -1);
+}
+
+TEST_F(Network, RouteIsSoughtFromTheLastInterface) {
+  const auto route = [](const char *ip, const char *name) {
+    char out[16] = "";
+    const int result = get_route_ifname(ip, out, sizeof out);
+    EXPECT_STREQ(out, name) << ip;
+    return result;
+  };
+  EXPECT_EQ(route("192.168.1.7", ""), -1); // tun0 comes first and has no address
+  platform.interfaces.pop_back();
+  EXPECT_EQ(route("192.168.1.7", "eth0"), 0); // br0 would match too
+  EXPECT_EQ(route("127.9.9.9", "lo"), 0);
+  EXPECT_EQ(route("8.8.8.8", ""), 1);
+  EXPECT_EQ(route("", ""), -1);
+  EXPECT_EQ(route(nullptr, ""), -1);
+  platform.interfaces[0].mask = "";
+  EXPECT_EQ(route("192.168.1.7", "eth0"), 0);
+  EXPECT_EQ(route("8.8.8.8", ""), -1);
+  char out[] = "######";
+  EXPECT_EQ(get_route_ifname("10.0.0.1", out, 3), 0);
+  EXPECT_STREQ(out, "a-n###"); // no terminator
+  EXPECT_EQ(get_route_ifname("10.0.0.1", nullptr, 3), -1);
+  EXPECT_EQ(get_route_ifname("10.0.0.1", out, 0), -1);
+
+  platform.interfaces.assign(16, {"lan", "10.1.0.1", "255.255.0.0"});
+  platform.interfaces.push_back({"wan", "10.2.0.1", "255.255.0.0"});
+  EXPECT_EQ(route("10.2.0.9", ""), 1); // there is room for 16
+  std::swap(platform.interfaces[15], platform.interfaces[16]);
+  EXPECT_EQ(route("10.2.0.9", "wan"), 0);
+  platform.sockets = false;
+  EXPECT_EQ(route("10.2.0.9", ""), -1);
+}
+
+TEST_F(Network, LinkSpeedAndRanges) {
+  EXPECT_STREQ(getLanIfName(), "br0");
+  EXPECT_EQ(getLanSpeed("br0"), 1000);
+  EXPECT_EQ(getLanSpeed("eth0"), 100000); // more than 16 bits
+  for (const char *name : {"lo", "none", "", static_cast<const char *>(nullptr)})
+    EXPECT_EQ(getLanSpeed(name), -1);
+
+  const char *const mask = "255.255.255.0";
+  EXPECT_EQ(IPRangeCheck("10.1.1.1", mask, "10.1.1.2", "10.1.1.255"), 1);
+  EXPECT_EQ(IPRangeCheck("10.1.1.1", mask, "10.1.2.2", "10.1.1.2"), 0);
+  EXPECT_EQ(IPRangeCheck("10.1.1.1", mask, "10.1.1.2", "10.1.2.2"), 0);
+  EXPECT_EQ(IPRangeCheck("10.1.1.1", "255.0.0.0", "10.2.2.2", "10.3.3.3"), 1);
+  EXPECT_EQ(IPRangeCheck("10.1.1.1", mask, nullptr, nullptr), 0);
+}
+
+// A line of the ARP table, in the kernel's columns.
+std::string neighbour(const char *ip, const char *flags, const char *mac, const char *device) {
+  char line[128];
+  std::snprintf(line, sizeof line, "%-16s 0x%-10x%-12s%-17s     *        %s\n", ip, 1, flags, mac, device);
+  return line;
+}
+
+TEST_F(Network, NeighboursOfTheBridge) {
+  constexpr const char *mac = "00:1a:2b:3c:4d:5e";
+  const std::string header =
+      "IP address       HW type     Flags       HW address            Mask     Device\n";
+  const std::string first = neighbour("192.168.1.20", "0x2", mac, "br0");
+  std::string table = header + first + first +
+                      "192.168.1.6 0x2\n\r\n" + // columns of an earlier line do not count
+                      neighbour("192.168.1.5", "0x2", mac, "br0").substr(0, 72) + "\n" +
+                      neighbour("10.0.0.1", "0x2", mac, "eth0") + neighbour("10.0.0.2", "0x2", mac, "br01") +
+                      neighbour("192.168.1.3", "0x0", mac, "br0") + // incomplete
+                      neighbour("192.168.1.8", "0x2", "<none>", "br0") +
+                      neighbour("192.168.1.4", "0x2", "00:00:00:00:00:00", "br0") +
+                      neighbour("192.168.1.21", "0x6", "00:1A:2B:3C:4D:5E", "br0") +
+                      neighbour("192.168.1.20", "0x2", "ff:1a:2b:3c:4d:5e", "br0") + "\n" + // ends the table
+                      neighbour("192.168.1.7", "0x2", mac, "br0");
+  std::vector<LanInfo> list(200);
+  const auto read = [&](const std::string &text) {
+    platform.files["/proc/net/arp"] = text;
+    int count = -1;
+    getLanInfoList(list.data(), &count);
+    return count;
+  };
+  EXPECT_EQ(read(table), 3);
+  const unsigned char expected[] = {0,    0x1a, 0x2b, 0x3c, 0x4d, 0x5e, 192, 168, 1, 20,
+                                    0,    0x1a, 0x2b, 0x3c, 0x4d, 0x5e, 192, 168, 1, 21,
+                                    0xff, 0x1a, 0x2b, 0x3c, 0x4d, 0x5e, 192, 168, 1, 20};
+  EXPECT_EQ(std::memcmp(list.data(), expected, sizeof expected), 0);
+
+  table = header;
+  for (int i = 1; i <= 200; ++i)
+    table += neighbour(("10.0.0." + std::to_string(i)).c_str(), "0x2", mac, "br0");
+  EXPECT_EQ(read(table), 200);
+  EXPECT_EQ(list[199].ip[3], 200);
+
+  EXPECT_EQ(read(header), 0);
+  EXPECT_EQ(read(""), 0);
+  int count = -1;
+  getLanInfoList(nullptr, &count);
+  EXPECT_EQ(count, -1);
+  getLanInfoList(list.data(), nullptr);
+  platform.files.clear();
+  getLanInfoList(list.data(), &count);
+  EXPECT_EQ(count, 0);
+}
+
+TEST_F(Network, ByteCountsTakeAUnitAbove1024) {
+  fake::Strings texts;
+  char out[32];
+  for (const char *count : {"", "x", "1024", "1025", "2047", "1048577", "1049601", "1073741824", "1073742848",
+                            "1610612736", "109951162777600"}) {
+    changeUnit(count, out, sizeof out);
+    texts.emplace_back(out);
+  }
+  EXPECT_EQ(texts, (fake::Strings{"0 bytes", "0 bytes", "1024 bytes", "1 KB", "1 KB", "1024 KB", "1.00 MB",
+                                  "1024.00 MB", "1.00 GB", "1.50 GB", "102400.00 GB"}));
+  changeUnit("1024", out, 6);
+  changeUnit(nullptr, out, 6);
+  changeUnit("1", out, 0);
+  changeUnit("1", nullptr, 6);
+  EXPECT_STREQ(out, "1024 ");
+}
+
+TEST_F(Network, CountersByInterfaceAndNumber) {
+  platform.counters = {
+      {"lan 10", "2048"}, {"lan 11", "2049"}, {"lan 2", "2050"},  {"lan 3", std::string(50, '9')},
+      {"wan 10", "1"},    {"wan 11", "3072"}, {"wlan 2", "4096"}, {"wlan 3", "5000"}};
+  const auto counters = [](auto *counter, const char *ifname) {
+    std::string texts;
+    for (const int index : {0, 1, 2, 3, 4, INT_MIN}) {
+      char *text = counter(ifname, index);
+      texts += std::string(text) + ",";
+      std::free(text);
+    }
+    return texts;
+  };
+  const std::string cut(31, '9');
+  EXPECT_EQ(counters(getInterfaceStatistic, "eth0"), "2 KB,2049,2 KB," + cut + ",0,0,");
+  EXPECT_EQ(counters(getInterfaceStatistic_unitnochange, "eth0"), "2048,2049,2050," + cut + ",0,0,");
+  EXPECT_EQ(counters(getInterfaceStatistic, "lte0pdn"), "1 bytes,3072,0 bytes,0,0,0,");
+  EXPECT_EQ(counters(getInterfaceStatistic_unitnochange, "wlan0"), "0,0,4096,5000,0,0,");
+  for (const char *unknown : {"eth1", static_cast<const char *>(nullptr)})
+    EXPECT_EQ(counters(getInterfaceStatistic, unknown), "0 bytes,0,0 bytes,0,0,0,");
+}
+
+} // namespace

@@ -1,0 +1,76 @@
+// The pending value check list.
+#include "fake/fake.hpp"
+#include "transaction/transaction.h"
+
+#include <cstddef>
+
+namespace {
+
+class Pending : public fake::Test {
+protected:
+  ~Pending() override { pvcl_free_slot(&slot); }
+  void expect(const char *name, const char *value) const {
+    EXPECT_STREQ(slot.name, name);
+    EXPECT_STREQ(slot.value, value);
+  }
+  PendingValue slot = {};
+};
+
+TEST_F(Pending, NineGroupsOf65SlotsInOrder) {
+  using List = PendingValueCheckList;
+  std::size_t offset = 0;
+  for (const auto &[group, slots] :
+       std::initializer_list<std::pair<std::size_t, std::size_t>>{{offsetof(List, wifiTouched), 3},
+                                                                  {offsetof(List, lanTouched), 5},
+                                                                  {offsetof(List, dnsTouched), 4},
+                                                                  {offsetof(List, downloadDiagTouched), 4},
+                                                                  {offsetof(List, uploadDiagTouched), 5},
+                                                                  {offsetof(List, udpEchoTouched), 5},
+                                                                  {offsetof(List, ipPingTouched), 5},
+                                                                  {offsetof(List, traceRouteTouched), 6},
+                                                                  {offsetof(List, wanApnTouched), 28}}) {
+    EXPECT_EQ(group, offset);
+    offset += sizeof(void *) + slots * sizeof(PendingValue); // the flag takes a pointer's alignment
+  }
+  EXPECT_EQ(sizeof gPVCL, offset);
+  EXPECT_EQ(&gPVCL.apn[7].apnBridgeVid - &gPVCL.operMode, 27);
+}
+
+TEST_F(Pending, SlotsOwnCopies) {
+  char name[] = "Name", value[] = "value";
+  EXPECT_EQ(pvcl_set_slot(&slot, name, value), 0);
+  name[0] = value[0] = '#';
+  expect("Name", "value");
+  EXPECT_EQ(pvcl_set_slot(&slot, "Other", nullptr), 0);
+  expect("Other", "");
+  EXPECT_EQ(pvcl_set_slot_value(&slot, "new"), 0);
+  expect("Other", "new");
+  EXPECT_EQ(pvcl_set_slot_value(&slot, nullptr), 0);
+  expect("Other", "");
+  EXPECT_EQ(pvcl_set_slot(&slot, nullptr, "lone"), 0);
+  expect("", "lone");
+  for (int times = 0; times < 2; ++times) {
+    pvcl_free_slot(&slot);
+    expect(nullptr, nullptr);
+  }
+  EXPECT_STREQ(pvcl_slot_name(&slot), "");
+  EXPECT_STREQ(pvcl_slot_value(&slot), "");
+
+  EXPECT_EQ(pvcl_set_slot(nullptr, "Name", "value"), -1);
+  EXPECT_EQ(pvcl_set_slot_value(nullptr, "value"), -1);
+  EXPECT_STREQ(pvcl_slot_name(nullptr), "");
+  EXPECT_STREQ(pvcl_slot_value(nullptr), "");
+  pvcl_free_slot(nullptr);
+}
+
+TEST_F(Pending, SlotsTakeTheirOwnTexts) {
+  pvcl_set_slot(&slot, "Name", "value");
+  EXPECT_EQ(pvcl_set_slot(&slot, slot.value, slot.name), 0);
+  expect("value", "Name");
+  EXPECT_EQ(pvcl_set_slot(&slot, slot.name, slot.value + 1), 0);
+  expect("value", "ame");
+  EXPECT_EQ(pvcl_set_slot_value(&slot, slot.value + 1), 0);
+  expect("value", "me");
+}
+
+} // namespace

@@ -1,0 +1,98 @@
+// Requests to the service daemon, and CPE events.
+#include "fake/fake.hpp"
+
+#include <climits>
+
+using fake::platform;
+using fake::Strings;
+
+namespace {
+
+class Requests : public fake::Test {};
+
+TEST_F(Requests, CarryTheDaemonsCodes) {
+  const std::pair<void (*)(), const char *> plain[] = {
+      {mrhd_flush_lte_network, "0x10000003"},   {mrhd_restart_wifi, "0x10000005"},
+      {mrhd_restart_dhcp_server, "0x10000006"}, {mrhd_update_apncfg, "0x10000007"},
+      {mrhd_restart_Wan_ACL, "0x10000022"},     {mrhd_opermode_network_restart, "0x10000023"}};
+  const std::pair<void (*)(const char *), const char *> with_text[] = {
+      {mrhd_launch_dlDiag, "0x10000008"},         {mrhd_abort_dlDiag, "0x10000010"},
+      {mrhd_launch_ulDiag, "0x10000011"},         {mrhd_abort_ulDiag, "0x10000013"},
+      {mrhd_launch_udpEchoServer, "0x10000014"},  {mrhd_shutdown_udpEchoServer, "0x10000015"},
+      {mrhd_launch_pingDiag, "0x10000016"},       {mrhd_abort_pingDiag, "0x10000017"},
+      {mrhd_launch_tracerouteDiag, "0x10000019"}, {mrhd_abort_tracerouteDiag, "0x10000020"}};
+  const std::string longest(256, 't'), too_long(257, 't');
+  Strings sent;
+  for (const auto &[request, code] : plain) {
+    request();
+    sent.push_back(std::string("request ") + code);
+  }
+  for (const auto &[request, code] : with_text) {
+    for (const char *text : {static_cast<const char *>(nullptr), "", "t", longest.c_str(), too_long.c_str()})
+      request(text);
+    sent.push_back(std::string("request ") + code + " t");
+    sent.push_back(std::string("request ") + code + " " + longest);
+  }
+  restartPingWatchdog();
+  EXPECT_EQ(platform.done, sent);
+
+  platform.done.clear();
+  for (const int takes : {0, 1}) {
+    platform.whole_sends = takes;
+    mrhd_launch_dlDiag("text");
+  }
+  platform.daemon = false;
+  mrhd_restart_wifi();
+  EXPECT_TRUE(platform.done.empty()); // and nobody is told
+}
+
+TEST_F(Requests, EventsByNumber) {
+  const std::pair<const char *, const char *> events[] = {
+      // of the primary and of the secondary instance
+      {"ce_system_reboot", "ce_system_reboot"},
+      {"ce_system_reset", "ce_system_reset"},
+      {"ce_tr069_stop", "ce_sec_tr069_stop"},
+      {"ce_tr069_start", "ce_sec_tr069_start"},
+      {"ce_tr069_config_changed", "ce_sec_tr069_config_changed"},
+      {"ce_webservice_reinit", "ce_webservice_reinit"},
+      {"fw_sec_ddos_filter", "fw_sec_ddos_filter"}};
+  const char *const methods[] = {"notify", "call", "is_busy"};
+  for (gSecondaryInstance = 0; gSecondaryInstance < 2; ++gSecondaryInstance)
+    for (int i = 0; i < 21; ++i) {
+      const auto &[primary, secondary] = events[i % 7];
+      EXPECT_EQ(kovaSendTR069CpeEvent(i / 7, static_cast<unsigned int>(i % 7)), 0);
+      EXPECT_EQ(platform.done.back(), std::string("run /usr/bin/test_cpeevent ") + methods[i / 7] + " " +
+                                          (gSecondaryInstance == 1 ? secondary : primary));
+    }
+  platform.done.clear();
+  for (const auto &[method, event] : {std::pair{0, 7U}, {3, 0U}, {-1, 0U}, {INT_MIN, 0U}, {0, UINT_MAX}})
+    EXPECT_EQ(kovaSendTR069CpeEvent(method, event), -1);
+  EXPECT_TRUE(platform.done.empty());
+}
+
+TEST_F(Requests, EventTextReachesTheToolAsText) {
+  const std::string longest(234, '$'), too_long(235, 'e');
+  std::string escaped;
+  for (std::size_t i = 0; i < longest.size(); ++i)
+    escaped += "\\$";
+  for (const char *text : {R"(a `reboot` $(halt) "b" \c; 'd')", "", longest.c_str(), too_long.c_str(),
+                           static_cast<const char *>(nullptr)})
+    kova_trigger_cpe_event(text);
+  EXPECT_EQ(platform.done, (Strings{R"(run test_cpeevent call "a \`reboot\` \$(halt) \"b\" \\c; 'd'")",
+                                    "run test_cpeevent call \"" + escaped + "\""}));
+}
+
+TEST_F(Requests, ChangedNatRestartsItInVpnModeOnly) {
+  const Strings announced = {R"(run test_cpeevent call "fw_nat_cfg changed")"};
+  Strings restarted = announced;
+  restarted.insert(restarted.end(), {R"(run test_cpeevent call "ce_ipv4_nat stop")", "sleep 3",
+                                     R"(run test_cpeevent call "ce_ipv4_nat start")"});
+  for (const char *mode : {"", "0", "1", "2", "3"}) {
+    platform.nvram[{0, "oper_mode"}] = mode;
+    platform.done.clear();
+    kova_nat_cfg_changed();
+    EXPECT_EQ(platform.done, *mode == '2' ? restarted : announced) << mode;
+  }
+}
+
+} // namespace

@@ -1,0 +1,183 @@
+// The instance, the agent's start, plain getters, and what the operation mode says.
+#include "fake/fake.hpp"
+#include "frame/settings.hpp"
+#include "frame/tree.hpp"
+
+#include <sys/stat.h>
+
+#include <cstring>
+
+using fake::get;
+using fake::platform;
+using fake::Strings;
+using kova::Section;
+
+namespace {
+
+class Startup : public fake::Test {};
+
+TEST_F(Startup, InstanceAndInterface) {
+  for (const char *name :
+       {"0123456789012345678901234567890123456789", "eth0", "", "eth0", static_cast<const char *>(nullptr)}) {
+    setBindInterface(name);
+    std::string padded = std::string(name == nullptr ? "" : name).substr(0, 31);
+    padded.resize(32);
+    EXPECT_EQ(std::string(gBindInterface, sizeof gBindInterface), padded);
+  }
+  constexpr kova::InstanceKey key = KOVA_INSTANCE_KEY("TR_ACS_URL");
+  EXPECT_STREQ(key.current(), "TR_ACS_URL");
+  setSecondaryInstance();
+  EXPECT_EQ(gSecondaryInstance, 1U);
+  EXPECT_STREQ(key.current(), "S_TR_ACS_URL");
+}
+
+TEST_F(Startup, BooleanTexts) {
+  std::string switches;
+  for (const char *text : {"true", "xTRUEx", "False,True", "FALSE", "1false", "1x", "1", "01", "yes", " 1",
+                           "", static_cast<const char *>(nullptr)}) {
+    const char *stored = kova::boolean_setting(text);
+    switches += stored == nullptr ? "-" : stored;
+  }
+  EXPECT_EQ(switches, "11100110----");
+}
+
+TEST_F(Startup, CopyOutFillsTheBuffer) {
+  kova_getter *const plain = [](char *buf, unsigned int buflen) {
+    return kova::get_setting(Section::config, "key", buf, buflen);
+  };
+  kova_getter *const leaf = [](char *buf, unsigned int buflen) {
+    return kova::get_tree_leaf("/tarn/leaf", buf, buflen);
+  };
+  for (kova_getter *getter : {plain, leaf}) {
+    platform.nvram[{0, "key"}] = platform.tree["tarn/leaf"] = "abc";
+    char buf[] = "######";
+    EXPECT_EQ(getter(buf, 0), 0);
+    EXPECT_STREQ(buf, "######");
+    EXPECT_EQ(getter(buf, 3), 0);
+    EXPECT_STREQ(buf, "abc###"); // no terminator
+    EXPECT_EQ(getter(buf, 5), 0);
+    EXPECT_EQ(std::memcmp(buf, "abc\0\0#", 6), 0);
+    EXPECT_EQ(getter(nullptr, 5), -1);
+    platform.nvram[{0, "key"}] = platform.tree["tarn/leaf"] = std::string(300, 'v');
+    EXPECT_EQ(get(getter), std::string(255, 'v'));
+  }
+  EXPECT_EQ(platform.tree_opened, 0);
+
+  platform.nvram.clear();
+  EXPECT_EQ(get(plain), "");
+  platform.tree.clear();
+  platform.done.clear();
+  for (const bool opens : {false, true}) {
+    platform.tree_opens = opens;
+    int result = 0;
+    EXPECT_EQ(get(leaf, result), std::string(256, '#'));
+    EXPECT_EQ(result, -1);
+  }
+  EXPECT_EQ(platform.done, Strings{"tree open"}); // and not closed
+}
+
+TEST_F(Startup, FirstRunIsRecordedOnce) {
+  struct stat facts;
+  ASSERT_EQ(stat("/proc/self/exe", &facts), 0);
+  const std::string tag = "nvram 0 TR_TAG=" + std::to_string(facts.st_mtime);
+  const Strings corrected = {tag, "nvram 0 TR_INFORM_INTERVAL=300", "nvram 0 S_TR_INFORM_INTERVAL=300"};
+  for (const auto &[interval, done] : std::initializer_list<std::pair<const char *, Strings>>{
+           {"3000", corrected}, {"03000s", corrected}, {"600", {tag}}, {"30000", {tag}}, {"", {tag}}}) {
+    platform.nvram = {{{0, "TR_TAG"}, "1"}, {{0, "TR_INFORM_INTERVAL"}, interval}};
+    platform.done.clear();
+    EXPECT_EQ(init_parameters(), 0);
+    EXPECT_EQ(platform.done, done) << interval;
+    platform.nvram[{0, "TR_INFORM_INTERVAL"}] = "3000";
+    EXPECT_EQ(init_parameters(), 0);
+    EXPECT_EQ(isFTR(), 0);
+    EXPECT_EQ(platform.done, done) << "a second start";
+  }
+  platform.nvram.clear();
+  platform.done.clear();
+  platform.executable = false;
+  EXPECT_EQ(init_parameters(), -1);
+  EXPECT_TRUE(platform.done.empty());
+  platform.executable = true;
+  EXPECT_EQ(isFTR(), 1);
+  EXPECT_EQ(platform.done, Strings{tag});
+}
+
+TEST_F(Startup, OperationModeGoesByTheFirstDigit) {
+  EXPECT_EQ(kova_get_oper_mode() + _getOperationMode(), 0);
+  std::string modes, modes_without_3;
+  for (const char *text : {"0", "1", "21", "3", "4", "7", " 2", "-1", ""}) {
+    platform.nvram[{0, "oper_mode"}] = text;
+    modes += std::to_string(kova_get_oper_mode());
+    modes_without_3 += std::to_string(_getOperationMode());
+  }
+  EXPECT_EQ(modes, "012300000");
+  EXPECT_EQ(modes_without_3, "012000000");
+}
+
+TEST_F(Startup, DhcpRelayAndWanInterface) {
+  const auto not_supported = [](const char *settings) {
+    platform.preset(0, settings);
+    return checkDHCPRelayIsNotSupport();
+  };
+  EXPECT_EQ(checkDHCPRelayIsNotSupport(), 1); // nothing stored
+  for (const char *settings :
+       {"oper_mode=2 vpn_type=0 bcp_enable=1 gre_type=0", "vpn_type=1 bcp_enable=0 gre_type=1",
+        "oper_mode=0 vpn_type=2", "oper_mode=21", "oper_mode=12", "oper_mode="})
+    EXPECT_EQ(not_supported(settings), 1) << settings;
+  for (const char *settings : {"oper_mode=1 vpn_type=0 bcp_enable=1 gre_type=1", "oper_mode=2 vpn_type=2",
+                               "vpn_type=0 bcp_enable=0", "vpn_type=1 bcp_enable=1 gre_type=0"})
+    EXPECT_EQ(not_supported(settings), 0) << settings;
+
+  EXPECT_EQ(getWanIfName(), 0);
+  std::string numbers;
+  for (const char *name : {"eth0.1", "eth0.2", "br-eth0.10", "eth0", "lte0pdn0", "0.1"}) {
+    platform.nvram[{9, "curr_data_if"}] = name;
+    numbers += std::to_string(getWanIfName());
+  }
+  EXPECT_EQ(numbers, "121000");
+}
+
+TEST_F(Startup, ManagementInterfaceNeedsItsPdn) {
+  platform.preset(0, "TR_IF_TYPE=data_pdn lte_mgmt_pdn=1,mgmt,ip");
+  platform.preset(9, "lte_data_state=3 curr_data_if=lte0pdn0 lte_mgmt_state=0 curr_mgmt_if=lte0pdn1");
+  fake::Store store = platform.nvram;
+  const auto name_with = [&](int section, const char *key,
+                             const char *text) { // one key differs; nullptr: missing
+    platform.nvram = store;
+    platform.nvram.erase({section, key});
+    if (text != nullptr) platform.nvram[{section, key}] = text;
+    int result = 1;
+    std::string name = get(kovaGetTR069If, result);
+    EXPECT_EQ(result, name.empty() ? -1 : 0) << key;
+    return name;
+  };
+  EXPECT_EQ(name_with(9, "lte_data_state", "3"), "lte0pdn0");
+  EXPECT_EQ(get(kovaGetTR069If, 4), "lte0"); // no terminator
+  EXPECT_EQ(kovaGetTR069If(nullptr, 4), -1);
+  EXPECT_EQ(name_with(9, "curr_data_if", "0123456789abcdefgh"), "0123456789abcde");
+  for (const char *missing : {"", static_cast<const char *>(nullptr)}) {
+    EXPECT_EQ(name_with(9, "curr_data_if", missing), ""); // no earlier name survives
+    EXPECT_EQ(name_with(9, "lte_data_state", missing), "");
+    EXPECT_EQ(name_with(0, "TR_IF_TYPE", missing), "");
+  }
+  for (const char *state : {"2", "up", "x3"})
+    EXPECT_EQ(name_with(9, "lte_data_state", state), "");
+  EXPECT_EQ(name_with(0, "TR_IF_TYPE", "data_pdn2"), "");
+
+  store[{0, "TR_IF_TYPE"}] = "mgmt_pdn";
+  for (const char *state : {"0", "7"})
+    EXPECT_EQ(name_with(9, "lte_mgmt_state", state), "lte0pdn1");
+  EXPECT_EQ(name_with(0, "lte_mgmt_pdn", "1,mgmt"), "lte0pdn1");
+  for (const char *pdn : {"", static_cast<const char *>(nullptr), "1", "1,,ip", ",mgmt,ip"})
+    EXPECT_EQ(name_with(0, "lte_mgmt_pdn", pdn), "");
+  for (const char *state : {"", static_cast<const char *>(nullptr), "up"})
+    EXPECT_EQ(name_with(9, "lte_mgmt_state", state), "");
+  EXPECT_EQ(name_with(9, "curr_mgmt_if", nullptr), "");
+}
+
+TEST_F(Startup, UpgradeScriptIsAlwaysTerminated) {
+  EXPECT_EQ(get(kovaGetUpgradeScript), "/etc/sysconfig/script/tr069_fwupdate.sh");
+  EXPECT_EQ(get(kovaGetUpgradeScript, 5), "/etc");
+}
+
+} // namespace
