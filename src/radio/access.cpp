@@ -1,8 +1,7 @@
 // How the device is reached: cloud key, nick name, and the web service's HTTPS.
 #include "frame/settings.hpp"
+#include "frame/shell.hpp"
 #include "radio/radio.h"
-
-#include <unistd.h>
 
 #include <cstring>
 
@@ -31,7 +30,7 @@ int set_and_restart_web_service(const char *key, const char *value, Rule rule) {
   if (!passes_unmarked(rule, value)) return -1;
   store(Section::config, key, value);
   kova_trigger_cpe_event("ce_webservice_reinit");
-  sleep(3);
+  pause_for(3);
   kova_trigger_cpe_event(web_filter_event);
   kova_trigger_cpe_event("fw_remote_web_access_filter");
   return 0;
