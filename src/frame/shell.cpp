@@ -25,6 +25,11 @@ void run(const char *command) {
       std::system(command); // NOLINT(cert-env33-c): device commands are shell lines
 }
 
+void pause_for(unsigned int seconds) {
+  while (seconds > 0)
+    seconds = sleep(seconds); // a signal does not cut it short
+}
+
 } // namespace kova
 
 char *shell_cmd(const char *cmd, char *out, int outlen) {
