@@ -78,6 +78,11 @@ bool accepts(bool (*allowed)(const char *), const char *value) {
 using namespace kova;
 using namespace kova::diagnostics;
 
+int chkTR069UDPEchoConfigEnable(const char *name, const char *value) {
+  if (name == nullptr || !accepts(zero_or_one, value)) return -1;
+  return park({gPVCL.udpEchoTouched, gPVCL.udpEchoEnable}, name, value);
+}
+
 #define GETTER(getter, key)                                                                                  \
   int getter(char *buf, unsigned int buflen) {                                                               \
     return get(KOVA_INSTANCE_KEY(key), buf, buflen);                                                         \
@@ -198,9 +203,3 @@ CHECKER(     chkTR069TraceRouteDiagnosticsTimeout,         not_zero,      traceR
 CHECKER(     chkTR069TraceRouteDiagnosticsDataSize,        not_zero,      traceRouteTouched, trDataSize)
 LONE_CHECKER(chkTR069TraceRouteDiagnosticsDSCP,            dscp)
 CHECKER(     chkTR069TraceRouteDiagnosticsMaxHopCnt,       not_zero,      traceRouteTouched, trMaxHopCount)
-    // clang-format on
-
-    int chkTR069UDPEchoConfigEnable(const char *name, const char *value) {
-  if (name == nullptr || !accepts(zero_or_one, value)) return -1;
-  return park({gPVCL.udpEchoTouched, gPVCL.udpEchoEnable}, name, value);
-}

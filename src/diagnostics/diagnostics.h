@@ -60,7 +60,8 @@ kova_checker chkTR069UDPEchoConfigEnable, chkTR069UDPEchoConfigInterface,
 
 /* ---- Ping test ----------------------------------------------------------------------------------------- */
 
-/* Interface and DSCP are checked and stored, but the test does not use them. Times are milliseconds. */
+/* Interface and DSCP are checked and stored, but the test does not use them. Response times are milliseconds;
+ * the tool takes Timeout as it is given. */
 kova_getter getTR069IPPingDiagnosticsState, getTR069IPPingDiagnosticsInterface, getTR069IPPingDiagnosticsHost,
     getTR069IPPingDiagnosticsCount, getTR069IPPingDiagnosticsTimeout, getTR069IPPingDiagnosticsDataSize,
     getTR069IPPingDiagnosticsDSCP, getTR069IPPingDiagnosticsSuccessCount,

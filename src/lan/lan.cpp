@@ -105,6 +105,7 @@ int setTR069DnsOption(const char *value) {
 }
 
 int setTR069DHCPLeaseTime(const char *value) {
-  if (!passes(lease_time_rule, text_or_empty(value))) return -1;
+  value = text_or_empty(value);
+  if (!passes(lease_time_rule, value)) return -1;
   return set("dhcpLeaseTime", value);
 }

@@ -32,7 +32,7 @@ kova_getter getTR069DnsOption; /* "1" or "0"; the store holds the inverse */
 kova_checker chkTR069DnsOption;
 kova_setter setTR069DnsOption;
 kova_getter getTR069Dns1, getTR069Dns2, getTR069Dns3;
-kova_checker chkTR069Dns1, chkTR069Dns2, chkTR069Dns3; /* the second and third may be empty */
+kova_checker chkTR069Dns1, chkTR069Dns2, chkTR069Dns3; /* the second and third may be "", not NULL */
 kova_setter setTR069Dns1, setTR069Dns2, setTR069Dns3;
 
 /* ---- Management addresses: judged one by one ----------------------------------------------------------- */
@@ -57,7 +57,7 @@ kova_getter kovaGetTR069LANIPAddress, kovaGetTR069LANSubnetMask;
 kova_getter kovaGetTR069LANMacAddress; /* of the LAN bridge, "00:1A:2B:3C:4D:5E"; "" without one */
 kova_setter kovasetDHCPApply;          /* exactly "1": announces the changed LAN; up to 6 seconds */
 kova_getter kovaGetDHCPApply;          /* leaves the buffer as it is */
-/* Leases as "a,b,c,d" entries joined by ";", fields in the order of the lease file. */
+/* Leases as "a,b,c,d" entries joined by ";", fields in the order of the lease file; up to 4095 characters. */
 kova_getter kovaGetTR069DhcpClientStatus;
 
 /* ---- Ethernet port ------------------------------------------------------------------------------------- */
@@ -92,8 +92,9 @@ kova_setter setTR069WifiChannel;
 /* ---- WiFi networks: the main one (0) and three further ones -------------------------------------------- */
 
 /* Encryption is "OPEN", "WPA", "WPA2" or "WPAWPA2". A device list has an entry for each associated station,
- * "address,association id,wireless mode,transmit bandwidth,receive bandwidth", joined by ";"; without a
- * readable station file the buffer is left as it is. */
+ * "address,association id,wireless mode,transmit bandwidth,receive bandwidth", joined by ";", up to 1022
+ * characters; each field keeps the driver's leading blank. Without a station file, or with an empty one, the
+ * buffer is left as it is. */
 #define KOVA_WIFI_NETWORK(n)                                                                                 \
   kova_getter getTR069WifiAPIsolate##n, getTR069WifiEncryption##n, getTR069WifiPassPhrase##n,                \
       getTR069WifiDeviceList##n;                                                                             \

@@ -146,7 +146,8 @@ int kovasetManagementSubnetMaskValue(const char *value) {
 
 int kovasetDHCPLeaseTime(const char *value) {
   if (dhcp_mode() == 0) return refuse_without_dhcp();
-  if (!passes(lease_time_rule, text_or_empty(value))) return -1;
+  value = text_or_empty(value);
+  if (!passes(lease_time_rule, value)) return -1;
   store(Section::config, "dhcpLeaseTime", value);
   return 0;
 }

@@ -91,10 +91,8 @@ bool judge_wan_apn(const Group &group, FaultNames &faults) {
   }
 
   carry_nat_switches(after->oper_mode);
-  const bool leaves_vpn = before->oper_mode == vpn_mode && after->oper_mode != vpn_mode;
-  const bool changes_vpn =
-      before->oper_mode == vpn_mode && after->oper_mode == vpn_mode && before->vpn_type != after->vpn_type;
-  if (leaves_vpn || changes_vpn) kova_trigger_cpe_event("ce_vpn stop");
+  const bool leaves_vpn = after->oper_mode != vpn_mode, changes_vpn = before->vpn_type != after->vpn_type;
+  if (before->oper_mode == vpn_mode && (leaves_vpn || changes_vpn)) kova_trigger_cpe_event("ce_vpn stop");
   return true;
 }
 

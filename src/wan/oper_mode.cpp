@@ -128,6 +128,17 @@ int tarnIsL3Vpn(void) {
 
 using namespace kova;
 
+int kovasetOperModeApply(const char *value) {
+  if (value == nullptr) return -1;
+  if (!equal(value, "1") || kovaTr069CheckOperModeNvram() == 0) return 0;
+  dbg_trace("%s() kovaTr069CheckOperModeNvram() fail\n", __func__);
+  return -1;
+}
+
+int kovaGetOperModeApply(char *, unsigned int) {
+  return 0;
+}
+
 #define GETTER(getter, setting)                                                                              \
   int getter(char *buf, unsigned int buflen) {                                                               \
     return wan::get(wan::setting, buf, buflen);                                                              \
@@ -174,15 +185,3 @@ OLDER_GETTER(kovaGetGreType,         gre_type)          SETTER(kovasetGreType,  
 OLDER_GETTER(kovaGetGreTunnelIp,     gre_tunnel_ip)     SETTER(kovasetGreTunnelIp,     set_if_writable,      gre_tunnel_ip)
 OLDER_GETTER(kovaGetGreTunnelIpMask, gre_tunnel_mask)   SETTER(kovasetGreTunnelIpMask, set_if_writable,      gre_tunnel_mask)
 OLDER_GETTER(kovaGetGreDestIp,       gre_destination)   SETTER(kovasetGreDestIp,       set_if_writable,      gre_destination)
-    // clang-format on
-
-    int kovasetOperModeApply(const char *value) {
-  if (value == nullptr) return -1;
-  if (!equal(value, "1") || kovaTr069CheckOperModeNvram() == 0) return 0;
-  dbg_trace("%s() kovaTr069CheckOperModeNvram() fail\n", __func__);
-  return -1;
-}
-
-int kovaGetOperModeApply(char *, unsigned int) {
-  return 0;
-}

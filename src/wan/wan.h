@@ -18,7 +18,7 @@ KOVA_BEGIN_EXPORTS
  *   Auth               "1" .. "4"
  *   PDPType            "0" .. "2"
  *   MTU                "576" .. "1500"
- *   ApplyTo            bearer use "0" .. "3", 0 is the data bearer; profile 8 stores any text
+ *   ApplyTo            bearer use "0" .. "3", 0 is the data bearer; profile 8 stores any text but the empty one
  *   BridgeVID          VLAN id; the checker takes "0" .. "4094"
  *   GREL2VlanList      VLAN ids separated by blanks; like GREL2UntaggedVlan and the texts, it may be emptied
  * Enable, ApplyTo and BridgeVID take part in the set transaction. */
@@ -56,10 +56,12 @@ typedef struct {
 int getApnCfgFromNvram(ApnRule records[8]);
 /* The rules answer 0 when they hold, else -1. */
 int have_data_bear_type(const ApnRule records[8]); /* one of profiles 1 .. 7 is an enabled data bearer */
-int check_apn_bear_type(const OperMode *opmode, const ApnRule records[8]); /* no bearer use twice */
-int check_vlan_id(const OperMode *opmode, const ApnRule records[8]);       /* no bridge VLAN twice */
-int check_gre_l2_vlan_list(const OperMode *opmode,
-                           const ApnRule records[8]); /* VLAN ids 10 .. 4094, none twice */
+/* No bearer use twice among enabled profiles, but for 3; for 0 in mode 3 and with layer-2 GRE; mode 1 is free. */
+int check_apn_bear_type(const OperMode *opmode, const ApnRule records[8]);
+/* In mode 3: no bridge VLAN twice among enabled data bearers. */
+int check_vlan_id(const OperMode *opmode, const ApnRule records[8]);
+/* With layer-2 GRE: VLAN ids of the data bearers within 10 .. 4094, or 0, and none twice. */
+int check_gre_l2_vlan_list(const OperMode *opmode, const ApnRule records[8]);
 
 /* ---- Operation mode and VPN: the data model's parameters ----------------------------------------------- */
 
@@ -77,7 +79,7 @@ kova_setter setTR069WanSettingOperMode, setTR069WanSettingVPNType, setTR069WanSe
 kova_checker chkTR069WanSettingOperMode, chkTR069WanSettingVPNType, chkTR069WanSettingBCPEnable,
     chkTR069WanSettingGREType;
 
-/* ---- Operation mode and VPN: single settings, applied by kovasetOperModeApply -------------------------- */
+/* ---- Operation mode and VPN: single settings ----------------------------------------------------------- */
 
 /* Setters store without a reaction, and refuse what cannot be written in the current operation mode; the NAT
  * switch and the default interface only with a layer-3 VPN. */
@@ -88,10 +90,10 @@ kova_getter kovaGetL2tpPppPass; /* never the password: always one blank */
 kova_setter kovasetOperMode, kovasetVpnType, kovasetVpnNatEnable, kovasetL3vpnDefaultIf, kovasetBcpEnable,
     kovasetL2tpHostname, kovasetL2tpLnsIp, kovasetL2tpPppUser, kovasetL2tpPppPass, kovasetGreType,
     kovasetGreTunnelIp, kovasetGreTunnelIpMask, kovasetGreDestIp;
-kova_setter kovasetOperModeApply; /* "1": -1 when the stored settings do not fit together; writes nothing */
+kova_setter kovasetOperModeApply; /* "1": -1 when the stored settings do not fit together. Applies nothing */
 kova_getter kovaGetOperModeApply; /* leaves the buffer as it is */
-int kovaTr069CheckOperModeNvram(
-    void);             /* 0, or -1 when a setting that the stored mode needs is missing or wrong */
+/* 0, or -1 when a setting that the stored mode needs is missing or wrong. */
+int kovaTr069CheckOperModeNvram(void);
 int tarnIsL3Vpn(void); /* 1: the stored VPN is a layer-3 one, else 0 */
 
 /* ---- WAN device and connection ------------------------------------------------------------------------- */

@@ -62,72 +62,57 @@ std::string path_of(std::size_t number, const std::string &leaf) {
   return "tarn/cm_config/apnprofile/apn" + std::to_string(number) + "/" + leaf;
 }
 
-// Calls body(number, path, setter, getter, field) for each setting, but for the switch of profile 1.
-template <typename Body>
-void for_each_setting(Body body) {
+TEST_F(Apn, SettersJudgeStoreAndReactAfterTheTreeIsClosed) {
   for (std::size_t number = 1; number <= 8; ++number)
     for (const Field &field : fields) {
-      const auto index = static_cast<std::size_t>(std::find(leaves, std::end(leaves), field.leaf) - leaves);
-      const Profile &profile = profiles[number - 1];
-      const std::string path = path_of(number, field.leaf);
+      const std::string leaf = field.leaf, path = path_of(number, leaf);
       SCOPED_TRACE(path);
-      if (number != 1 || index != 0) body(number, path, profile.set[index], profile.get[index], field);
-    }
-}
-
-TEST_F(Apn, SettersJudgeStoreAndReactAfterTheTreeIsClosed) {
-  for_each_setting([](std::size_t number, const std::string &path, kova_setter *set, kova_getter *getter,
-                      const Field &field) {
-    const auto expect_stored = [&](const char *value, const std::string &stored) {
-      platform = {};
-      EXPECT_EQ(set(value), 0) << value;
-      EXPECT_EQ(platform.done, (Strings{"tree open", "tree /" + path + "=" + stored, "tree close",
-                                        field.updates ? "request 0x10000007" : "request 0x10000023"}));
-      EXPECT_EQ(get(getter), stored);
-    };
-    for (const char *value : field.accepted)
-      expect_stored(value, value);
-    for (const auto &[value, stored] : field.rewritten)
-      expect_stored(value, stored);
-    for (const char *value : field.refused) {
-      if (number == 8 && std::string(field.leaf) == "apply_to" && value != none && *value != '\0') {
-        expect_stored(value, value); // profile 8 takes any text
-        continue;
+      const auto index = static_cast<std::size_t>(std::find(leaves, std::end(leaves), leaf) - leaves);
+      kova_setter *set = profiles[number - 1].set[index];
+      kova_getter *getter = profiles[number - 1].get[index];
+      int result = 0;
+      const bool stays_enabled = number == 1 && leaf == "enable";
+      auto stored = field.rewritten;
+      for (const char *value : field.accepted)
+        stored.emplace_back(value, value);
+      std::vector<const char *> refused = field.refused;
+      if (number == 8 && leaf == "apply_to") { // takes any text
+        stored.insert(stored.end(), {{"4", "4"}, {"x", "x"}});
+        refused = {"", none};
+      }
+      for (const auto &[value, text] : stored) {
+        platform = {};
+        EXPECT_EQ(set(value), stays_enabled && text != "1" ? -1 : 0) << value;
+        EXPECT_EQ(platform.done,
+                  stays_enabled ? Strings{}
+                                : (Strings{"tree open", "tree /" + path + "=" + text, "tree close",
+                                           field.updates ? "request 0x10000007" : "request 0x10000023"}));
+        EXPECT_EQ(get(getter, result), stays_enabled ? std::string(256, '#') : text);
       }
       platform = {};
-      EXPECT_EQ(set(value), -1) << value;
+      for (const char *value : refused)
+        EXPECT_EQ(set(value), -1) << value;
       EXPECT_TRUE(platform.done.empty());
+
+      // A failure leaves the tree open, and asks for nothing.
+      EXPECT_EQ(get(getter, result, 4), "####"); // no such leaf
+      EXPECT_EQ(result, -1);
+      platform.tree_refuses[path] = true;
+      EXPECT_EQ(set(field.accepted[1]), stays_enabled ? 0 : -1);
+      EXPECT_EQ(platform.done, stays_enabled ? Strings{"tree open"} : (Strings{"tree open", "tree open"}));
+      platform.tree_opens = false;
+      EXPECT_EQ(set(field.accepted[1]), stays_enabled ? 0 : -1);
+      EXPECT_EQ(get(getter, result, 4), "####");
+      EXPECT_EQ(result, -1);
+      EXPECT_LE(platform.done.size(), 2U);
     }
-  });
 }
 
-TEST_F(Apn, AFailureOfTheTreeIsToldAndLeavesItOpen) {
-  for_each_setting(
-      [](std::size_t, const std::string &path, kova_setter *set, kova_getter *getter, const Field &field) {
-        platform = {};
-        int result = 0;
-        EXPECT_EQ(get(getter, result, 4), "####"); // no such leaf
-        EXPECT_EQ(result, -1);
-        platform.tree_refuses[path] = true;
-        EXPECT_EQ(set(field.accepted[1]), -1);
-        EXPECT_EQ(platform.done, (Strings{"tree open", "tree open"})); // and no request
-        platform.tree_opens = false;
-        EXPECT_EQ(set(field.accepted[1]), -1);
-        EXPECT_EQ(get(getter, result, 4), "####");
-        EXPECT_EQ(result, -1);
-        EXPECT_EQ(platform.done.size(), 2U);
-      });
-}
-
-TEST_F(Apn, ProfileOneStaysEnabledAndNamesAreReadOnly) {
-  for (const char *value : {"0", "", "11", none})
-    EXPECT_EQ(setTR069APN1Enable(value), -1);
-  EXPECT_EQ(setTR069APN1Enable("1"), 0);
-  EXPECT_TRUE(platform.done.empty());
+TEST_F(Apn, EachProfileReadsItsOwnLeaves) {
   for (std::size_t number = 1; number <= 8; ++number)
-    for (const std::string leaf : {"enable", "profile_name"}) {
-      platform.tree[path_of(number, leaf)] = leaf + std::to_string(number);
-      EXPECT_EQ(get(profiles[number - 1].get[leaf == "enable" ? 0 : 1]), leaf + std::to_string(number));
+    for (std::size_t leaf = 0; leaf < std::size(leaves); ++leaf) {
+      platform.tree[path_of(number, leaves[leaf])] = leaves[leaf] + std::to_string(number);
+      EXPECT_EQ(get(profiles[number - 1].get[leaf]), leaves[leaf] + std::to_string(number));
     }
   EXPECT_EQ(platform.tree_opened, 0);
 }
@@ -198,44 +183,39 @@ TEST_F(Apn, RecordsAreReadThroughPathsWithoutALeadingSlash) {
 
 TEST_F(Apn, OneOfTheFirstSevenProfilesMustCarryData) {
   EXPECT_EQ(have_data_bear_type(records({{7, 1, 0, 0}}).data()), 0);
-  for (const Rules &rules :
-       {Rules{}, Rules{{8, 1, 0, 0}}, Rules{{1, 1, 1, 0}, {2, 0, 0, 0}}, Rules{{3, 2, 0, 0}}})
+  for (const Rules &rules : {Rules{{8, 1, 0, 0}}, Rules{{1, 1, 1, 0}, {2, 0, 0, 0}}, Rules{{3, 2, 0, 0}}})
     EXPECT_EQ(have_data_bear_type(records(rules).data()), -1);
 }
 
 TEST_F(Apn, ABearerUseBelongsToOneProfile) {
-  const struct {
-    OperMode mode;
-    Rules rules;
-    int result;
-  } cases[] = {{nat, {{1, 1, 0, 0}, {8, 1, 0, 0}}, -1},
-               {nat, {{1, 1, 0, 0}, {2, 0, 0, 0}}, 0},
-               {nat, {{1, 1, 3, 0}, {2, 1, 3, 0}}, 0},
-               {nat, {{1, 1, 1, 0}, {2, 1, 1, 0}}, -1},
-               {nat, {{1, 1, 1, 0}, {2, 1, 2, 0}}, 0},
-               {nat, {{1, 2, 1, 0}, {2, 1, 1, 0}}, 0},
-               {router, {{1, 1, 0, 0}, {2, 1, 0, 0}}, 0},
-               {router, {{1, 1, 1, 0}, {2, 1, 1, 0}}, 0},
-               {l2tp, {{1, 1, 0, 0}, {2, 1, 0, 0}}, -1},
-               {layer_3_gre, {{1, 1, 0, 0}, {2, 1, 0, 0}}, -1},
-               {layer_2_gre, {{1, 1, 0, 0}, {2, 1, 0, 0}}, 0},
-               {layer_2_gre, {{1, 1, 2, 0}, {2, 1, 2, 0}}, -1},
-               {bridge, {{1, 1, 0, 0}, {2, 1, 0, 0}}, 0},
-               {bridge, {{7, 1, 2, 0}, {8, 1, 2, 0}}, -1},
-               {gre_without_vpn, {{1, 1, 0, 0}, {2, 1, 0, 0}}, -1}};
-  for (const auto &[mode, rules, result] : cases)
-    EXPECT_EQ(check_apn_bear_type(&mode, records(rules).data()), result)
-        << mode.oper_mode << mode.vpn_type << " " << rules[0][2];
+  const auto check = [](const OperMode &mode, int use, int other_use, int other_enable = 1) {
+    return check_apn_bear_type(&mode, records({{1, 1, use, 0}, {8, other_enable, other_use, 0}}).data());
+  };
+  for (const OperMode &mode : {nat, l2tp, layer_3_gre, gre_without_vpn})
+    EXPECT_EQ(check(mode, 0, 0), -1);
+  for (const OperMode &mode : {router, layer_2_gre, bridge})
+    EXPECT_EQ(check(mode, 0, 0), 0);
+  for (const OperMode &mode : {nat, l2tp, layer_2_gre, bridge}) {
+    EXPECT_EQ(check(mode, 1, 1), -1);
+    EXPECT_EQ(check(mode, 2, 2), -1);
+    EXPECT_EQ(check(mode, 3, 3), 0);
+    EXPECT_EQ(check(mode, 1, 2), 0);
+    for (const int not_enabled : {0, 2})
+      EXPECT_EQ(check(mode, 1, 1, not_enabled), 0);
+  }
+  EXPECT_EQ(check(router, 1, 1), 0);
 }
 
 TEST_F(Apn, BridgedDataBearersHaveVlansOfTheirOwn) {
-  const Rules same = {{1, 1, 0, 9}, {8, 1, 0, 9}};
-  EXPECT_EQ(check_vlan_id(&bridge, records(same).data()), -1);
+  const auto check = [](const OperMode &mode, int enable, int use, int vlan) {
+    return check_vlan_id(&mode, records({{1, 1, 0, 9}, {8, enable, use, vlan}}).data());
+  };
+  EXPECT_EQ(check(bridge, 1, 0, 9), -1);
+  EXPECT_EQ(check(bridge, 1, 0, 8), 0);
+  EXPECT_EQ(check(bridge, 0, 0, 9), 0);
+  EXPECT_EQ(check(bridge, 1, 3, 9), 0);
   for (const OperMode &mode : {nat, router, layer_2_gre})
-    EXPECT_EQ(check_vlan_id(&mode, records(same).data()), 0);
-  for (const Rules &rules : {Rules{{1, 1, 0, 9}, {8, 1, 0, 8}}, Rules{{1, 1, 0, 9}, {8, 0, 0, 9}},
-                             Rules{{1, 1, 0, 9}, {8, 1, 3, 9}}})
-    EXPECT_EQ(check_vlan_id(&bridge, records(rules).data()), 0);
+    EXPECT_EQ(check(mode, 1, 0, 9), 0);
 }
 
 TEST_F(Apn, GreVlansAreInRangeAndListedOnce) {
@@ -252,8 +232,7 @@ TEST_F(Apn, GreVlansAreInRangeAndListedOnce) {
   for (const std::string &list :
        {std::string(), std::string("10 4094"), std::string("0"), std::string("  11   12 "), many})
     EXPECT_EQ(check(layer_2_gre, list, "4000"), 0) << list;
-  for (const char *list :
-       {"5", "9", "-1", "4095", "100 100", "100 200", "0 0", "x y", "10 99999", "200x"})
+  for (const char *list : {"5", "9", "-1", "4095", "100 100", "100 200", "0 0", "x y", "10 99999", "200x"})
     EXPECT_EQ(check(layer_2_gre, list, "200"), -1) << list;
   EXPECT_EQ(check(layer_3_gre, "5", "5"), 0);
   EXPECT_EQ(check(gre_without_vpn, "5", "5"), 0);

@@ -12,6 +12,7 @@ namespace {
 class Wifi : public fake::Test {};
 
 const std::string restart = "request 0x10000005";
+constexpr int judged_by_checker = 0; // instead of the item of a rule
 
 // clang-format off
 const struct {
@@ -27,6 +28,9 @@ const struct {
     {getTR069WifiMutiSSID##n,     setTR069WifiMutiSSID##n,     #n "_ssid",         4},  \
     {getTR069WifiMutiStatus##n,   setTR069WifiMutiStatus##n,   #n "_ENABLE",       1},  \
     {getTR069WifiMutiHideSSID##n, setTR069WifiMutiHideSSID##n, #n "_hidden",       24}
+    {getTR069WifiMode,            setTR069WifiMode,            "0_rfmode",         judged_by_checker},
+    {getTR069WifiRate,            setTR069WifiRate,            "Fixrate",          judged_by_checker},
+    {getTR069WifiBandwidth,       setTR069WifiBandwidth,       "Bandwidth",        judged_by_checker},
     {getTR069WifiEnable,          setTR069WifiEnable,          "Wifi_enable",      1},
     {getTR069WifiChannel,         setTR069WifiChannel,         "Channel",          3},
     {getTR069WifiSSID0,           setTR069WifiSSID0,           "0_ssid",           4},
@@ -35,50 +39,26 @@ const struct {
 // clang-format on
 
 TEST_F(Wifi, SettingsAreJudgedStoredAndRestartTheService) {
-  const std::string long_text(4000, 'x');
   for (const auto &[getter, set, key, item] : settings) {
     SCOPED_TRACE(key);
-    const std::string rule = "1/" + std::to_string(item) + " ";
+    const bool has_rule = item != judged_by_checker, takes_empty = has_rule && key != "Channel";
+    Strings asked, done;
     platform = {};
-    platform.rule = [](int, const std::string &, int) { return -1; };
-    EXPECT_EQ(set("x"), -1);
-    EXPECT_TRUE(platform.done.empty());
-    EXPECT_EQ(get(getter), "");
-
-    platform = {};
-    const bool takes_empty = key != "Channel";
-    for (const char *value : {"", static_cast<const char *>(nullptr)})
-      EXPECT_EQ(set(value), takes_empty ? 0 : -1);
-    EXPECT_EQ(set(long_text.c_str()), 0);
-    EXPECT_EQ(set("6"), 0);
-    Strings asked = {rule + long_text, rule + "6"},
-            done = {"nvram 0 " + key + "=" + long_text, restart, "nvram 0 " + key + "=6", restart};
-    if (takes_empty) {
-      asked.insert(asked.begin(), 2, rule);
-      done.insert(done.begin(), {"nvram 0 " + key + "=", restart, "nvram 0 " + key + "=", restart});
+    for (const std::string &value : {std::string(), std::string(4000, 'x'), std::string("6")}) {
+      if (value.empty() && !takes_empty) continue;
+      if (has_rule) asked.push_back("1/" + std::to_string(item) + " " + value);
+      done.insert(done.end(), {"nvram 0 " + key + "=" + value, restart});
+      EXPECT_EQ(set(value.c_str()), 0);
     }
     EXPECT_EQ(platform.rules_asked, asked);
     EXPECT_EQ(platform.done, done);
     EXPECT_EQ(get(getter), "6");
-  }
-}
 
-TEST_F(Wifi, GroupedSettersRefuseOnlyTheEmptyText) {
-  const struct {
-    kova_getter *get;
-    kova_setter *set;
-    std::string key;
-  } grouped[] = {{getTR069WifiMode, setTR069WifiMode, "0_rfmode"},
-                 {getTR069WifiRate, setTR069WifiRate, "Fixrate"},
-                 {getTR069WifiBandwidth, setTR069WifiBandwidth, "Bandwidth"}};
-  for (const auto &[getter, set, key] : grouped) {
-    platform = {};
-    EXPECT_EQ(set(""), -1);
-    EXPECT_EQ(set(nullptr), -1);
-    EXPECT_EQ(set("99"), 0); // the checker and the batch have judged
-    EXPECT_EQ(platform.done, (Strings{"nvram 0 " + key + "=99", restart}));
-    EXPECT_TRUE(platform.rules_asked.empty());
-    EXPECT_EQ(get(getter), "99");
+    EXPECT_EQ(set(nullptr), takes_empty ? 0 : -1);
+    EXPECT_EQ(set(""), takes_empty ? 0 : -1);
+    platform.rule = [](int, const std::string &, int) { return -1; };
+    EXPECT_EQ(set("9"), has_rule ? -1 : 0);
+    EXPECT_EQ(get(getter), has_rule ? takes_empty ? "" : "6" : "9");
   }
 }
 
@@ -87,12 +67,12 @@ TEST_F(Wifi, CheckersJudgeTheirFormBeforeTheirRule) {
     kova_checker *check;
     std::string rule;
     Strings passing, refused; // whatever the rule says
-  } checkers[] = {{chkTR069WifiMode, "1/2 ", {"GONLY", "?"}, {""}},
-                  {chkTR069WifiRate,
-                   "1/17 ",
-                   {"0", "12", "007"},
-                   {"13", "-1", "+1", " 1", "1 ", "1.0", "x", "", "4294967297", std::string(4000, '9')}},
-                  {chkTR069WifiBandwidth, "1/19 ", {"0", "1"}, {"2", "01", "1 ", ""}}};
+    // clang-format off
+  } checkers[] = {
+      {chkTR069WifiMode,      "1/2 ",  {"GONLY", "?"},     {""}},
+      {chkTR069WifiRate,      "1/17 ", {"0", "12", "007"}, {"13", "-1", "+1", " 1", "1 ", "1.0", "x", "", "4294967297", std::string(4000, '9')}},
+      {chkTR069WifiBandwidth, "1/19 ", {"0", "1"},         {"2", "01", "1 ", ""}}};
+  // clang-format on
   for (const auto &[check, rule, passing, refused] : checkers) {
     for (const std::string &value : passing) {
       platform.rules_asked.clear();
@@ -111,10 +91,8 @@ TEST_F(Wifi, CheckersJudgeTheirFormBeforeTheirRule) {
 
 TEST_F(Wifi, ASecurityModeGoesWithItsCipher) {
   const std::pair<kova_getter *, kova_setter *> networks[] = {
-      {getTR069WifiEncryption0, setTR069WifiEncryption0},
-      {getTR069WifiEncryption1, setTR069WifiEncryption1},
-      {getTR069WifiEncryption2, setTR069WifiEncryption2},
-      {getTR069WifiEncryption3, setTR069WifiEncryption3}};
+#define ENCRYPTION(n) {getTR069WifiEncryption##n, setTR069WifiEncryption##n}
+      ENCRYPTION(0), ENCRYPTION(1), ENCRYPTION(2), ENCRYPTION(3)};
   const std::pair<std::string, std::string> modes[] = {
       {"OPEN", "UNDEFINED"}, {"WPA", "TKIP"}, {"WPA2", "AES"}, {"WPAWPA2", "AESTKIP"}};
   int number = 0;
@@ -174,6 +152,7 @@ TEST_F(Wifi, EachRecordMakesAnEntry) {
       {station.substr(0, station.size() - 1), "GONLY", " aa:bb, 1,G, 40M, 20M"}, // the last byte is not read
       {record("    wireless mode: BG\n"), "GONLY", ",,G,,"},
       {record("    wireless mode: BG\n"), "BG", ",, BG,,"},
+      {record("    wireless mode: BGN\n"), "GONLY", ",, BGN,,"},
       {station + record("    hwaddr: cc:dd\n"), "", " aa:bb, 1, BGN, 40M, 20M; cc:dd, 1, BGN, 40M, 20M"},
       {record("") + station, "", ",,,,; aa:bb, 1, BGN, 40M, 20M"},
       {record("  hwaddr: x\n    hwaddr : x\n    aid\n    rx_bw:12345678\n") + "2:", "", ",,,,1234567"},
