@@ -1,6 +1,7 @@
 #include "kovactl/commands.hpp"
 
 #include "device/device.hpp"
+#include "frame/frame.h"
 #include "kovactl/report.hpp"
 
 #include <set>
@@ -12,6 +13,11 @@ void boot(const Output &output) {
   const bool existed = device::status().created;
   device::ensure_booted();
   if (!existed) output.note("created a virtual device in " + device::status().directory.string());
+}
+
+void start_agent(const Output &output) {
+  boot(output);
+  init_parameters();
 }
 
 // What a shell may put in the place of a half-typed path: one level further, branches with their ".".
@@ -58,6 +64,13 @@ ExitStatus show_status(const Output &output) {
 Command on_device(const Command &command) {
   return [command](const Output &output, const Arguments &arguments) {
     boot(output);
+    return command(output, arguments);
+  };
+}
+
+Command on_agent(const Command &command) {
+  return [command](const Output &output, const Arguments &arguments) {
+    start_agent(output);
     return command(output, arguments);
   };
 }

@@ -1,9 +1,9 @@
 #include "kovactl/request.hpp"
 
+#include "management/management.h"
 #include "transaction/transaction.h"
 
 #include <algorithm>
-#include <array>
 
 namespace kova::ctl {
 namespace {
@@ -12,13 +12,19 @@ Fault unknown_path(const std::string &path) {
   return {path, FaultCode::InvalidName, ""};
 }
 
+// The getter of the log appends all of it, whatever room it is told of.
+unsigned int room_for(const model::Parameter &parameter) {
+  return parameter.get.call == kovaGetTR069DeviceLog ? 1U << 20 : 4096;
+}
+
 void read_into(Reading &reading, const model::Parameter &parameter) {
-  std::array<char, 4097> buffer{}; // a getter may leave it untouched, or fill it without a terminator
-  if (parameter.get && parameter.get.call(buffer.data(), buffer.size() - 1) != 0)
+  const unsigned int room = room_for(parameter);
+  std::string buffer(room + 1, '\0'); // a getter may leave it untouched, or fill it without a terminator
+  if (parameter.get && parameter.get.call(buffer.data(), room) != 0)
     reading.faults.push_back(
         {std::string(parameter.path), FaultCode::InternalError, "the device cannot tell it now"});
   else
-    reading.values.push_back({&parameter, buffer.data()});
+    reading.values.push_back({&parameter, buffer.c_str()});
 }
 
 std::vector<Assignment> last_mentions(std::span<const Assignment> request) {
