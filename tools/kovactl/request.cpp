@@ -19,12 +19,12 @@ unsigned int room_for(const model::Parameter &parameter) {
 
 void read_into(Reading &reading, const model::Parameter &parameter) {
   const unsigned int room = room_for(parameter);
-  std::string buffer(room + 1, '\0'); // a getter may leave it untouched, or fill it without a terminator
+  std::vector<char> buffer(room + 1); // a getter may leave it untouched, or fill it without a terminator
   if (parameter.get && parameter.get.call(buffer.data(), room) != 0)
     reading.faults.push_back(
         {std::string(parameter.path), FaultCode::InternalError, "the device cannot tell it now"});
   else
-    reading.values.push_back({&parameter, buffer.c_str()});
+    reading.values.push_back({&parameter, buffer.data()});
 }
 
 std::vector<Assignment> last_mentions(std::span<const Assignment> request) {
