@@ -81,8 +81,8 @@ struct Platform {
   Strings locks;                             // "exclusive", "exclusive at once", "unlock"
   bool locked_by_another = false, lockable = true;
   bool tokens_end_in_null =
-      false;                // strtok_r() forgets its place after the last token, as some C libraries do
-  int tokens_left = 100000; // how many it hands out then
+      false;              // strtok_r() forgets its place after the last token, as some C libraries do
+  int tokens_left = 1000; // how many it hands out then
   std::map<std::string, std::string> output; // of commands run through popen()
   std::vector<Interface> interfaces;
 

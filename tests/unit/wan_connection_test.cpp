@@ -123,8 +123,7 @@ TEST_F(Wan, ConnectionStatus) {
 
 TEST_F(Wan, AddressesOfTheInterfaceTowardsTheServer) {
   platform.interfaces = {{"br0", "192.168.1.1", "255.255.255.0", -1, "00:00:00:00:00:01"},
-                         {"lte0", "100.64.0.9", "255.192.0.0", -1, "00:00:00:00:00:02"},
-                         {"an-interface-of-21-ch", "10.0.0.1", "255.0.0.0"}};
+                         {"lte0", "100.64.0.9", "255.192.0.0", -1, "00:00:00:00:00:02"}};
   platform.output["route | awk '/default/{print $8}'"] = "lte0\n";
   platform.files["/proc/net/route"] =
       "Iface\tDestination\tGateway \tFlags\tRefCnt\tUse\tMetric\tMask\n"
@@ -142,7 +141,6 @@ TEST_F(Wan, AddressesOfTheInterfaceTowardsTheServer) {
       {"http://192.168.1.77", "", "br0", "192.168.1.1", "255.255.255.0", "00:00:00:00:00:01", ""},
       {"http://8.8.8.8", "", "lte0", "100.64.0.9", "255.192.0.0", "00:00:00:00:00:02", "100.64.0.1"},
       {"http://acs.example.net", "br0", "br0", "192.168.1.1", "255.255.255.0", "00:00:00:00:00:01", ""},
-      {"", "an-interface-of-21-ch", "an-interface-of-21-ch", "", "", "", ""},
       {"http://acs.example.net", "gone", "lte0", "100.64.0.9", "255.192.0.0", "00:00:00:00:00:02",
        "100.64.0.1"},
       {"no address", "", "", "", "", "", ""}};
@@ -162,6 +160,11 @@ TEST_F(Wan, AddressesOfTheInterfaceTowardsTheServer) {
     EXPECT_EQ(get(kovaGetTR069WANConnectionMACAddress), mac);
     EXPECT_EQ(get(kovaGetTR069WANGatewayAddress), gateway);
   }
+  platform.interfaces.push_back({"lte0 and more than 15 characters", "", ""});
+  setBindInterface("lte0 and more than 15 characters");
+  int result = 0;
+  EXPECT_EQ(get(kovaGetTR069WANSubnetMask, result), "");
+  EXPECT_EQ(result, -1);
   char untouched[] = "#";
   _getInfNameOfTr069Conn(untouched, 0);
   _getInfNameOfTr069Conn(untouched, -1);
