@@ -1,6 +1,7 @@
 // The management server's settings, the connection-request URL, and the backup.
 #include "fake/fake.hpp"
 #include "management/management.h"
+#include "radio/radio.h"
 
 using fake::get;
 using fake::platform;
@@ -22,30 +23,34 @@ struct Setting {
   Kind kind = text;
   bool shared = false; // by both instances
 } const settings[] = {
-    {kovaGetTR069ManagementServerURL, kovaSetTR069ManagementServerURL, "TR_ACS_URL", 2},
-    {kovaGetTR069ManagementServerUsername, kovaSetTR069ManagementServerUsername, "TR_ACS_USER", 3},
-    {kovaGetTR069ManagementServerPassword, kovaSetTR069ManagementServerPassword, "TR_ACS_PASS", 4},
-    {kovaGetTR069PeriodicInformEnable, kovaSetTR069PeriodicInformEnable, "TR_INFORM_ENABLE", 5, switch_digit},
-    {kovaGetTR069PeriodicInformInterval, kovaSetTR069PeriodicInformInterval, "TR_INFORM_INTERVAL", 6},
-    {kovaGetTR069PeriodicInformTime, kovaSetTR069PeriodicInformTime, "TR_INFORM_TIME", 0},
-    {kovaGetTR069ParameterKey, kovaSetTR069ParameterKey, "TR_PARAMKEY", 0},
+// clang-format off
+#define BOTH(name) kovaGetTR069##name, kovaSetTR069##name
+    {BOTH(ManagementServerURL), "TR_ACS_URL", 2},
+    {BOTH(ManagementServerUsername), "TR_ACS_USER", 3},
+    {BOTH(ManagementServerPassword), "TR_ACS_PASS", 4},
+    {BOTH(PeriodicInformEnable), "TR_INFORM_ENABLE", 5, switch_digit},
+    {BOTH(PeriodicInformInterval), "TR_INFORM_INTERVAL", 6},
+    {BOTH(PeriodicInformTime), "TR_INFORM_TIME", 0},
+    {BOTH(ParameterKey), "TR_PARAMKEY", 0},
     {nullptr, kovaSetTR069ConnectionRequestURL, "TR_CR_PATH", 0},
-    {kovaGetTR069ConnectionRequestUsername, kovaSetTR069ConnectionRequestUsername, "TR_CR_USER", 7},
-    {kovaGetTR069ConnectionRequestPassword, kovaSetTR069ConnectionRequestPassword, "TR_CR_PASS", 8},
-    {kovaGetTR069UDPConnectionRequestAddressNotificationLimit,
-     kovaSetTR069UDPConnectionRequestAddressNotificationLimit, "TR_UDPCR_LIMIT", 13, secret},
-    {kovaGetTR069STUNEnable, kovaSetTR069STUNEnable, "TR_STUN_ENABLE", 14, switch_as_given},
-    {kovaGetTR069STUNServerAddress, kovaSetTR069STUNServerAddress, "TR_STUN_SERVER", 15},
-    {kovaGetTR069STUNServerPort, kovaSetTR069STUNServerPort, "TR_STUN_PORT", 16},
-    {kovaGetTR069STUNUsername, kovaSetTR069STUNUsername, "TR_STUN_USER", 17, secret},
-    {kovaGetTR069STUNPassword, kovaSetTR069STUNPassword, "TR_STUN_PASS", 18, secret},
-    {kovaGetTR069STUNMaximumKeepAlivePeriod, kovaSetTR069STUNMaximumKeepAlivePeriod, "TR_STUN_MAX_KA", 19},
-    {kovaGetTR069STUNMinimumKeepAlivePeriod, kovaSetTR069STUNMinimumKeepAlivePeriod, "TR_STUN_MIN_KA", 20},
-    {kovaGetTR069NatDetected, kovaSetTR069NatDetected, "TR_NAT_DETECTED", 21, switch_as_given},
-    {kovaGetTR069X_STUNRealm, kovaSetTR069X_STUNRealm, "TR_X_STUN_REALM", 22, text, true},
-    {kovaGetTR069X_FingerPrintEnable, kovaSetTR069X_FingerPrintEnable, "TR_X_FINGERPRINTENABLE", 23,
-     switch_digit, true},
-    {kovaGetTR069X_Loglevel, kovaSetTR069X_Loglevel, "/cwmp/loglevel", 0, text, true}};
+    {BOTH(ConnectionRequestUsername), "TR_CR_USER", 7},
+    {BOTH(ConnectionRequestPassword), "TR_CR_PASS", 8},
+    {BOTH(UDPConnectionRequestAddressNotificationLimit), "TR_UDPCR_LIMIT", 13, secret},
+    {BOTH(STUNEnable), "TR_STUN_ENABLE", 14, switch_as_given},
+    {BOTH(STUNServerAddress), "TR_STUN_SERVER", 15},
+    {BOTH(STUNServerPort), "TR_STUN_PORT", 16},
+    {BOTH(STUNUsername), "TR_STUN_USER", 17, secret},
+    {BOTH(STUNPassword), "TR_STUN_PASS", 18, secret},
+    {BOTH(STUNMaximumKeepAlivePeriod), "TR_STUN_MAX_KA", 19},
+    {BOTH(STUNMinimumKeepAlivePeriod), "TR_STUN_MIN_KA", 20},
+    {BOTH(NatDetected), "TR_NAT_DETECTED", 21, switch_as_given},
+    {BOTH(X_STUNRealm), "TR_X_STUN_REALM", 22, text, true},
+    {BOTH(X_FingerPrintEnable), "TR_X_FINGERPRINTENABLE", 23, switch_digit, true},
+    {BOTH(CloudkeyValue), "TR_CLOUDKEY", 24},
+    {BOTH(NickNameValue), "TR_NICKNAME", 25},
+    {BOTH(X_Loglevel), "/cwmp/loglevel", 0, text, true},
+    // clang-format on
+};
 
 TEST_F(Acs, SettingsOfBothInstances) {
   for (const uint32_t instance : {0U, 1U})

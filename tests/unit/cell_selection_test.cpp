@@ -154,20 +154,16 @@ TEST_F(Cells, LockedCells) {
   const auto triples = [](int count) {
     return repeat(count, [](int i) { return "3,1300," + std::to_string(i + 1); });
   };
+  // clang-format off
   const std::pair<std::string, std::string> accepted[] = {
-      {"1300,100", "3,1300,100"},
-      {"1300,100;1300,0", "3,1300,100"},
-      {"0,5;1300,503;599,1", "3,1300,503;1,599,1"},
-      {";;1300,1;;1949,2;", "3,1300,1;3,1949,2"},
-      {"1300,1,9,9;,1300,2", "3,1300,1;3,1300,2"},
-      {"1300;x,y;1300,z", ""},
-      {cells(19), triples(19)},
-      {cells(20), triples(19)},
-      {cells(21), triples(19)},
-      {cells(10000), triples(19)},
+      {"1300,100", "3,1300,100"}, {"1300,100;1300,0", "3,1300,100"},
+      {"0,5;1300,503;599,1", "3,1300,503;1,599,1"}, {";;1300,1;;1949,2;", "3,1300,1;3,1949,2"},
+      {"1300,1,9,9;,1300,2", "3,1300,1;3,1300,2"}, {"1300;x,y;1300,z", ""}, {cells(19), triples(19)},
+      {cells(20), triples(19)}, {cells(21), triples(19)}, {cells(10000), triples(19)},
       {";;;;" + cells(19), triples(19)},               // empty pieces take no place
       {"0,1;1300,0;" + cells(18), triples(17)},        // dropped pairs do
       {cells(19) + ";1300,504;77777,1", triples(19)}}; // beyond the last place nothing is judged
+  // clang-format on
   for (const auto &[value, list] : accepted) {
     SCOPED_TRACE(value.substr(0, 80));
     EXPECT_EQ(kovaChkTR069PciLock("name", value.c_str()), 0);
@@ -223,21 +219,13 @@ TEST_F(Cells, LockedRanges) {
   struct {
     std::string value, stored; // an empty one: nothing is stored
     int check;
-  } const cases[] = {{"10", "10,10", 0},
-                     {"5,504", "5,504", 0},
-                     {"0,0;7,8", "0,0;7,8", 0},
-                     {"20,10", "20,10", -1},
-                     {"5,505", "5,505", -1},
-                     {"-1,5", "-1,5", -1},
-                     {"505", "505,505", -1},
-                     {"1,2,3", "1,2", 0},
-                     {";;1,2;;3;", "1,2;3,3", 0},
-                     {",;,,;4", "4,4", 0},
-                     {"x", "x,x", 0},
-                     {"1;2;9,3", "1,1;2,2;9,3", -1},
-                     {"", "", 0},
-                     {";", "", 0},
-                     {",", "", 0}};
+    // clang-format off
+  } const cases[] = {
+      {"10", "10,10", 0}, {"5,504", "5,504", 0}, {"0,0;7,8", "0,0;7,8", 0}, {"20,10", "20,10", -1},
+      {"5,505", "5,505", -1}, {"-1,5", "-1,5", -1}, {"505", "505,505", -1}, {"1,2,3", "1,2", 0},
+      {";;1,2;;3;", "1,2;3,3", 0}, {",;,,;4", "4,4", 0}, {"x", "x,x", 0}, {"1;2;9,3", "1,1;2,2;9,3", -1},
+      {"", "", 0}, {";", "", 0}, {",", "", 0}};
+  // clang-format on
   platform.tree[directory + "dedicated_pci_range"] = "1,1";
   for (const auto &[value, text, check] : cases) {
     SCOPED_TRACE(value);

@@ -10,34 +10,6 @@ namespace {
 
 class DeviceInfo : public fake::Test {};
 
-TEST_F(DeviceInfo, FactsAreTheSameForBothInstances) {
-  struct {
-    kova_getter *getter;
-    int section;
-    const char *key;
-    bool whole; // longer than other values, too
-  } const facts[] = {{kovaGetTR069MapnQos, 0, "/cwmp/MapnQos", false},
-                     {kovaGetTR069DeviceSummary, 0, "TR_DEVSUM", true},
-                     {kovaGetTR069Manufacturer, 0, "TR_MF", true},
-                     {kovaGetTR069ManufacturerOUI, 0, "TR_OUI", true},
-                     {kovaGetTR069ModelName, 0, "ProductName", true},
-                     {kovaGetTR069Description, 0, "WEB_NAME", true},
-                     {kovaGetTR069ProductClass, 0, "TR_ProductClass", true},
-                     {kovaGetTR069ModemFirmwareVersion, 9, "TR_MODEM_VER", false},
-                     {kovaGetTR069AdditionalSoftwareVersion, 0, "TR_AddSoftVer", false},
-                     {kovaGetTR069SpecVersion, 0, "TR_SpecVer", true},
-                     {kovaGetTR069ProvisioningCode, 0, "TR_PROVCODE", true}};
-  const std::string value(300, 'v');
-  for (const auto &[getter, section, key, whole] : facts) {
-    SCOPED_TRACE(key);
-    gSecondaryInstance = 1;
-    EXPECT_EQ(get(getter), "");
-    platform.nvram[{section, key}] = value;
-    EXPECT_EQ(get(getter, 4096), whole ? value : value.substr(0, 255));
-  }
-  EXPECT_EQ(get(kovaGetTR069SoftwareVersion), "KovAE_BG_1.8.11.37");
-}
-
 TEST_F(DeviceInfo, SerialNumberAndHardwareVersionFallBack) {
   platform.preset(0, "TR_HardVer=never IMEI=never");
   EXPECT_EQ(get(kovaGetTR069SerialNumber), "");

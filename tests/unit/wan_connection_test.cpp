@@ -59,23 +59,15 @@ TEST_F(Wan, ThereIsOneOfEach) {
       }
 }
 
-TEST_F(Wan, FixedAndStoredFacts) {
-  platform.preset(0, "TR_LAN_DEV_NUM=2 TR_WAN_DEV_NUM=3 internet_mtu=1400");
-  platform.preset(9, "wan_netmask=255.0.0.0 mgmt_ipaddr= wan_ipaddr=10.0.0.3");
-  const std::pair<kova_getter *, const char *> cases[] = {
-      {kovaGetTR069ManageableDeviceNumberOfEntries, "1"},
-      {kovaGetTR069LANDeviceNumberOfEntries, "2"},
-      {kovaGetTR069WANDeviceNumberOfEntries, "3"},
-      {of_1<kovaGetWANDeviceWANConnectionNumberOfEntries>, "1"},
-      {of_1<kovaGetWANDeviceEnabledForInternet>, "true"},
-      {of_1<kovaGetWANDeviceWANAccessType>, "LTE"},
-      {of_1<kovaGetWANDeviceLayer1UpstreamMaxBitRate>, "27472691.2"},
-      {of_1<kovaGetWANDeviceLayer1DownstreamMaxBitRate>, "220200960"},
-      {kovaGetWANConnectionX_MTU, "1400"},
-      {kovaGetWANConnectionSubnetMask, "255.0.0.0"},
-      {kovaGetTR069WANConnectionExternalIPAddress, "10.0.0.3"}};
-  for (const auto &[getter, expected] : cases)
-    EXPECT_EQ(get(getter), expected);
+TEST_F(Wan, FixedAnswersAndTheExternalAddress) {
+  EXPECT_EQ(get(kovaGetTR069ManageableDeviceNumberOfEntries), "1");
+  EXPECT_EQ(get(of_1<kovaGetWANDeviceWANConnectionNumberOfEntries>), "1");
+  EXPECT_EQ(get(of_1<kovaGetWANDeviceEnabledForInternet>), "true");
+  EXPECT_EQ(get(of_1<kovaGetWANDeviceWANAccessType>), "LTE");
+  EXPECT_EQ(get(of_1<kovaGetWANDeviceLayer1UpstreamMaxBitRate>), "27472691.2");
+  EXPECT_EQ(get(of_1<kovaGetWANDeviceLayer1DownstreamMaxBitRate>), "220200960");
+  platform.preset(9, "mgmt_ipaddr= wan_ipaddr=10.0.0.3");
+  EXPECT_EQ(get(kovaGetTR069WANConnectionExternalIPAddress), "10.0.0.3");
   platform.preset(9, "mgmt_ipaddr=10.0.0.2");
   EXPECT_EQ(get(kovaGetTR069WANConnectionExternalIPAddress), "10.0.0.2");
 }
@@ -213,33 +205,24 @@ TEST_F(Wan, DmzByIndex) {
   const auto enable = kovaSetWANConnectionDMZEnable;
   const auto host = kovaSetWANConnectionDMZHostIPAddress;
   const auto avoid = kovaSetWANConnectionDMZAvoidRemoteManagement;
-  const Change changes[] = {{enable, "true", "oper_mode=0", "DMZEnable=1"},
-                            {enable, "false", "oper_mode=2", "DMZEnable=0"},
-                            {enable, "true", "oper_mode=1", nullptr},
-                            {enable, "True", "", nullptr},
-                            {enable, "1", "", nullptr},
-                            {enable, "", "", nullptr},
-                            {enable, nullptr, "", nullptr},
-                            {host, "192.168.1.9", "DMZEnable=1", "DMZAddress=192.168.1.9"},
-                            {host, "192.168.1.9", "", "DMZAddress=192.168.1.9"}, // a missing switch allows
-                            {host, "192.168.1.9", "DMZEnable=0", nullptr},
-                            {host, "192.168.1.9", "DMZEnable=1 oper_mode=1", nullptr},
-                            {host, "192.168.1", "DMZEnable=1", nullptr},
-                            {host, "192.168.1.9 ", "DMZEnable=1", nullptr},
-                            {host, "192.168.1.256", "DMZEnable=1", nullptr},
-                            {host, "", "DMZEnable=1", nullptr},
-                            {host, nullptr, "DMZEnable=1", nullptr},
-                            {avoid, "true", "AclEnable=0 oper_mode=1", "AclEnable=1"},
-                            {avoid, "true", "", "AclEnable=1"},
-                            {avoid, "true", "AclEnable=2", "AclEnable=1"},
-                            {avoid, "true", "AclEnable=1", ""},
-                            {avoid, "true", "AclEnable=3", ""},
-                            {avoid, "true", "AclEnable=4", ""},
-                            {avoid, "false", "AclEnable=4", "AclEnable=0"},
-                            {avoid, "false", "AclEnable=2", ""},
-                            {avoid, "false", "", ""},
-                            {avoid, "0", "AclEnable=1", nullptr},
-                            {avoid, nullptr, "AclEnable=1", nullptr}};
+  // clang-format off
+  const Change changes[] = {
+      {enable, "true", "oper_mode=0", "DMZEnable=1"}, {enable, "false", "oper_mode=2", "DMZEnable=0"},
+      {enable, "true", "oper_mode=1", nullptr}, {enable, "True", "", nullptr}, {enable, "1", "", nullptr},
+      {enable, "", "", nullptr}, {enable, nullptr, "", nullptr},
+      {host, "192.168.1.9", "DMZEnable=1", "DMZAddress=192.168.1.9"},
+      {host, "192.168.1.9", "", "DMZAddress=192.168.1.9"}, // a missing switch allows
+      {host, "192.168.1.9", "DMZEnable=0", nullptr},
+      {host, "192.168.1.9", "DMZEnable=1 oper_mode=1", nullptr}, {host, "192.168.1", "DMZEnable=1", nullptr},
+      {host, "192.168.1.9 ", "DMZEnable=1", nullptr}, {host, "192.168.1.256", "DMZEnable=1", nullptr},
+      {host, "", "DMZEnable=1", nullptr}, {host, nullptr, "DMZEnable=1", nullptr},
+      {avoid, "true", "AclEnable=0 oper_mode=1", "AclEnable=1"}, {avoid, "true", "", "AclEnable=1"},
+      {avoid, "true", "AclEnable=2", "AclEnable=1"}, {avoid, "true", "AclEnable=1", ""},
+      {avoid, "true", "AclEnable=3", ""}, {avoid, "true", "AclEnable=4", ""},
+      {avoid, "false", "AclEnable=4", "AclEnable=0"}, {avoid, "false", "AclEnable=2", ""},
+      {avoid, "false", "", ""}, {avoid, "0", "AclEnable=1", nullptr},
+      {avoid, nullptr, "AclEnable=1", nullptr}};
+  // clang-format on
   for (const auto &[set, value, before, stored] : changes) {
     SCOPED_TRACE(std::string(value != nullptr ? value : "NULL") + " with " + before);
     platform = {};
