@@ -72,7 +72,9 @@ int answer_mcs(const char *key, char *buf, unsigned int buflen) {
 int answer_kilohertz(const char *key, char *buf, unsigned int buflen) {
   const Text text = load(Section::runtime, key);
   if (text.empty() || equal(text, "-1") || equal(text, "N/A")) return answer("", buf, buflen);
-  return answer_number(std::atol(text) * 100, buf, buflen); // NOLINT(cert-err34-c)
+  const long frequency = std::strtol(text, nullptr, 10);
+  const bool fits = frequency > INT_MIN / 100 && frequency < INT_MAX / 100;
+  return answer_number(fits ? frequency * 100 : 0, buf, buflen);
 }
 
 // Published in kbit/s, as a decimal fraction, while there is a connection.
