@@ -92,7 +92,7 @@ std::string posix_zone(std::string_view code, const std::optional<DaylightSaving
   const std::string letters(separator == std::string_view::npos ? "" : code.substr(0, separator));
   const auto offset = minutes(separator == std::string_view::npos ? code : code.substr(separator + 1));
   if (!offset) return "UTC0";
-  const std::string zone = (is_name(letters) ? letters : numeric_name(*offset)) + westward(*offset);
+  std::string zone = (is_name(letters) ? letters : numeric_name(*offset)) + westward(*offset);
   if (!saving || !is_possible(saving->start) || !is_possible(saving->end)) return zone;
   return zone + (is_name(letters) ? letters + "DST" : numeric_name(*offset + hour)) +
          posix_rule(saving->start, year) + posix_rule(saving->end, year);

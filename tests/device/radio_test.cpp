@@ -31,7 +31,8 @@ std::map<std::string, std::string> readings_of(const device::Radio &radio) {
 }
 
 template <std::size_t count>
-std::array<double, count> numbers(std::string text) {
+std::array<double, count> numbers(const std::string &record) {
+  std::string text = record;
   std::ranges::replace_if(
       text, [](char c) { return c == ',' || c == '/'; }, ' ');
   std::istringstream stream(text);
