@@ -46,7 +46,7 @@ TEST_F(Radio, ThePublicBandsAreTheStandardsOnes) {
   for (const auto &[number, low, high, separation] : public_bands) {
     SCOPED_TRACE(number);
     const unsigned int first = first_channel(number, next);
-    next = first + static_cast<unsigned int>((high - low) * 10 + 0.5);
+    next = first + static_cast<unsigned int>(std::lround((high - low) * 10));
     const unsigned int uplink = separation != 0 ? 18000 : 0;
     EXPECT_EQ(row->band, number);
     EXPECT_EQ(row->reserved, 0U);

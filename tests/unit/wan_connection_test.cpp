@@ -3,6 +3,8 @@
 #include "management/management.h"
 #include "wan/wan.h"
 
+#include <arpa/inet.h>
+
 using fake::get;
 using fake::platform;
 using fake::Strings;
@@ -113,17 +115,24 @@ TEST_F(Wan, ConnectionStatus) {
   }
 }
 
+// A line of the kernel's table, whose addresses are in the byte order of the machine.
+std::string route(const char *name, const char *destination, const char *gateway, unsigned int flags,
+                  const char *mask = "0.0.0.0") {
+  char line[128];
+  std::snprintf(line, sizeof line, "%s\t%08X\t%08X\t%04X\t0\t0\t0\t%08X\t0\t0\t0\n", name,
+                inet_addr(destination), inet_addr(gateway), flags, inet_addr(mask));
+  return line;
+}
+
 TEST_F(Wan, AddressesOfTheInterfaceTowardsTheServer) {
   platform.interfaces = {{"br0", "192.168.1.1", "255.255.255.0", -1, "00:00:00:00:00:01"},
                          {"lte0", "100.64.0.9", "255.192.0.0", -1, "00:00:00:00:00:02"}};
   platform.output["route | awk '/default/{print $8}'"] = "lte0\n";
   platform.files["/proc/net/route"] =
-      "Iface\tDestination\tGateway \tFlags\tRefCnt\tUse\tMetric\tMask\n"
-      "br0\t00000000\t0201A8C0\t0001\t0\t0\t0\t00000000\n" // no gateway
-      "br0\t0001A8C0\t0301A8C0\t0003\t0\t0\t0\t00FFFFFF\n" // not the default route
-      "malformed\n"
-      "lte0\t00000000\t01004064\t0003\t0\t0\t0\t00000000\n"
-      "lte0\t00000000\t02004064\t0003\t0\t0\t1\t00000000\n";
+      "Iface\tDestination\tGateway \tFlags\tRefCnt\tUse\tMetric\tMask\n" +
+      route("br0", "0.0.0.0", "192.168.1.2", 1) +                      // no gateway
+      route("br0", "192.168.1.0", "192.168.1.3", 3, "255.255.255.0") + // not the default route
+      "malformed\n" + route("lte0", "0.0.0.0", "100.64.0.1", 3) + route("lte0", "0.0.0.0", "100.64.0.2", 3);
   platform.preset(9, "lte_data_state=3");
   struct {
     const char *url, *bound;
@@ -175,8 +184,8 @@ TEST_F(Wan, AddressesOfTheInterfaceTowardsTheServer) {
 TEST_F(Wan, ARouteToHalfOfAllAddressesIsNotTheDefaultRoute) {
   platform.interfaces = {{"lte0", "100.64.0.9", "255.192.0.0"}};
   setBindInterface("lte0");
-  platform.files["/proc/net/route"] = "lte0\t00000000\t05004064\t0003\t0\t0\t0\t00000080\n"
-                                      "lte0\t00000000\t01004064\t0003\t0\t0\t0\t00000000\n";
+  platform.files["/proc/net/route"] =
+      route("lte0", "0.0.0.0", "100.64.0.5", 3, "128.0.0.0") + route("lte0", "0.0.0.0", "100.64.0.1", 3);
   EXPECT_EQ(get(kovaGetTR069WANGatewayAddress), "100.64.0.1");
 }
 
