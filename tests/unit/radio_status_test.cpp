@@ -230,7 +230,8 @@ TEST_F(Radio, TheChannelOfTheCarrier) {
   // Every channel of every band comes back, whatever binary fractions its frequency has.
   for (const LteBand *row = g_band_list; row->band != 0; ++row)
     for (unsigned int channel = row->dl_earfcn_low; channel <= row->dl_earfcn_high; ++channel) {
-      const long frequency = std::lround(row->dl_low_freq * 10) + (channel - row->dl_earfcn_low);
+      const long frequency =
+          std::lround(row->dl_low_freq * 10) + static_cast<long>(channel - row->dl_earfcn_low);
       platform.nvram = {{{9, "lte_cur_band"}, std::to_string(row->band)},
                         {{9, "lte_cur_freq"}, std::to_string(frequency)}};
       platform.keys_read.clear();
