@@ -32,7 +32,7 @@ int set_switch(InstanceKey key, const char *value, int item) {
   return digit == nullptr ? -1 : set_checked(key, digit, item);
 }
 
-// Judges the switch that the text stands for, but stores the text: readers of these two settings know all its forms.
+// Judges the switch that the text stands for, but stores the text itself.
 int set_switch_as_given(InstanceKey key, const char *value, int item) {
   const char *digit = boolean_setting(value);
   return digit != nullptr && passes_unmarked(rule(item), digit) ? set(key, value) : -1;

@@ -75,7 +75,7 @@ int kovaGetTR069SerialNumber(char *buf, unsigned int buflen) {
                            buf, buflen);
 }
 
-// "TR_HardVer" is no source: devices that carry one have it wrong.
+// "TR_HardVer" is never a source.
 int kovaGetTR069HardwareVersion(char *buf, unsigned int buflen) {
   for (const char *key : {"CACHE_HW_VER", "HW_VER"})
     if (const Text version = load(Section::runtime, key); !version.empty())
@@ -85,7 +85,7 @@ int kovaGetTR069HardwareVersion(char *buf, unsigned int buflen) {
 
 int kovaSetTR069ProvisioningCode(const char *value) {
   kova::store(Section::config, "TR_PROVCODE", kova::text_or_empty(value));
-  SyncfromNetworkTime(); // a newly provisioned device has no clock yet
+  SyncfromNetworkTime();
   return 0;
 }
 

@@ -8,8 +8,9 @@ KOVA_BEGIN_EXPORTS
 
 /* ---- Management server --------------------------------------------------------------------------------- */
 
-/* Each management instance has its own settings. Setters ask the rule checker, refuse markup, and start nothing.
- * Switches take "true", "false", "1" and "0" (and texts that hold or begin with them). */
+/* Each management instance has its own settings. Setters ask the rule checker, refuse markup, and start
+ * nothing. (where nothing else is said). Switches take "true", "false", "1" and "0" (and texts that hold
+ * or begin with them). */
 kova_getter kovaGetTR069ManagementServerURL, kovaGetTR069ManagementServerUsername,
     kovaGetTR069ManagementServerPassword; /* the password as it is stored */
 kova_setter kovaSetTR069ManagementServerURL, kovaSetTR069ManagementServerUsername,
@@ -22,14 +23,15 @@ kova_setter kovaSetTR069PeriodicInformTime;     /* any text */
 kova_getter kovaGetTR069ParameterKey;
 kova_setter kovaSetTR069ParameterKey; /* any text */
 
-/* "http://ADDRESS:7547", for the secondary instance port 7550: worked out anew from the interface that reaches the
- * management server, and stored. "" while it has no address. A URL that is set lasts until the next read. */
+/* "http://ADDRESS:7547", for the secondary instance port 7550: worked out anew from the interface that
+ * reaches the management server, and stored. "" while it has no address. A URL that is set lasts until a
+ * read finds an address. */
 kova_getter kovaGetTR069ConnectionRequestURL;
-kova_setter kovaSetTR069ConnectionRequestURL;
+kova_setter kovaSetTR069ConnectionRequestURL; /* any text */
 kova_getter kovaGetTR069ConnectionRequestUsername, kovaGetTR069ConnectionRequestPassword;
 kova_setter kovaSetTR069ConnectionRequestUsername, kovaSetTR069ConnectionRequestPassword;
 kova_getter kovaGetTR069UDPConnectionRequestAddress;
-kova_setter kovaSetTR069UDPConnectionRequestAddress;
+kova_setter kovaSetTR069UDPConnectionRequestAddress;                  /* refuses markup only */
 kova_getter kovaGetTR069UDPConnectionRequestAddressNotificationLimit; /* always "" */
 kova_setter kovaSetTR069UDPConnectionRequestAddressNotificationLimit;
 
@@ -50,8 +52,9 @@ kova_setter kovaSetTR069X_Loglevel; /* any text */
 kova_getter kovaGetTR069SSLCert, kovaGetTR069SSLCaCert; /* paths */
 kova_getter kovaGetTR069SSLEnable;
 
-/* Mode 1 keeps the server settings of both instances in a file, mode 2 puts them back and removes the file; any other
- * mode does nothing. 0 (also when there is no file to restore), or -1 when the file cannot be opened. */
+/* Mode 1 keeps the server settings of both instances in a file, mode 2 puts them back and removes the
+ * file; any other mode does nothing. 0 (also when there is no file to restore), or -1 when the file cannot
+ * be opened. */
 int backup_restore_settings(int mode);
 
 /* Traffic of the WiFi interface; byte counts carry a unit ("12 KB"). */

@@ -22,7 +22,7 @@ int number(const char *text) {
 // A band with its EARFCNs, none of them twice.
 struct PreferredBand {
   static constexpr int most = 20;
-  int band = 0; // 0: an empty slot
+  int band = 0;
   int earfcn[most] = {}, count = 0;
 
   // False when there is no room for one more.
@@ -37,34 +37,34 @@ struct PreferredBand {
 
 // The bands of a value, or of the stored pairs: a group is a band and its EARFCNs, and a band named again goes on where
 // it was.
-struct PreferredBands {
-  static constexpr int most = 20;
-  PreferredBand slot[most];
-
+class PreferredBands {
+public:
   explicit PreferredBands(const char *value) {
     ValueCopy groups(value);
     for (char *group = groups.next(";"); group != nullptr; group = groups.next(";"))
       add_group(group);
   }
+  const PreferredBand *begin() const { return slot_; }
+  const PreferredBand *end() const { return slot_ + used_; }
 
 private:
+  static constexpr int most = 20;
   PreferredBand *find(int band) {
-    for (PreferredBand &preferred : slot)
-      if (preferred.band == band || preferred.band == 0) {
-        preferred.band = band;
-        return &preferred;
-      }
-    return nullptr;
+    for (int i = 0; i < used_; ++i)
+      if (slot_[i].band == band) return &slot_[i];
+    if (used_ == most) return nullptr;
+    slot_[used_].band = band;
+    return &slot_[used_++];
   }
   void add_group(char *group) {
     char *rest = nullptr;
     const char *field = strtok_r(group, ",", &rest);
-    const int band = field == nullptr ? 0 : number(field);
-    PreferredBand *preferred =
-        band == 0 ? nullptr : find(band); // 0 is no band: its slot would stay an empty one
+    PreferredBand *preferred = field == nullptr ? nullptr : find(number(field));
     while (preferred != nullptr && (field = strtok_r(nullptr, ",", &rest)) != nullptr)
       if (!preferred->add(number(field))) break;
   }
+  PreferredBand slot_[most];
+  int used_ = 0;
 };
 
 // The duplex mode that all bands of a setting share.
@@ -112,8 +112,7 @@ bool judge_band(const PreferredBand &preferred, const SupportedBands &supported,
 bool judge(const PreferredBands &bands, SharedDuplex *shared) {
   SupportedBands supported;
   if (!supported.load()) return false;
-  for (const PreferredBand &preferred : bands.slot) {
-    if (preferred.band == 0) break;
+  for (const PreferredBand &preferred : bands) {
     if (!judge_band(preferred, supported, shared)) return false;
   }
   return true;
@@ -129,8 +128,7 @@ int set(const char *value) {
     return -1;
   }
   List pairs;
-  for (const PreferredBand &preferred : bands.slot) {
-    if (preferred.band == 0) break;
+  for (const PreferredBand &preferred : bands) {
     for (int i = 0; i < preferred.count; ++i)
       pairs.add("%s%d,%d", pairs.length == 0 ? "" : ";", preferred.band, preferred.earfcn[i]);
   }
@@ -167,8 +165,7 @@ int kovaGetTR069FreqPreferred(char *buf, unsigned int buflen) {
   const int result = read(stored);
   List groups;
   const PreferredBands bands(result == 0 ? stored : "");
-  for (const PreferredBand &preferred : bands.slot) {
-    if (preferred.band == 0) break;
+  for (const PreferredBand &preferred : bands) {
     groups.add(groups.length == 0 ? "%d" : ";%d", preferred.band);
     for (int i = 0; i < preferred.count; ++i)
       groups.add(",%d", preferred.earfcn[i]);

@@ -47,7 +47,7 @@ const char *getInternetStatusSINR_vals(char *record);
 const char *getInternetStatusTXPWR_vals(char *record);
 /* MHz as text: downlink for 1, else uplink; "NONE". The caller frees it, as the next one. */
 char *getInternetStatusFrequency_vals(int which);
-char *getInternetStatusBandwidth_vals(void);                  /* kHz */
+char *getInternetStatusBandwidth_vals(void);                  /* kHz, or "NONE" */
 int getInternetDLEARFCN_vals(char *out, unsigned int outlen); /* 0, or -1 */
 
 /* ---- Link ---------------------------------------------------------------------------------------------- */
@@ -86,9 +86,9 @@ int getSupportBands(char *out, int len);
 /* Setters re-apply the LTE network. Their failures are the failing store's code, or -1. */
 kova_getter kovaGetTR069ScanMode; /* "fullband", "freqpreferred", "pcilock", "pcionlylock" or "unknown" */
 kova_setter kovaSetTR069ScanMode; /* any other text stores nothing and answers 0 */
-kova_getter kovaGetTR069PciLock;  /* cells "EARFCN,PCI" joined by ";"; at most 19, PCI 0 .. 503 */
+kova_getter kovaGetTR069PciLock;  /* cells "EARFCN,PCI" joined by ";"; PCI up to 503 */
 kova_checker kovaChkTR069PciLock;
-kova_setter kovaSetTR069PciLock;
+kova_setter kovaSetTR069PciLock;     /* the first 19 cells; one with a 0 is left out */
 kova_getter kovaGetTR069PciOnlyLock; /* ranges "start,end" joined by ";"; bounds 0 .. 504 */
 kova_checker kovaChkTR069PciOnlyLock;
 kova_setter kovaSetTR069PciOnlyLock;   /* the empty text leaves the ranges as they are */

@@ -58,6 +58,7 @@ int set(const Edge &edge, const char *value) {
   tm date;
   if (getDateTime(value, &date) != 0) return -1;
   const time_t moment = mktime(&date);
+  if (moment == -1) return -1; // beyond what the device's clock can tell
   localtime_r(&moment, &date);
   // What an earlier step stored stays when a later one is refused.
   const bool stored = store_number(edge.month_key, date.tm_mon + 1, edge.month_item) &&
