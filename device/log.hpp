@@ -9,7 +9,8 @@
 //            "malformed", empty command and payload, and a "reason"
 //   event    "method" ("notify", "call", "is_busy"), "event" (the text)
 //   command  "program", "args" (array); "process" where it is a diagnostics test that was started
-//   device   "what", in words: "created", "booted", "stopped", "daemon restarted"; for the tests "ping_diag ended with
+//   device   "what", in words: "created", "booted", "stopped", "daemon restarted", "clock synchronised" (with
+//            the "server"); for the tests "ping_diag ended with
 //            status 1", "ping_diag stopped", "ping_diag: Error_Other: ...", "refused launch_pingDiag: ..."
 //            The end of a test also has "program" and "status", or "signal" where one ended it
 // Bytes that are no UTF-8 stand in a text as "\\xff".

@@ -18,6 +18,12 @@ namespace {
 
 constexpr const char *stand_ins[] = {"brctl", "ifconfig", "kern",          "logger",
                                      "route", "sc",       "test_cpeevent", "ucfg"};
+// Stand-ins that are called by an absolute path.
+constexpr const char *placed_stand_ins[] = {
+    "/usr/bin/test_cpeevent",
+    "/etc/sysconfig/script/ntp.sh",
+    "/home/www/cgi-bin/maintenance.cgi",
+};
 // Harmless programs of the host that shell lines of the device use.
 constexpr const char *host_tools[] = {"awk", "cat", "cp", "cut",   "grep", "head",
                                       "rm",  "sed", "sh", "sleep", "tr"};
@@ -75,7 +81,8 @@ void lay_out_programs() {
     else
       std::fprintf(stderr, "kova: this host has no %s; device commands that use it fail\n", name);
   }
-  link(stand_in, on_device("/usr/bin/test_cpeevent"));
+  for (const char *path : placed_stand_ins)
+    link(stand_in, on_device(path));
   for (const std::string_view tool : diagnostics_tools)
     link(diagnostics, diagnostics_program(tool));
   for (const char *name : stand_ins)

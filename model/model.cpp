@@ -13,7 +13,8 @@ constexpr auto path_of = [](const Parameter *parameter) { return parameter->path
 std::vector<const Parameter *> gather() {
   std::vector<const Parameter *> all;
   for (std::span<const Parameter> family :
-       {frame_rows(), lan_rows(), wifi_rows(), wan_rows(), diagnostics_rows()})
+       {frame_rows(), lan_rows(), wifi_rows(), wan_rows(), wan_connection_rows(), management_rows(),
+        device_info_rows(), time_rows(), radio_rows(), diagnostics_rows()})
     for (const Parameter &row : family)
       all.push_back(&row);
   std::ranges::sort(all, {}, path_of);

@@ -7,9 +7,44 @@
 #pragma once
 
 #include "model/model.hpp"
+#include "wan/wan.h"
+
+namespace kova::model {
+
+// An accessor as a row holds it. One that takes indexes has a single instance of everything: it is bound at index 1.
+template <kova_getter *call>
+consteval kova_getter *bound() {
+  return call;
+}
+template <kova_setter *call>
+consteval kova_setter *bound() {
+  return call;
+}
+template <kova_checker *call>
+consteval kova_checker *bound() {
+  return call;
+}
+template <kova_wan_device_getter *call>
+consteval kova_getter *bound() {
+  return [](char *buf, unsigned int buflen) { return call(1, buf, buflen); };
+}
+template <kova_wan_connection_getter *call>
+consteval kova_getter *bound() {
+  return [](char *buf, unsigned int buflen) { return call(1, 1, buf, buflen); };
+}
+template <kova_ip_connection_getter *call>
+consteval kova_getter *bound() {
+  return [](char *buf, unsigned int buflen) { return call(1, 1, 1, buf, buflen); };
+}
+template <kova_ip_connection_setter *call>
+consteval kova_setter *bound() {
+  return [](const char *value) { return call(1, 1, 1, value); };
+}
+
+} // namespace kova::model
 
 // clang-format off
-#define KOVA_ACCESSOR(function) {#function, &(function)}
+#define KOVA_ACCESSOR(function) {#function, ::kova::model::bound<&(function)>()}
 #define KOVA_ROW(path, type, access, get, set, check, unit, meaning) \
   {path, Type::type, Access::access, get, set, check, unit, meaning}
 
@@ -33,6 +68,11 @@ std::span<const Parameter> frame_rows();
 std::span<const Parameter> lan_rows();
 std::span<const Parameter> wifi_rows();
 std::span<const Parameter> wan_rows();
+std::span<const Parameter> wan_connection_rows();
+std::span<const Parameter> management_rows();
+std::span<const Parameter> device_info_rows();
+std::span<const Parameter> time_rows();
+std::span<const Parameter> radio_rows();
 std::span<const Parameter> diagnostics_rows();
 
 } // namespace kova::model

@@ -165,10 +165,12 @@ int get_interface_ip(const char *ifname, char *out, int outlen); /* dotted IPv4 
 /* Interface of the default route, or the empty text; out is zeroed by the caller. Always 0. */
 int get_default_route_if(char *out, int outlen);
 int check_net_interface(const char *ifname); /* 0: it exists, -1 */
-/* Host of "scheme://host[:port][/path]", at most 255 characters; 0, or -1 for a text that is empty or has no "//". */
+/* Host of "scheme://host[:port][/path]", at most 255 characters; 0, or -1 for a text that is empty or has
+ * no "//". */
 int get_hostname_from_http_url(const char *url, char *out, int outlen);
 int hostname_type(const char *host); /* 2: digits and dots only, 1: a name, -1: empty */
-/* Interface whose own network holds the IPv4 address: 0 found, 1 none does, -1 the kernel cannot tell or the address is empty. */
+/* Interface whose own network holds the IPv4 address: 0 found, 1 none does, -1 the kernel cannot tell or
+ * the address is empty. */
 int get_route_ifname(const char *ip, char *out, int outlen);
 int getLanSpeed(const char *ifname); /* Mbit/s, -1 without a link */
 const char *getLanIfName(void);      /* the LAN bridge */

@@ -53,7 +53,8 @@ const char *pvcl_slot_value(const PendingValue *slot); /* never NULL */
 
 /* Judges the parked values together, acts on what follows from their combination, and empties the list. 0,
  * or -1 when a group is refused: the names of its parameters are then appended to faultNames, separated by
- * ";" (none when the stored operation mode cannot be loaded). faultNamesSize bounds the names of the WAN/APN group only: give room for all names of the request. */
+ * ";" (none when the stored operation mode cannot be loaded). faultNamesSize bounds the names of the
+ * WAN/APN group only: give room for all names of the request. */
 int kovaCheckTR069ParameterValues(char *faultNames, int faultNamesSize);
 
 KOVA_END_EXPORTS

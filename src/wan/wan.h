@@ -1,4 +1,4 @@
-/* wan: the eight APN profiles, the operation mode and the VPN.
+/* wan: the eight APN profiles, the operation mode and the VPN, the WAN connection, DMZ and SIP ALG.
  *
  * An APN profile's leaves live in the configuration tree: a getter answers -1 when the tree or the leaf
  * cannot be read, and "" is a stored empty text. The other settings live in the key/value store. */
@@ -56,7 +56,8 @@ typedef struct {
 int getApnCfgFromNvram(ApnRule records[8]);
 /* The rules answer 0 when they hold, else -1. */
 int have_data_bear_type(const ApnRule records[8]); /* one of profiles 1 .. 7 is an enabled data bearer */
-/* No bearer use twice among enabled profiles, but for 3; for 0 in mode 3 and with layer-2 GRE; mode 1 is free. */
+/* No bearer use twice among enabled profiles, but for 3; for 0 in mode 3 and with layer-2 GRE; mode 1 is
+ * free. */
 int check_apn_bear_type(const OperMode *opmode, const ApnRule records[8]);
 /* In mode 3: no bridge VLAN twice among enabled data bearers. */
 int check_vlan_id(const OperMode *opmode, const ApnRule records[8]);
@@ -95,6 +96,56 @@ kova_getter kovaGetOperModeApply; /* leaves the buffer as it is */
 /* 0, or -1 when a setting that the stored mode needs is missing or wrong. */
 int kovaTr069CheckOperModeNvram(void);
 int tarnIsL3Vpn(void); /* 1: the stored VPN is a layer-3 one, else 0 */
+
+/* ---- WAN device and connection ------------------------------------------------------------------------- */
+
+/* The LTE uplink is WAN device 1 with connection 1 and IP connection 1: any other index answers -1. */
+typedef int kova_wan_device_getter(int dev, char *buf, unsigned int buflen);
+typedef int kova_wan_connection_getter(int dev, int conn, char *buf, unsigned int buflen);
+typedef int kova_ip_connection_getter(int dev, int conn, int ipconn, char *buf, unsigned int buflen);
+typedef int kova_ip_connection_setter(int dev, int conn, int ipconn, const char *value);
+
+kova_getter kovaGetTR069ManageableDeviceNumberOfEntries, kovaGetTR069LANDeviceNumberOfEntries,
+    kovaGetTR069WANDeviceNumberOfEntries;
+kova_wan_device_getter kovaGetWANDeviceWANConnectionNumberOfEntries, kovaGetWANDeviceEnabledForInternet,
+    kovaGetWANDeviceWANAccessType, kovaGetWANDeviceLayer1UpstreamMaxBitRate,
+    kovaGetWANDeviceLayer1DownstreamMaxBitRate;
+kova_wan_connection_getter kovaGetWANConnectionIPConnectionNumberOfEntries;
+kova_getter kovaGetWANDevicePhysicalLinkStatus; /* "Up" or "Down" */
+/* Traffic of the current data interface as plain numbers, and of the LTE uplink (byte counts with units,
+ * "12 KB"). */
+kova_wan_device_getter kovaGetWANDeviceTotalBytesSent, kovaGetWANDeviceTotalBytesReceived,
+    kovaGetWANDeviceTotalPacketsSent, kovaGetWANDeviceTotalPacketsReceived;
+kova_getter kovaGetWANTotalBytesSent, kovaGetWANTotalBytesReceived, kovaGetWANTotalPacketsSent,
+    kovaGetWANTotalPacketsReceived;
+kova_getter kovaGetTR069WANConnectionConnectionStatus; /* "Off" .. "Connected" .. "Scanned" */
+/* Of the interface over which the management server is reached; "" while there is none. The mask answers
+ * -1 then; the MAC address is "" also while not connected. */
+kova_getter kovaGetTR069WANConnectionMACAddress, kovaGetTR069WANIPAddress, kovaGetTR069WANSubnetMask,
+    kovaGetTR069WANGatewayAddress;
+kova_ip_connection_getter kovaGetWANConnectionExternalIPAddress;
+kova_getter kovaGetTR069WANConnectionExternalIPAddress, kovaGetWANConnectionSubnetMask;
+kova_getter kovaGetWANConnectionX_MTU;
+kova_setter kovaSetWANConnectionX_MTU;
+/* Writes the name of the interface over which the management server is reached; "" when there is none. */
+void _getInfNameOfTr069Conn(char *out, int len);
+
+/* ---- DMZ and SIP ALG ----------------------------------------------------------------------------------- */
+
+/* Switches are "true" and "false"; the first two getters answer -1 while nothing is stored. The first two
+ * setters are refused in router mode, and the host while the DMZ is off. Every accepted setting is
+ * announced to the firewall. */
+kova_ip_connection_getter kovaGetWANConnectionDMZEnable, kovaGetWANConnectionDMZHostIPAddress,
+    kovaGetWANConnectionDMZAvoidRemoteManagement;
+kova_ip_connection_setter kovaSetWANConnectionDMZEnable, kovaSetWANConnectionDMZHostIPAddress,
+    kovaSetWANConnectionDMZAvoidRemoteManagement;
+/* The same settings as stored ("1", "0"), in any operation mode; the NAT service of the VPN mode is
+ * restarted. */
+kova_getter getTR069DMZEnable, getTR069DMZHostAddress;
+kova_setter setTR069DMZEnable, setTR069DMZHostAddress;
+kova_getter kovaGetALGSIPEnable;
+kova_setter kovaSetALGSIPEnable;     /* "0" or "1" */
+int _notifyFirewallNatChanged(void); /* announces changed NAT settings; always 0 */
 
 KOVA_END_EXPORTS
 

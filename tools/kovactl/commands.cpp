@@ -1,6 +1,7 @@
 #include "kovactl/commands.hpp"
 
 #include "device/device.hpp"
+#include "frame/frame.h"
 #include "kovactl/diagnostics_tests.hpp"
 #include "kovactl/paths.hpp"
 #include "kovactl/report.hpp"
@@ -14,6 +15,11 @@ void boot(const Output &output) {
   const bool existed = device::status().created;
   device::ensure_booted();
   if (!existed) output.note("created a virtual device in " + device::status().directory.string());
+}
+
+void start_agent(const Output &output) {
+  boot(output);
+  init_parameters();
 }
 
 ExitStatus show_paths(const Output &output, const std::set<std::string> &paths) {
@@ -65,6 +71,13 @@ Command on_device(const Command &command) {
   };
 }
 
+Command on_agent(const Command &command) {
+  return [command](const Output &output, const Arguments &arguments) {
+    start_agent(output);
+    return command(output, arguments);
+  };
+}
+
 std::vector<Assignment> parsed_assignments(const Arguments &arguments) {
   std::vector<Assignment> assignments;
   for (const std::string &text : arguments.assignments)
@@ -83,7 +96,7 @@ ExitStatus get(const Output &output, const Arguments &arguments) {
 
 ExitStatus set(const Output &output, const Arguments &arguments) {
   const std::vector<Assignment> request = requested_assignments(arguments);
-  boot(output);
+  start_agent(output);
   Aftermath aftermath;
   if (arguments.with_tests) {
     aftermath.tests = tests_asked_for(request);

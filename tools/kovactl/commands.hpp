@@ -33,6 +33,8 @@ using Command = std::function<ExitStatus(const Output &, const Arguments &)>;
 
 // A command that works on a running device: boots it, and creates it on first use.
 Command on_device(const Command &command);
+// One that acts as an agent: does what an agent does once when it starts, too.
+Command on_agent(const Command &command);
 
 ExitStatus get(const Output &output, const Arguments &arguments);
 ExitStatus set(const Output &output, const Arguments &arguments);

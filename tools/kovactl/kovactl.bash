@@ -40,7 +40,8 @@ _kovactl() {
   fi
 
   case $command in
-    '') COMPREPLY=($(compgen -W "get set list device log nvram tree completion" -- "$cur")) ;;
+    '') COMPREPLY=($(compgen -W "get set list settings device log nvram tree completion" -- "$cur")) ;;
+    settings) [[ -n $sub ]] || COMPREPLY=($(compgen -W "backup restore" -- "$cur")) ;;
     device) [[ -n $sub ]] || COMPREPLY=($(compgen -W "up down reset status" -- "$cur")) ;;
     nvram) [[ -n $sub ]] || COMPREPLY=($(compgen -W "get set unset list" -- "$cur")) ;;
     tree) [[ -n $sub ]] || COMPREPLY=($(compgen -W "get set list" -- "$cur")) ;;

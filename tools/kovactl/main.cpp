@@ -3,6 +3,7 @@
 #include "frame/frame.h"
 #include "kovactl/commands.hpp"
 #include "kovactl/completion.hpp"
+#include "kovactl/settings.hpp"
 #include "kovactl/stores.hpp"
 #include "platform/host/device_dir.hpp"
 
@@ -32,6 +33,7 @@ public:
           return text.empty() ? std::string("it is empty") : std::string();
         });
     add_parameters();
+    add_settings();
     add_device();
     add_stores();
     add_completion();
@@ -98,7 +100,7 @@ private:
   }
 
   void add_parameters() {
-    take_names(add(app_, "get", "Show values of parameters", on_device(get)), "PATH",
+    take_names(add(app_, "get", "Show values of parameters", on_agent(get)), "PATH",
                "Parameters; a path that ends in \".\" is a whole branch, \"\" is everything");
     CLI::App *set_command = add(app_, "set", "Change parameters in one request", set);
     take_assignments(set_command, "PATH=VALUE")
@@ -121,6 +123,14 @@ private:
     list_command->add_flag("--writable", arguments_.writable_only, "Only parameters that can be set");
     list_command->add_flag("--paths", arguments_.paths_only,
                            "Only what may follow PREFIX, one level: for completion");
+  }
+
+  void add_settings() {
+    CLI::App *settings = add_group("settings", "The management server's settings");
+    add(*settings, "backup", "Keep them in a file, so that a configuration reset does not lose them",
+        on_agent([](const Output &output, const Arguments &) { return back_up_settings(output); }));
+    add(*settings, "restore", "Put back those that were kept; the file is removed",
+        on_agent([](const Output &output, const Arguments &) { return restore_settings(output); }));
   }
 
   void add_device() {

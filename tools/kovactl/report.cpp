@@ -3,6 +3,7 @@
 #include "kovactl/device_log.hpp"
 
 #include <algorithm>
+#include <sstream>
 
 namespace kova::ctl {
 namespace {
@@ -40,8 +41,14 @@ Json as_array(const Range &items) {
 
 Table as_table(std::span<const Value> values) {
   Table table;
-  for (const Value &value : values)
-    table.push_back({{std::string(value.parameter->path)}, {value.text, Style::Bold}});
+  for (const Value &value : values) {
+    std::istringstream lines(value.text); // further lines stand below the first
+    std::string line;
+    std::getline(lines, line);
+    table.push_back({{std::string(value.parameter->path)}, {line, Style::Bold}});
+    while (std::getline(lines, line))
+      table.push_back({{""}, {line, Style::Bold}});
+  }
   return table;
 }
 

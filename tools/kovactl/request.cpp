@@ -2,13 +2,13 @@
 
 #include "kovactl/output.hpp"
 #include "kovactl/paths.hpp"
+#include "management/management.h"
 #include "transaction/transaction.h"
 
 #include <fcntl.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <array>
 #include <cstdio>
 #include <iostream>
 #include <unordered_map>
@@ -52,9 +52,15 @@ Fault unknown_parameter(const std::string &path) {
   return unknown_path(path, likely.ends_with('.') ? "" : likely);
 }
 
+// The getter of the log appends all of it, whatever room it is told of.
+unsigned int room_for(const model::Parameter &parameter) {
+  return parameter.get.call == kovaGetTR069DeviceLog ? 1U << 20 : 4096;
+}
+
 void read_into(Reading &reading, const model::Parameter &parameter) {
-  std::array<char, 4097> buffer{}; // a getter may leave it untouched, or fill it without a terminator
-  if (parameter.get && parameter.get.call(buffer.data(), buffer.size() - 1) != 0)
+  const unsigned int room = room_for(parameter);
+  std::vector<char> buffer(room + 1); // a getter may leave it untouched, or fill it without a terminator
+  if (parameter.get && parameter.get.call(buffer.data(), room) != 0)
     reading.faults.push_back(
         {std::string(parameter.path), FaultCode::InternalError, "the device cannot tell it now"});
   else
