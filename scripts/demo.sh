@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Installs what is needed, builds the release, boots a virtual device and moves its LAN: the main job, shown.
+# Installs what is needed, builds the release, boots a virtual device, moves its LAN and runs a ping test: the main job,
+# shown.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -38,3 +39,10 @@ show kovactl log
 say "A request whose pool misses the subnet is refused as a whole"
 show kovactl set $lan.IPAddress=192.168.9.1 $lan.DHCPPoolStart=192.168.8.100 $lan.DHCPPoolEnd=192.168.8.200
 show kovactl get $lan.IPAddress $lan.DHCPPoolStart $lan.DHCPPoolEnd
+
+say "A diagnostics test that really runs"
+ping=InternetGatewayDevice.IPPingDiagnostics
+show kovactl set --wait $ping.Host=127.0.0.1 $ping.NumberOfRepetitions=3 $ping.DiagnosticsState=Requested
+
+say "The radio, as the device's own feed publishes it"
+show kovactl get InternetGatewayDevice.X_KOVA_LTE.Cell.

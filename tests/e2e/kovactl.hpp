@@ -35,6 +35,7 @@ protected:
     directory_ = name;
     setenv("KOVA_DEVICE", device().c_str(), 1);
     unsetenv("NO_COLOR");
+    setenv("KOVA_FEED", "off", 1); // which changes the store every second
   }
 
   void TearDown() override {
