@@ -4,11 +4,11 @@
  *
  * Build it against an installed library: see CMakeLists.txt beside it, or
  *   cc agent.c $(pkg-config --cflags --libs kova) */
-#include <stdio.h>
-#include <string.h>
-
 #include "lan/lan.h"
 #include "transaction/transaction.h"
+
+#include <stdio.h>
+#include <string.h>
 
 struct parameter {
   const char *name;
