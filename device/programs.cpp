@@ -17,6 +17,11 @@ namespace {
 
 constexpr const char *stand_ins[] = {"brctl", "ifconfig", "kern",          "logger",
                                      "route", "sc",       "test_cpeevent", "ucfg"};
+// Stand-ins that are called by an absolute path.
+constexpr const char *placed_stand_ins[] = {
+    "/usr/bin/test_cpeevent",
+    "/etc/sysconfig/script/firewall_clear_rule.sh",
+};
 // Harmless programs of the host that shell lines of the device use.
 constexpr const char *host_tools[] = {"awk", "cat", "cp", "cut",   "grep", "head",
                                       "rm",  "sed", "sh", "sleep", "tr"};
@@ -36,7 +41,10 @@ std::optional<fs::path> find_host_tool(const char *name) {
   return std::nullopt;
 }
 
+// In place of what is there.
 void link(const fs::path &target, const fs::path &path) {
+  make_directories(path.parent_path());
+  remove_tree(path);
   on_path("cannot create", path, [&target](const auto &p, auto &e) {
     fs::create_symlink(target, p, e);
     return true;
@@ -67,10 +75,8 @@ void lay_out_programs() {
     else
       std::fprintf(stderr, "kova: this host has no %s; device commands that use it fail\n", name);
   }
-  const fs::path event_tool = on_device("/usr/bin/test_cpeevent");
-  make_directories(event_tool.parent_path());
-  remove_tree(event_tool);
-  link(stand_in, event_tool);
+  for (const char *path : placed_stand_ins)
+    link(stand_in, on_device(path));
   for (const char *name : stand_ins)
     link(stand_in, bin_dir() / name);
 }

@@ -2,8 +2,11 @@
 
 #include "platform/host/ipv4.hpp"
 
+#include <arpa/inet.h>
+
 #include <algorithm>
 #include <charconv>
+#include <string>
 #include <system_error>
 
 namespace kova::host {
@@ -11,6 +14,7 @@ namespace kova::host {
 namespace {
 
 constexpr int refused = -1; // by a rule that tells no faults apart
+constexpr std::size_t longest_stored = 255;
 
 bool digit(char c) {
   return c >= '0' && c <= '9';
@@ -49,6 +53,45 @@ bool is_host_name(std::string_view name) {
   }
 }
 
+// Takes the beginning off the text when it is the wanted one, letters of either case.
+bool take_scheme(std::string_view &text, std::string_view scheme) {
+  const bool begins = text.size() >= scheme.size() &&
+                      std::ranges::equal(text.substr(0, scheme.size()), scheme, [](char one, char other) {
+                        return (letter(one) ? one | 0x20 : one) == other;
+                      });
+  if (begins) text.remove_prefix(scheme.size());
+  return begins;
+}
+
+bool is_ipv6(std::string_view text) {
+  in6_addr address;
+  return inet_pton(AF_INET6, std::string(text).c_str(), &address) == 1;
+}
+
+// "server", "server:port"; an IPv6 address stands in brackets.
+bool is_web_server(std::string_view authority) {
+  bool known = false;
+  if (authority.starts_with('[')) {
+    const std::size_t end = std::min(authority.find(']'), authority.size() - 1);
+    known = authority[end] == ']' && is_ipv6(authority.substr(1, end - 1));
+    authority.remove_prefix(end + 1);
+  } else {
+    const std::size_t end = std::min(authority.find(':'), authority.size());
+    known = ServerAddressOrName{}.judge(authority.substr(0, end)) == accepted;
+    authority.remove_prefix(end);
+  }
+  if (!known || authority.empty()) return known;
+  return authority.front() == ':' && Number{1, 65535}.judge(authority.substr(1)) == accepted;
+}
+
+// The text against a form in which "A" stands for a capital letter, "9" for a digit, all else for itself.
+bool has_form(std::string_view text, std::string_view form) {
+  return std::ranges::equal(text, form, [](char c, char of_form) {
+    if (of_form == 'A') return c >= 'A' && c <= 'Z';
+    return of_form == '9' ? digit(c) : c == of_form;
+  });
+}
+
 } // namespace
 
 bool printable(char c) {
@@ -62,7 +105,7 @@ bool host_name_character(char c) {
 int Number::judge(std::string_view value) const {
   if (value.empty()) return empty;
   if (!std::ranges::all_of(value, digit)) return outside;
-  long number = 0;
+  std::int64_t number = 0;
   const auto parsed = std::from_chars(value.data(), value.data() + value.size(), number);
   return parsed.ec == std::errc() && number >= min && number <= max ? accepted : outside;
 }
@@ -73,12 +116,13 @@ int OneOf::judge(std::string_view value) const {
     if (word == value) return accepted;
     rest.remove_prefix(std::min(word.size() + 1, rest.size()));
   }
-  return refused;
+  return value.empty() ? empty_value : other;
 }
 
 int Text::judge(std::string_view value) const {
   const bool fits = value.size() >= min && value.size() <= max;
-  return fits && std::ranges::all_of(value, allowed) ? accepted : refused;
+  if (fits && std::ranges::all_of(value, allowed)) return accepted;
+  return value.empty() ? empty_value : other;
 }
 
 int WpaPassPhrase::judge(std::string_view value) const {
@@ -103,9 +147,27 @@ int Ipv4Netmask::judge(std::string_view value) const {
 }
 
 int ServerAddressOrName::judge(std::string_view value) const {
+  if (may_be_empty && value.empty()) return accepted;
   const bool has_letter = std::ranges::any_of(value, letter);
   if (!has_letter) return Ipv4Address{Ipv4Address::Of::server}.judge(value);
   return is_host_name(value) ? accepted : bad_format;
+}
+
+int WebUrl::judge(std::string_view value) const {
+  if (value.empty()) return empty_value;
+  const auto visible = [](char c) { return printable(c) && c != ' '; };
+  if (value.size() > longest_stored || !std::ranges::all_of(value, visible)) return bad_value;
+  if (!take_scheme(value, "http://") && !take_scheme(value, "https://")) return bad_value;
+  return is_web_server(value.substr(0, value.find_first_of("/?#"))) ? accepted : bad_value;
+}
+
+int TimeZone::judge(std::string_view value) const {
+  if (value.empty()) return empty_value;
+  for (const std::string_view form : {"AAA_099", "AAA_-99", "A_99:99", "A_-9:99"})
+    if (has_form(value, form)) return accepted;
+  const bool is_offset = has_form(value, "+99:99") || has_form(value, "-99:99");
+  const bool is_of_earth = is_offset && value.substr(1, 2) <= "14" && value.substr(4) <= "59";
+  return is_of_earth ? accepted : bad_value;
 }
 
 } // namespace kova::host

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string_view>
 
 namespace kova::host {
@@ -10,6 +11,7 @@ namespace kova::host {
 enum Code : int {
   accepted = 0,
   empty_value = -1, // also: any fault of a rule that tells none apart
+  bad_value = -2,
   bad_number = -2,
   bad_format = -3,
   bad_network = -4, // a netmask that is none, or an address outside the private networks
@@ -18,7 +20,7 @@ enum Code : int {
 
 // Decimal digits only.
 struct Number {
-  long min, max;
+  std::int64_t min, max;
   int empty = -1, outside = -1;
   int judge(std::string_view value) const;
 };
@@ -26,6 +28,7 @@ struct Number {
 // One of some words, which stand here separated by blanks.
 struct OneOf {
   std::string_view words;
+  int other = -1;
   int judge(std::string_view value) const;
 };
 
@@ -36,6 +39,7 @@ bool host_name_character(char c);
 struct Text {
   std::size_t min, max;
   CharacterClass allowed;
+  int other = -1;
   int judge(std::string_view value) const;
 };
 
@@ -56,6 +60,18 @@ struct Ipv4Netmask {
 
 // An address of a server, or a name: labels of letters, digits and inner hyphens.
 struct ServerAddressOrName {
+  bool may_be_empty = false;
+  int judge(std::string_view value) const;
+};
+
+// Of http or https, with a server's address or name and no user in front of it: who looks for the server's name would
+// take the user for it.
+struct WebUrl {
+  int judge(std::string_view value) const;
+};
+
+// A code as the web pages write it ("MEZ_001", "PST_-08", "A_04:30", "N_-3:30"), or an offset ("+13:30").
+struct TimeZone {
   int judge(std::string_view value) const;
 };
 

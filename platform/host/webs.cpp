@@ -2,6 +2,7 @@
 #include "platform/webs.h"
 
 #include "platform/host/ipv4.hpp"
+#include "platform/nvram.h"
 
 #include <charconv>
 #include <string_view>
@@ -42,6 +43,21 @@ int number_of(std::string_view text) {
   return parsed.ec == std::errc() && parsed.ptr == text.data() + text.size() ? number : -1;
 }
 
+uint32_t stored_address(const char *key) {
+  constexpr int configuration_section = 0;
+  char text[32] = "";
+  nvram_bufget_string(configuration_section, key, text, sizeof text);
+  return parse_quad(text).address;
+}
+
+// A host of the network other than the router, the network itself and the broadcast address.
+bool is_lan_client(uint32_t address) {
+  const uint32_t router = stored_address("lan_ip"), mask = stored_address("lan_netmask");
+  const uint32_t host = address & ~mask;
+  return kova::host::is_netmask(mask) && ((address ^ router) & mask) == 0 && address != router && host != 0 &&
+         host != ~mask;
+}
+
 } // namespace
 
 uint32_t websIP2Num(const char *ip) {
@@ -76,4 +92,18 @@ int CheckRFModeAndRate(const char *mode, const char *rate) {
   if (radio == nullptr || index < automatic || index > last) return incompatible;
   const bool spoken = index <= last_of_b ? radio->b : radio->g || radio->n;
   return spoken ? compatible : incompatible;
+}
+
+int webscheckScanMode(const char *code, const char *duplex) {
+  constexpr int valid = 0, bad_mode = -1, bad_duplex = -2;
+  const std::string_view mode = text_of(code), type = text_of(duplex);
+  if (mode.size() != 1 || mode < "1" || mode > "4") return bad_mode;
+  return type == "FDD" || type == "TDD" ? valid : bad_duplex;
+}
+
+int checkDMZParam(const char *ip) {
+  const auto host = parse_quad(text_of(ip));
+  const bool fits =
+      host.fault == QuadFault::none && kova::host::is_private(host.address) && is_lan_client(host.address);
+  return fits ? 0 : -1;
 }

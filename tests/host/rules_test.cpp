@@ -1,17 +1,9 @@
-#include "platform/nvram.h"
+#include "expect_rule.hpp"
 #include "temp_device.hpp"
 
-#include <initializer_list>
 #include <string>
 
 namespace {
-
-// What the rule (group, item) answers to each of the values.
-void expect(int code, int group, int item, std::initializer_list<std::string> values) {
-  for (const std::string &value : values)
-    EXPECT_EQ(code, tarn_check_param(group, value.c_str(), item))
-        << group << '/' << item << " \"" << value << '"';
-}
 
 constexpr int wifi = 1, lan = 3, operation_mode = 9, data_link = 30;
 
