@@ -6,7 +6,9 @@
 #include "device/layout.hpp"
 #include "device/log.hpp"
 #include "device/paths.hpp"
+#include "device/radio/feed.hpp"
 #include "device/service.hpp"
+#include "device/zone.hpp"
 #include "platform/host/nvram_admin.hpp"
 #include "platform/host/tree_admin.hpp"
 
@@ -130,19 +132,23 @@ void create() {
 
 void boot() {
   stop_service();
+  stop_feed();
   host::nvram_clear_section(runtime_section);
   host::nvram_store(runtime_facts());
+  store_posix_zone();
   lay_out_files();
   lay_out_programs();
   start_service();
+  settle_feed();
   write_mark(booted_mark(), host_boot());
   log_change("booted");
 }
 
 void stop() {
-  const bool was_up = is_booted() || service_pid();
+  const bool was_up = is_booted() || service_pid() || feed_pid();
   remove_tree(booted_mark());
   stop_service();
+  stop_feed();
   if (was_up) log_change("stopped");
 }
 
@@ -157,7 +163,9 @@ void bring_up(bool with_service) {
   if (!is_created()) create();
   if (!is_booted()) return boot();
   if (!programs_are_ours()) lay_out_programs();
-  if (!with_service || service_pid()) return;
+  if (!with_service) return;
+  settle_feed();
+  if (service_pid()) return;
   start_service();
   log_change("daemon restarted");
 }
@@ -165,7 +173,7 @@ void bring_up(bool with_service) {
 } // namespace
 
 Status status() {
-  return {host::device_dir(), is_created(), is_booted(), service_pid()};
+  return {host::device_dir(), is_created(), is_booted(), service_pid(), feed_pid()};
 }
 
 void up() {

@@ -1,6 +1,11 @@
 #include "device/factory.hpp"
 
+<<<<<<< HEAD
 #include "device/factory_firewall.hpp"
+=======
+#include "device/factory_tables.hpp"
+#include "device/radio/radio.hpp"
+>>>>>>> next
 #include "device/routes.hpp"
 #include "platform/nvram.h"
 
@@ -10,10 +15,6 @@ namespace kova::device {
 namespace {
 
 constexpr int persistent = 0, runtime = 9;
-
-struct Setting {
-  const char *key, *value;
-};
 
 // clang-format off
 constexpr Setting settings[] = {
@@ -112,8 +113,14 @@ std::vector<host::NvramEntry> factory_settings() {
   const auto add = [&entries](std::string key, std::string value) {
     entries.push_back({persistent, std::move(key), std::move(value)});
   };
-  for (const auto &[key, value] : settings)
-    add(key, value);
+  for (const std::span<const Setting> table :
+       {std::span<const Setting>(settings), identity_settings(), service_settings()})
+    for (const auto &[key, value] : table)
+      add(key, value);
+  for (const auto &[key, primary, secondary] : management_settings()) {
+    add(std::string("TR_") + key, primary);
+    add(std::string("S_TR_") + key, secondary);
+  }
   for (std::size_t i = 0; i < networks.size(); i++) {
     const std::string number = std::to_string(i) + "_";
     const Network &network = networks[i];
@@ -154,18 +161,32 @@ std::vector<std::pair<std::string, std::string>> factory_tree() {
     for (const auto &[leaf, text] : texts)
       leaves.emplace_back(node + leaf, text);
   }
+  for (const auto &[leaf, text] : cell_selection_leaves())
+    leaves.emplace_back(std::string("/tarn/cell_selection/") + leaf, text);
   return leaves;
 }
 
 std::vector<host::NvramEntry> runtime_facts() {
   std::vector<host::NvramEntry> entries;
-  for (const auto &[key, value] : facts)
-    entries.push_back({runtime, key, value});
+  const auto add = [&entries](const char *key, std::string value) {
+    entries.push_back({runtime, key, std::move(value)});
+  };
+  for (const std::span<const Setting> table : {std::span<const Setting>(facts), radio_facts()})
+    for (const auto &[key, value] : table)
+      add(key, value);
+  for (auto &reading : Radio().readings())
+    entries.push_back(std::move(reading));
   const std::string interface = default_interface();
-  entries.push_back({runtime, "curr_data_if", interface});
-  entries.push_back({runtime, "curr_mgmt_if", interface});
+  const auto [address, netmask] = address_of(interface);
+  add("curr_data_if", interface);
+  add("curr_mgmt_if", interface);
+  add("wan_ipaddr", address);
+  add("wan_netmask", netmask);
+  add("mgmt_ipaddr", address);
+  add("TR_UDPCR_PATH", address.empty() ? "" : address + ":7547");
+  add("S_TR_UDPCR_PATH", address.empty() ? "" : address + ":7550");
   // The host's up time at which the device's LTE connection came up: now.
-  entries.push_back({runtime, "lte_conn_uptime", std::to_string(tarn_get_uptime())});
+  add("lte_conn_uptime", std::to_string(tarn_get_uptime()));
   return entries;
 }
 

@@ -9,7 +9,7 @@
 //            "malformed", empty command and payload, and a "reason"
 //   event    "method" ("notify", "call", "is_busy"), "event" (the text)
 //   command  "program", "args" (array)
-//   device   "what" ("created", "booted", "stopped", "daemon restarted")
+//   device   "what" ("created", "booted", "stopped", "daemon restarted", and "clock synchronised" with the "server")
 // Bytes that are no UTF-8 stand in a text as "\\xff".
 #pragma once
 

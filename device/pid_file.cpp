@@ -41,7 +41,11 @@ PidFile::PidFile(const std::filesystem::path &path) : path_(path) {
 }
 
 PidFile::~PidFile() {
-  if (is_at(path_, file_.get())) unlink(path_.c_str());
+  if (stands()) unlink(path_.c_str());
+}
+
+bool PidFile::stands() const {
+  return is_at(path_, file_.get());
 }
 
 std::optional<pid_t> pid_file_owner(const std::filesystem::path &path) {

@@ -1,4 +1,4 @@
-// The pid file of the service daemon. It is locked as long as the daemon lives, so one left behind misleads nobody.
+// The pid file of a daemon. It is locked as long as the daemon lives, so one left behind misleads nobody.
 #pragma once
 
 #include "device/fd.hpp"
@@ -14,7 +14,8 @@ class PidFile {
 public:
   // Throws std::runtime_error when another process holds it.
   explicit PidFile(const std::filesystem::path &path);
-  ~PidFile(); // removes the file
+  ~PidFile();          // removes the file
+  bool stands() const; // false when somebody has removed it
   PidFile(const PidFile &) = delete;
   PidFile &operator=(const PidFile &) = delete;
 

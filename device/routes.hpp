@@ -1,4 +1,4 @@
-// The host's IPv4 routing table, which is what the device shows as its own.
+// The host's IPv4 routing table and addresses, which are what the device shows as its own.
 #pragma once
 
 #include <cstdint>
@@ -19,5 +19,10 @@ struct Route {
 std::vector<Route> host_routes();
 // Interface of the first default route, else the loopback interface.
 std::string default_interface();
+
+struct InterfaceAddress {
+  std::string address, netmask; // dotted; "" without one
+};
+InterfaceAddress address_of(const std::string &interface);
 
 } // namespace kova::device

@@ -21,6 +21,7 @@ namespace kova::device {
 namespace {
 
 constexpr auto patience = std::chrono::seconds(10);
+constexpr Daemon service{"kova-serviced", "serviced.pid", "serviced.log", "the service daemon"};
 
 // Input from nowhere, output (the daemon's first line) to the pipe, messages to a file.
 class SpawnActions {
@@ -75,9 +76,9 @@ std::string first_line(int fd) {
   return line;
 }
 
-bool ends_within_patience(pid_t pid) {
+bool ends_within_patience(const Daemon &daemon, pid_t pid) {
   const auto deadline = std::chrono::steady_clock::now() + patience;
-  while (service_pid() == pid) {
+  while (daemon_pid(daemon) == pid) {
     if (std::chrono::steady_clock::now() > deadline) return false;
     std::this_thread::sleep_for(std::chrono::milliseconds(5));
   }
@@ -85,13 +86,13 @@ bool ends_within_patience(pid_t pid) {
 }
 
 // "ready", or what went wrong.
-std::string start_once() {
+std::string start_once(const Daemon &daemon) {
   int ends[2];
   if (pipe2(ends, O_CLOEXEC) != 0) fail("cannot create a pipe");
   const Fd reading(ends[0]);
   Fd writing(ends[1]);
-  const std::string messages = log_dir() / "serviced.log";
-  spawn(helper_program("kova-serviced"), SpawnActions(writing.get(), messages));
+  const std::string messages = log_dir() / daemon.messages;
+  spawn(helper_program(daemon.program), SpawnActions(writing.get(), messages));
   writing.close();
   const std::string answer = first_line(reading.get());
   return answer.empty() ? "see " + messages : answer;
@@ -99,30 +100,41 @@ std::string start_once() {
 
 } // namespace
 
+std::optional<pid_t> daemon_pid(const Daemon &daemon) {
+  return pid_file_owner(run_dir() / daemon.pid_file);
+}
+
+void start_daemon(const Daemon &daemon) {
+  std::string answer = start_once(daemon);
+  if (answer != "ready" && daemon_pid(daemon)) {
+    // One that was still on its way, its starter having been killed, came first.
+    stop_daemon(daemon);
+    answer = start_once(daemon);
+  }
+  if (answer != "ready") throw std::runtime_error(std::string(daemon.what) + " does not come up: " + answer);
+}
+
+void stop_daemon(const Daemon &daemon) {
+  if (const auto pid = daemon_pid(daemon)) {
+    kill(*pid, SIGTERM);
+    if (!ends_within_patience(daemon, *pid)) kill(*pid, SIGKILL);
+    if (!ends_within_patience(daemon, *pid))
+      fail(std::string(daemon.what) + " (process " + std::to_string(*pid) + ") does not end");
+  }
+  remove_tree(run_dir() / daemon.pid_file); // one that was killed has left it
+}
+
 std::optional<pid_t> service_pid() {
-  return pid_file_owner(pid_file());
+  return daemon_pid(service);
 }
 
 void start_service() {
-  std::string answer = start_once();
-  if (answer != "ready" && service_pid()) {
-    // One that was still on its way, its starter having been killed, came first.
-    stop_service();
-    answer = start_once();
-  }
-  if (answer != "ready") throw std::runtime_error("the service daemon does not come up: " + answer);
+  start_daemon(service);
 }
 
 void stop_service() {
-  if (const auto pid = service_pid()) {
-    kill(*pid, SIGTERM);
-    if (!ends_within_patience(*pid)) kill(*pid, SIGKILL);
-    if (!ends_within_patience(*pid))
-      fail("the service daemon (process " + std::to_string(*pid) + ") does not end");
-  }
-  // A daemon that was killed has left these.
-  remove_tree(pid_file());
-  remove_tree(on_device("/tmp/mrhd_socket"));
+  stop_daemon(service);
+  remove_tree(on_device("/tmp/mrhd_socket")); // likewise
 }
 
 } // namespace kova::device

@@ -1,4 +1,4 @@
-// The running service daemon, seen from outside.
+// The device's background programs, seen from outside.
 #pragma once
 
 #include <sys/types.h>
@@ -7,6 +7,17 @@
 
 namespace kova::device {
 
+struct Daemon {
+  const char *program, *pid_file, *messages; // the files below run/ and log/
+  const char *what;                          // for a person
+};
+std::optional<pid_t> daemon_pid(const Daemon &daemon);
+// Returns when it is ready. Throws std::runtime_error when it does not come up.
+void start_daemon(const Daemon &daemon);
+// Returns when it has ended and its pid file is gone.
+void stop_daemon(const Daemon &daemon);
+
+// The service daemon.
 std::optional<pid_t> service_pid();
 // Returns when the daemon listens. Throws std::runtime_error when it does not come up.
 void start_service();

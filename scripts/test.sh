@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# Installs what is needed, then checks the format, builds the dev and the release presets and runs the tests of both.
-#   scripts/test.sh [--quick]     --quick: without clang-tidy
+# Installs what is needed, then checks the format, builds the dev and the release presets and runs the tests of both, runs
+# the unit tests as a 32-bit big-endian program, and clang-tidy.
+#   scripts/test.sh [--quick]     --quick: without the last two
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -9,9 +10,12 @@ quick=false
 
 xargs -a scripts/build-packages.txt scripts/packages.sh
 xargs -a scripts/test-packages.txt scripts/packages.sh
+$quick || xargs -a scripts/cross-packages.txt scripts/packages.sh
 
 git ls-files '*.c' '*.h' '*.cpp' '*.hpp' | xargs clang-format --dry-run --Werror
-for preset in dev release; do
+presets=(dev release)
+$quick || presets+=(powerpc)
+for preset in "${presets[@]}"; do
   cmake --preset "$preset" -DBUILD_TESTING=ON >/dev/null
   cmake --build --preset "$preset"
   ctest --preset "$preset" -j "$(nproc)"

@@ -21,6 +21,7 @@ static const char *const device_paths[] = {
     "/var/log/.backup_settings",
     "/var/config/",
     "/etc/sysconfig/",
+    "/home/www/cgi-bin/maintenance.cgi",
     "/proc/net/arp",
     "/proc/wlan0*",
     "/usr/bin/test_cpeevent",

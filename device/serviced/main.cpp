@@ -1,22 +1,19 @@
 // The service daemon of the virtual device: accepts what agents ask of the device's services, and logs it.
+#include "device/background.hpp"
 #include "device/error.hpp"
 #include "device/log.hpp"
 #include "device/paths.hpp"
 #include "device/pid_file.hpp"
 #include "device/serviced/server.hpp"
 
-#include <fcntl.h>
 #include <nlohmann/json.hpp>
 #include <sys/epoll.h>
 #include <sys/inotify.h>
-#include <sys/signalfd.h>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>
 
-#include <csignal>
 #include <cstdio>
-#include <cstdlib>
 #include <string>
 
 namespace {
@@ -49,29 +46,6 @@ void log_malformed(pid_t client, const std::string &why) {
                       {"command", ""},
                       {"payload", ""},
                       {"reason", why}});
-}
-
-// Whoever started this program must not wait for the end of a file that only this daemon still holds open.
-void close_inherited_files() {
-  close_range(STDERR_FILENO + 1, ~0U, 0);
-}
-
-void leave_terminal_and_parent() {
-  const pid_t child = fork();
-  if (child < 0) device::fail("cannot fork");
-  if (child > 0) _exit(0);
-  setsid();
-}
-
-device::Fd end_signals() {
-  sigset_t signals;
-  sigemptyset(&signals);
-  for (const int number : {SIGTERM, SIGINT, SIGHUP}) {
-    std::signal(number, SIG_DFL);
-    sigaddset(&signals, number);
-  }
-  sigprocmask(SIG_BLOCK, &signals, nullptr);
-  return device::Fd(signalfd(-1, &signals, SFD_CLOEXEC));
 }
 
 // A daemon whose device was removed has no more to do, and nobody would find it to end it. The directory of the stores
@@ -107,18 +81,12 @@ device::Fd listen_on_socket() {
   return listener;
 }
 
-// Tells the starting process, which reads the first line, that all is well; later output goes to the messages.
-void announce_ready() {
-  std::puts("ready");
-  std::fflush(stdout);
-  dup2(STDERR_FILENO, STDOUT_FILENO);
-}
-
 void serve() {
   const device::PidFile pid_file(device::pid_file());
-  const device::Fd signals = end_signals(), removal = removal_of_device(), stop = either(signals, removal);
+  const device::Fd signals = device::end_signals(), removal = removal_of_device(),
+                   stop = either(signals, removal);
   const device::Fd listener = listen_on_socket();
-  announce_ready();
+  device::announce_ready();
   device::Server(listener.get(), stop.get(), {log_request, log_malformed}, {}).run();
   unlink(socket_name);
 }
@@ -126,21 +94,5 @@ void serve() {
 } // namespace
 
 int main(int argc, char **argv) {
-  const bool foreground = argc == 2 && std::string_view(argv[1]) == "--foreground";
-  if (argc > 1 && !foreground) {
-    std::fputs("usage: kova-serviced [--foreground]\n", stderr);
-    return 2;
-  }
-  try {
-    close_inherited_files();
-    setenv("KOVA_DEVICE", host::device_dir().c_str(), 1); // stays the same in another working directory
-    if (!foreground) leave_terminal_and_parent();
-    serve();
-    return 0;
-  } catch (const std::exception &error) {
-    std::puts(error.what());
-    std::fflush(stdout);
-    std::fprintf(stderr, "kova-serviced: %s\n", error.what());
-    return 1;
-  }
+  return device::run_in_background("kova-serviced", argc, argv, serve);
 }

@@ -1,6 +1,8 @@
-// Stands for the device's programs: called by the name of one, it logs what that one was asked and does nothing else.
+// Stands for the device's programs: called by the name of one, it logs what that one was asked and, but for a few tools
+// whose answer others rely on, does nothing else.
 #include "device/log.hpp"
 #include "device/routes.hpp"
+#include "device/standin/tools.hpp"
 
 #include <arpa/inet.h>
 #include <nlohmann/json.hpp>
@@ -17,7 +19,7 @@ namespace {
 
 using namespace kova;
 
-using Arguments = std::vector<std::string>;
+using device::Arguments;
 
 // The process of the agent, where the path redirection tells; else whoever started this program.
 int asking_process() {
@@ -25,10 +27,9 @@ int asking_process() {
   return pid != nullptr ? std::atoi(pid) : getppid();
 }
 
-int log_command(const std::string &program, const Arguments &arguments) {
+void log_command(const std::string &program, const Arguments &arguments) {
   device::log_record(
       {{"kind", "command"}, {"pid", asking_process()}, {"program", program}, {"args", arguments}});
-  return 0;
 }
 
 int log_event(const Arguments &arguments) {
@@ -83,5 +84,8 @@ int main(int argc, char **argv) {
   // A look at the routes changes nothing and is no request to the device.
   if (program == "route" && arguments.empty()) return print_routes(false);
   if (program == "route" && arguments == Arguments{"-n"}) return print_routes(true);
-  return log_command(program, arguments);
+  log_command(program, arguments);
+  if (program == "ntp.sh") return device::run_ntp_script(asking_process(), arguments);
+  if (program == "maintenance.cgi") return device::run_maintenance(arguments);
+  return 0;
 }

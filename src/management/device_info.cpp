@@ -99,8 +99,8 @@ int kovaGetTR069UpTime(char *buf, unsigned int buflen) {
 
 int kovaGetTR069ConntionTime(char *buf, unsigned int buflen) {
   const long connected_at = std::atol(load(Section::runtime, "lte_conn_uptime")); // NOLINT(cert-err34-c)
-  const long connected_for = up_time() - connected_at;
-  return answer_number(connected_at > 0 && connected_for > 0 ? connected_for : 0, buf, buflen);
+  const long now = up_time();
+  return answer_number(connected_at > 0 && connected_at < now ? now - connected_at : 0, buf, buflen);
 }
 
 int kovaGetTR069MemoryStatusTotal(char *buf, unsigned int buflen) {

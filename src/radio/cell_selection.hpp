@@ -4,7 +4,9 @@
 #include "frame/text.hpp"
 #include "platform/ucfg.h"
 
+#include <cstdarg>
 #include <cstddef>
+#include <cstdio>
 
 namespace kova::radio {
 
@@ -60,15 +62,13 @@ struct GrowingText {
   char chars[size] = {};
   std::size_t length = 0;
   __attribute__((format(printf, 2, 3))) void add(const char *format, ...) {
-    char piece[64];
-    __builtin_va_list arguments;
-    __builtin_va_start(arguments, format);
-    const int wanted = __builtin_vsnprintf(piece, sizeof piece, format, arguments);
-    __builtin_va_end(arguments);
-    const auto more = static_cast<std::size_t>(wanted);
-    if (wanted < 0 || more >= sizeof piece || length + more >= size) return;
-    std::memcpy(chars + length, piece, more + 1);
-    length += more;
+    va_list arguments;
+    va_start(arguments, format);
+    const int wanted = std::vsnprintf(chars + length, size - length, format, arguments);
+    va_end(arguments);
+    if (wanted >= 0 && static_cast<std::size_t>(wanted) < size - length)
+      length += static_cast<std::size_t>(wanted);
+    chars[length] = '\0';
   }
 };
 
@@ -78,12 +78,16 @@ public:
   explicit ValueCopy(const char *value) : copy_(strdup(text_or_empty(value))) {}
   // The next piece between separators that is not empty; NULL at the end.
   char *next(const char *separators) {
-    return strtok_r(rest_ == nullptr ? copy_.writable() : nullptr, separators, &rest_);
+    char *from = started_ ? nullptr : copy_.writable();
+    const bool ended = started_ ? rest_ == nullptr : from == nullptr; // some libraries end with a null rest
+    started_ = true;
+    return ended ? nullptr : strtok_r(from, separators, &rest_);
   }
 
 private:
   OwnedText copy_;
   char *rest_ = nullptr;
+  bool started_ = false;
 };
 
 } // namespace kova::radio

@@ -59,7 +59,9 @@ private:
   void add_group(char *group) {
     char *rest = nullptr;
     const char *field = strtok_r(group, ",", &rest);
-    PreferredBand *preferred = field == nullptr ? nullptr : find(number(field));
+    const int band = field == nullptr ? 0 : number(field);
+    PreferredBand *preferred =
+        band == 0 ? nullptr : find(band); // 0 is no band: its slot would stay an empty one
     while (preferred != nullptr && (field = strtok_r(nullptr, ",", &rest)) != nullptr)
       if (!preferred->add(number(field))) break;
   }

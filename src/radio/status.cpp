@@ -72,7 +72,9 @@ int answer_mcs(const char *key, char *buf, unsigned int buflen) {
 int answer_kilohertz(const char *key, char *buf, unsigned int buflen) {
   const Text text = load(Section::runtime, key);
   if (text.empty() || equal(text, "-1") || equal(text, "N/A")) return answer("", buf, buflen);
-  return answer_number(std::atol(text) * 100, buf, buflen); // NOLINT(cert-err34-c)
+  const long frequency = std::strtol(text, nullptr, 10);
+  const bool fits = frequency > INT_MIN / 100 && frequency < INT_MAX / 100;
+  return answer_number(fits ? frequency * 100 : 0, buf, buflen);
 }
 
 // Published in kbit/s, as a decimal fraction, while there is a connection.
@@ -181,7 +183,7 @@ int getInternetDLEARFCN_vals(char *out, unsigned int outlen) {
     if (static_cast<long>(row->band) != band) continue;
     // The 0.1 keeps a product such as 4.9999 from ending one channel low.
     const double channels = (frequency - row->dl_low_freq) * 10.0 + 0.1;
-    if (channels < -1e6 || channels > 1e6) return -1;
+    if (!(channels >= -1e6 && channels <= 1e6)) return -1; // nor what is no number at all
     std::snprintf(out, outlen, "%d", static_cast<int>(channels) + static_cast<int>(row->dl_earfcn_low));
     return 0;
   }

@@ -29,6 +29,13 @@ bool copy_date_text(const char *text, char (&copy)[32]) {
   return true;
 }
 
+// A field's number, 0 for a text that is none; kept small enough to reckon with.
+int small_number(const char *field) {
+  constexpr long bound = 1000000;
+  const long number = std::strtol(field, nullptr, 10);
+  return static_cast<int>(number < -bound ? -bound : number > bound ? bound : number);
+}
+
 } // namespace
 
 KOVA_SETTING_GETTER(kovaGetDeviceTimeNTPServer, Section::config, "NTPServerIP")
@@ -77,7 +84,7 @@ int getDateTime(const char *text, struct tm *tm) {
   const char *field = strtok_r(copy, " -T:", &rest);
   for (int &number : fields) {
     if (field == nullptr) return -1;
-    number = std::atoi(field); // NOLINT(cert-err34-c): a field that is no number counts as 0
+    number = small_number(field);
     field = strtok_r(nullptr, "-T:", &rest);
   }
   *tm = {};

@@ -49,9 +49,10 @@ Text default_gateway(const char *ifname) {
   char line[256];
   while (gateway.empty() && std::fgets(line, sizeof line, table) != nullptr) {
     char name[64];
-    unsigned int destination = 0, via = 0, flags = 0; // addresses in the kernel's own byte order
-    if (std::sscanf(line, "%63s %x %x %x", name, &destination, &via, &flags) != 4) continue;
-    if (!equal(name, ifname) || destination != 0 || (flags & RTF_GATEWAY) == 0) continue;
+    unsigned int destination = 0, via = 0, flags = 0, mask = 0; // addresses in the kernel's own byte order
+    if (std::sscanf(line, "%63s %x %x %x %*s %*s %*s %x", name, &destination, &via, &flags, &mask) != 5)
+      continue;
+    if (!equal(name, ifname) || destination != 0 || mask != 0 || (flags & RTF_GATEWAY) == 0) continue;
     const in_addr address = {via};
     inet_ntop(AF_INET, &address, gateway.chars, Text::size);
   }

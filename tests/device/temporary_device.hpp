@@ -1,4 +1,5 @@
-// A device in a directory of its own, which goes with the test, and its daemon with it.
+// A device in a directory of its own, which goes with the test, and its daemon with it. Without the radio feed, unless
+// the test takes KOVA_FEED out of the environment.
 #pragma once
 
 #include "device/device.hpp"
@@ -27,6 +28,7 @@ public:
     if (mkdtemp(name.data()) == nullptr) throw std::runtime_error("mkdtemp");
     top_ = name;
     directory_ = top_ / below;
+    setenv("KOVA_FEED", "off", 1);
     select();
   }
   ~TemporaryDevice() {

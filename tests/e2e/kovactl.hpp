@@ -3,7 +3,9 @@
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
+#include <pty.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
 #include <cstdio>
 #include <cstdlib>
@@ -65,6 +67,23 @@ protected:
 
   Result run(const Words &words) const { return shell(command_line(words)); }
 
+  // What a person would see, results and messages together.
+  static std::string on_terminal(const std::string &command) {
+    int terminal = -1;
+    const pid_t child = forkpty(&terminal, nullptr, nullptr, nullptr);
+    if (child == 0) {
+      execl("/bin/sh", "sh", "-c", command.c_str(), nullptr);
+      _exit(127);
+    }
+    std::string text;
+    char buffer[4096];
+    for (ssize_t n; (n = ::read(terminal, buffer, sizeof buffer)) > 0;)
+      text.append(buffer, static_cast<size_t>(n));
+    close(terminal);
+    waitpid(child, nullptr, 0);
+    return text;
+  }
+
   Json json(Words words, int status = 0) const {
     words.insert(words.begin(), "--json");
     const Result result = run(words);
@@ -77,6 +96,20 @@ protected:
   std::string value(const std::string &path) const { return json({"get", path})["parameters"][0]["value"]; }
   std::string nvram(const std::string &key, int section = 0) const {
     return json({"nvram", "get", "-s", std::to_string(section), key})[0]["value"];
+  }
+
+  // The path of a new file with this content.
+  std::string file(const std::string &name, const std::string &text) const {
+    std::ofstream(directory_ / name, std::ios::binary) << text;
+    return directory_ / name;
+  }
+  // In the place of a program of the device; the path is that below its directory.
+  void replace_program(const std::string &path, const std::string &script) const {
+    const auto program = device() / path;
+    std::filesystem::create_directories(program.parent_path());
+    std::filesystem::remove(program);
+    std::ofstream(program) << "#!/bin/sh\n" << script << "\n";
+    std::filesystem::permissions(program, std::filesystem::perms::owner_all);
   }
 
   static std::string read(const std::filesystem::path &path) {

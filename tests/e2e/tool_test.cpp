@@ -1,8 +1,7 @@
 // kovactl itself: its device, its stores, its log, and how it answers.
 #include "kovactl.hpp"
 
-#include <pty.h>
-#include <unistd.h>
+#include <algorithm>
 
 namespace kova::e2e {
 namespace {
@@ -117,6 +116,63 @@ TEST_F(Tool, AnswersToHelpAndRefusesBadUsage) {
   EXPECT_FALSE(std::filesystem::exists(device()));
 }
 
+TEST_F(Tool, HelpsWithPathsThatAreNearlyRight) {
+  const std::string device = "InternetGatewayDevice.", ping = device + "IPPingDiagnostics.";
+  const struct {
+    std::string typed, meant; // "": nothing is like it
+  } cases[] = {
+      {"InternetGatewayDevice.IPPingDiagnostics", ping},
+      {"internetgatewaydevice.ippingdiagnostics.HOST", ping + "Host"},
+      {ping + "Hots", ping + "Host"},
+      {ping + "Host.", ping + "Host"},
+      {device + "IPPing", ping},
+      {ping + "Hst.Name", ""},
+      {device + "LANDevice.2.", ""},
+      {"Elsewhere", ""},
+  };
+  for (const auto &[typed, meant] : cases) {
+    const Json fault = json({"get", typed}, 1)["faults"][0];
+    EXPECT_EQ(fault.value("detail", ""), meant.empty() ? "" : "did you mean \"" + meant + "\"?") << typed;
+  }
+  const Json faults = json({"set", ping + "host=1", device + "IPPingDiagnostics=1"}, 1)["faults"];
+  EXPECT_EQ(faults[0]["detail"], "did you mean \"" + ping + "Host\"?");
+  EXPECT_FALSE(faults[1].contains("detail")) << "an object cannot be set";
+}
+
+// Only results are on standard output, and nothing of them in a file that took its place.
+TEST_F(Tool, KeepsStandardOutputToItself) {
+  run({"device", "up"});
+  replace_program("bin/test_cpeevent", "echo noise");
+  const std::string apply = "InternetGatewayDevice.LANDevice.1.LANHostConfigManagement.X_KOVA_Apply=1";
+  EXPECT_TRUE(json({"set", apply}).contains("parameters"));
+  EXPECT_EQ(run({"set", apply}).err, "noise\n");
+
+  run({"get", ""}); // some values are stored as they are read
+  const auto size = [&](const char *name) { return std::filesystem::file_size(device() / "store" / name); };
+  const auto data = size("nvram.mdb"), lock = size("nvram.mdb-lock");
+  for (const std::string redirection : {" >&-", " <&- >&-", " >/dev/full"}) {
+    const Result result = shell(command_line({"get", ""}) + redirection);
+    EXPECT_EQ(result.status, 1) << redirection;
+    EXPECT_NE(result.err.find("could not be written"), std::string::npos) << result.err;
+  }
+  EXPECT_EQ(size("nvram.mdb"), data);
+  EXPECT_EQ(size("nvram.mdb-lock"), lock);
+  EXPECT_EQ(shell(command_line({"list"}) + " | head -n 1").err, "");
+}
+
+TEST_F(Tool, FoldsAndShortensForThePerson) {
+  const std::string wide = on_terminal("stty cols 200; " + command_line({"list", address}));
+  const std::string narrow = on_terminal("stty cols 60; " + command_line({"list", address}));
+  EXPECT_EQ(std::ranges::count(wide, '\n'), 1) << wide;
+  EXPECT_EQ(std::ranges::count(narrow, '\n'), 2) << narrow;
+
+  const std::string err =
+      run({"set", address + "=1\n2", "Nothing=1", address + "=" + std::string(4000, 'x')}).err;
+  EXPECT_LT(err.size(), 500U) << err;
+  EXPECT_NE(err.find("4000"), std::string::npos) << err;
+  EXPECT_NE(run({"set", address + "=1\n2"}).err.find("\"1\\n2\""), std::string::npos);
+}
+
 TEST_F(Tool, ShowsTheLog) {
   run({"set", "InternetGatewayDevice.LANDevice.1.X_KOVA_LAN.DNSServer1=9.9.9.9", "--log"});
   const Json last = json({"log", "--tail", "1"});
@@ -154,22 +210,6 @@ TEST_F(Tool, CompletesPaths) {
             "InternetGatewayDevice.LANDevice.1.X_KOVA_LAN.SubnetMask\n");
   EXPECT_EQ(complete("set InternetGatewayDevice.LANDevice.1.X_KOVA_LAN.S"),
             "InternetGatewayDevice.LANDevice.1.X_KOVA_LAN.SubnetMask=\n");
-}
-
-std::string on_terminal(const std::string &command) {
-  int terminal = -1;
-  const pid_t child = forkpty(&terminal, nullptr, nullptr, nullptr);
-  if (child == 0) {
-    execl("/bin/sh", "sh", "-c", command.c_str(), nullptr);
-    _exit(127);
-  }
-  std::string text;
-  char buffer[4096];
-  for (ssize_t n; (n = ::read(terminal, buffer, sizeof buffer)) > 0;)
-    text.append(buffer, static_cast<size_t>(n));
-  close(terminal);
-  waitpid(child, nullptr, 0);
-  return text;
 }
 
 TEST_F(Tool, ColoursAndEscapesOnlyForATerminal) {

@@ -3,9 +3,11 @@
 #pragma once
 
 #include "frame/frame.h"
+#include "platform/lte.h"
 
 #include <gtest/gtest.h>
 
+#include <ctime>
 #include <functional>
 #include <map>
 #include <optional>
@@ -21,6 +23,7 @@ using Store = std::map<std::pair<int, std::string>, std::string>;
 struct Interface {
   std::string name, address, mask; // an empty address: the kernel knows none
   int speed = -1;                  // Mbit/s; -1: no link
+  std::string mac{};               // an empty address: none
 };
 
 struct Platform {
@@ -28,17 +31,21 @@ struct Platform {
   //   "nvram 0 lan_ip=192.168.1.1"   a value stored        "request 0x10000006 text"   sent to the service daemon
   //   "tree /tarn/...=1"             a leaf written         "run ifconfig eth0 up"      through system()
   //   "sleep 3"                                            "console ..."               console log
-  //   "tree open", "tree close"
+  //   "tree open", "tree close"                             "bracket start", "bracket end"   Init_Start, Init_End
   Strings done;
   Strings keys_read;   // "9 TR_PINGDIAG_STATE", every store read
-  Strings rules_asked; // "3/9 192.168.1.1", "mode/bandwidth 11N 1", "mode/rate 11N 12", "writable gre_type"
-  std::function<void()> watch; // called whenever the library reads a setting or does something
+  Strings rules_asked; // "3/9 192.168.1.1", "mode/bandwidth 11N 1", "mode/rate 11N 12", "writable gre_type",
+                       // "scan mode 1 FDD", "dmz 10.0.0.1"
+  std::function<void()>
+      watch; // called whenever the library reads a setting, asks about a band or does something
 
   Store nvram;
+  std::string refused_key;                 // the store does not take it
   std::map<std::string, std::string> tree; // by path without the leading "/"
   bool tree_opens = true;
   int tree_opened = 0;                      // opened minus closed
   std::map<std::string, bool> tree_refuses; // paths whose write fails
+  int tree_failure = -1;                    // what a failing call answers
 
   // The rule checker: what it answers; 0 unless scripted.
   std::function<int(int group, const std::string &value, int item)> rule;
@@ -46,10 +53,20 @@ struct Platform {
   int oper_mode_records = 0;                     // loaded minus deleted
   int oper_mode_loads = 100;                     // how many loads succeed
   int writable = 1;                              // OperMode_checkKeyWritableFromNvram
+  int scan_mode = 0, dmz_param = 0;              // webscheckScanMode, checkDMZParam
 
-  std::map<std::string, std::string> counters; // by "lan 10", "wan 2", "wlan 3"
+  // The LTE daemon's client: what was asked of it ("client", "list", "band 3", "earfcn 1300", "bye"), what it knows.
+  Strings lte_asked;
+  bool lte_daemon = true, lists_bands = true;
+  std::vector<uint16_t> bands;
+  std::map<int, BandInfo> band_records; // by the band that is asked for
+
+  std::map<std::string, std::string> counters; // by "lan 10", "wan 2", "wlan 3", "lte0 11"
   std::string mac;                             // of br0; empty: none
   long uptime = 1000;
+  bool knows_memory_and_uptime = true; // does sysinfo() succeed?
+  unsigned long total_ram = 0, free_ram = 0;
+  std::optional<std::time_t> now; // in place of the clock
 
   bool daemon = true;         // is the service daemon there?
   bool daemon_accepts = true; // does it take connections?
@@ -57,7 +74,15 @@ struct Platform {
   bool sockets = true, close_on_exec = true; // do socket() and the close-on-exec mark succeed?
   std::function<int(int milliseconds)> wait; // in place of poll()
   bool executable = true;                    // can the running executable be looked at?
+  int exit_status = 0;                       // of commands run through system()
   std::map<std::string, std::string> files;  // by device path
+  bool files_open = true;                    // can they be opened?
+  std::map<std::string, char> special_files; // 'd': a directory, 'p': a pipe that holds what the file would
+  Strings locks;                             // "exclusive", "exclusive at once", "unlock"
+  bool locked_by_another = false, lockable = true;
+  bool tokens_end_in_null =
+      false;              // strtok_r() forgets its place after the last token, as some C libraries do
+  int tokens_left = 1000; // how many it hands out then
   std::map<std::string, std::string> output; // of commands run through popen()
   std::vector<Interface> interfaces;
 

@@ -54,6 +54,14 @@ int list_interfaces(ifconf *list) {
   return 0;
 }
 
+int answer_mac(sockaddr &into, const std::string &mac) {
+  auto *byte = reinterpret_cast<unsigned char *>(into.sa_data);
+  return std::sscanf(mac.c_str(), "%hhx:%hhx:%hhx:%hhx:%hhx:%hhx", byte, byte + 1, byte + 2, byte + 3,
+                     byte + 4, byte + 5) == 6
+             ? 0
+             : -1;
+}
+
 } // namespace
 
 extern "C" {
@@ -76,6 +84,8 @@ int ioctl(int, unsigned long request, ...) noexcept {
     return answer_address(asked->ifr_addr, interface->address);
   case SIOCGIFNETMASK:
     return answer_address(asked->ifr_netmask, interface->mask);
+  case SIOCGIFHWADDR:
+    return answer_mac(asked->ifr_hwaddr, interface->mac);
   case SIOCETHTOOL:
     return answer_ethtool(*interface, asked->ifr_data);
   default:

@@ -7,6 +7,7 @@
 
 #include <arpa/inet.h>
 
+#include <algorithm>
 #include <cstdarg>
 #include <cstring>
 #include <filesystem>
@@ -113,6 +114,7 @@ char *nvram_bufget(int section, const char *key) {
 }
 
 int nvram_bufset(int section, const char *key, const char *value) {
+  if (key == platform.refused_key) return -1;
   did("nvram " + std::to_string(section) + " " + key + "=" + value);
   platform.nvram[{section, key}] = value;
   return 0;
@@ -141,7 +143,27 @@ int tarn_get_wlan_if_statistic(char *text, int size, int counter, int radio, int
   return copy_counter("wlan", counter, text, size);
 }
 
+static const Interface *find_interface(const std::string &name) {
+  const auto &all = platform.interfaces;
+  const auto found =
+      std::find_if(all.begin(), all.end(), [&](const auto &entry) { return entry.name == name; });
+  return found == all.end() ? nullptr : &*found;
+}
+
+long long tarn_get_if_statistic(const char *ifname, int counter) {
+  const auto found = platform.counters.find(std::string(ifname) + " " + std::to_string(counter));
+  return found == platform.counters.end() ? 0 : std::stoll(found->second);
+}
+
+int tarn_is_interface_exist(const char *ifname) {
+  return find_interface(ifname) != nullptr ? 0 : -1;
+}
+
 int tarn_getIfMac(const char *ifname, char *out, int size) {
+  if (const Interface *interface = find_interface(ifname); interface != nullptr && !interface->mac.empty()) {
+    std::snprintf(out, static_cast<std::size_t>(size), "%s", interface->mac.c_str());
+    return 0;
+  }
   if (std::strcmp(ifname, "br0") != 0 || platform.mac.empty()) return -1;
   std::snprintf(out, static_cast<std::size_t>(size), "%s", platform.mac.c_str());
   return 0;
@@ -159,7 +181,7 @@ void tarn_log_console(const char *format, ...) {
 // ---- libucfg
 
 int init_ucfg_ex() {
-  if (!platform.tree_opens) return -1;
+  if (!platform.tree_opens) return platform.tree_failure;
   did("tree open");
   ++platform.tree_opened;
   return 0;
@@ -168,13 +190,13 @@ int init_ucfg_ex() {
 int read_ucfg_xml(int, const char *path, char *dst) {
   platform.keys_read.push_back(path);
   const auto found = platform.tree.find(without_slash(path));
-  if (found == platform.tree.end()) return -1;
+  if (found == platform.tree.end()) return platform.tree_failure;
   std::snprintf(dst, 256, "%s", found->second.c_str());
   return 0;
 }
 
 int write_ucfg_xml(int, const char *path, const char *value) {
-  if (platform.tree_refuses[without_slash(path)]) return -1;
+  if (platform.tree_refuses[without_slash(path)]) return platform.tree_failure;
   did(std::string("tree ") + path + "=" + value);
   platform.tree[without_slash(path)] = value;
   return 0;
@@ -187,7 +209,68 @@ int deinit_ucfg_ex(int keep) {
   return 0;
 }
 
+int Init_Start() {
+  did("bracket start");
+  return 0;
+}
+
+int Init_End() {
+  did("bracket end");
+  return 0;
+}
+
+// ---- the LTE daemon's client
+
+struct lted_client {};
+
+lted_client *new_lted_client() {
+  platform.lte_asked.push_back("client");
+  return platform.lte_daemon ? new lted_client : nullptr;
+}
+
+void destory_lted_client(lted_client *client) {
+  platform.lte_asked.push_back("bye");
+  delete client;
+}
+
+int rrc_band_list_get(lted_client *, RrcBandList *list) {
+  platform.lte_asked.push_back("list");
+  if (!platform.lists_bands) return -1;
+  list->count = static_cast<uint8_t>(platform.bands.size());
+  std::copy(platform.bands.begin(), platform.bands.end(), list->band);
+  return 0;
+}
+
+int get_band_info(int band, BandInfo *info) {
+  platform.lte_asked.push_back("band " + std::to_string(band));
+  if (platform.watch) platform.watch();
+  const auto found = platform.band_records.find(band);
+  if (found == platform.band_records.end()) return -1;
+  *info = found->second;
+  return 0;
+}
+
+int get_band_info_by_earfcn(int earfcn, BandInfo *info) {
+  platform.lte_asked.push_back("earfcn " + std::to_string(earfcn));
+  for (const auto &[band, record] : platform.band_records)
+    if (earfcn >= record.earfcn_low && earfcn <= record.earfcn_high) {
+      *info = record;
+      return 0;
+    }
+  return -1;
+}
+
 // ---- the web-validation library
+
+int webscheckScanMode(const char *code, const char *duplex) {
+  platform.rules_asked.push_back(std::string("scan mode ") + code + " " + duplex);
+  return platform.scan_mode;
+}
+
+int checkDMZParam(const char *ip) {
+  platform.rules_asked.push_back(std::string("dmz ") + ip);
+  return platform.dmz_param;
+}
 
 uint32_t websIP2Num(const char *ip) {
   in_addr address;

@@ -4,8 +4,10 @@
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <poll.h>
+#include <sys/file.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
+#include <sys/sysinfo.h>
 #include <sys/un.h>
 #include <unistd.h>
 
@@ -13,6 +15,7 @@
 #include <cstdarg>
 #include <cstdio>
 #include <cstring>
+#include <ctime>
 #include <map>
 
 using fake::platform;
@@ -42,6 +45,42 @@ FILE *stream_of(const std::string &text) {
   return stream;
 }
 
+// A stream that keeps what is written to a device path.
+FILE *writer_to(const char *path) {
+  platform.files[path].clear();
+  const auto write = [](void *cookie, const char *data, std::size_t size) {
+    platform.files[*static_cast<std::string *>(cookie)].append(data, size);
+    return static_cast<ssize_t>(size);
+  };
+  const auto close = [](void *cookie) {
+    delete static_cast<std::string *>(cookie);
+    return 0;
+  };
+  return fopencookie(new std::string(path), "w", {nullptr, write, nullptr, close});
+}
+
+// A descriptor of a scripted device file; -1 when there is none.
+int open_device_file(const char *path, int flags) {
+  const auto found = platform.files.find(path);
+  errno = ENOENT;
+  if (found == platform.files.end() || !platform.files_open) return -1;
+  const auto special = platform.special_files.find(path);
+  const char kind = special == platform.special_files.end() ? 'f' : special->second;
+  if (kind == 'd') return libc<int(const char *, int, ...)>("open")("/", flags);
+  if (kind == 'p') {
+    EXPECT_TRUE(flags & O_NONBLOCK) << "could wait for ever";
+    int ends[2];
+    if (pipe(ends) != 0) return -1;
+    EXPECT_GE(write(ends[1], found->second.data(), found->second.size()), 0);
+    close(ends[1]);
+    return ends[0];
+  }
+  FILE *stream = stream_of(found->second);
+  const int fd = dup(fileno(stream));
+  std::fclose(stream);
+  return fd;
+}
+
 std::map<int, bool> daemon_connections; // by descriptor: has the client announced itself?
 
 } // namespace
@@ -50,7 +89,7 @@ extern "C" {
 
 int system(const char *command) {
   fake::did(std::string("run ") + command);
-  return 0;
+  return platform.exit_status << 8;
 }
 
 FILE *popen(const char *command, const char *) {
@@ -68,6 +107,8 @@ unsigned int sleep(unsigned int seconds) {
 }
 
 FILE *fopen(const char *path, const char *mode) {
+  if (is_device_path(path) && !platform.files_open) return nullptr;
+  if (is_device_path(path) && *mode == 'w') return writer_to(path);
   const auto found = platform.files.find(path);
   if (found != platform.files.end()) return stream_of(found->second);
   if (is_device_path(path)) {
@@ -81,6 +122,56 @@ int stat(const char *path, struct stat *facts) noexcept {
   errno = ENOENT;
   if (std::strcmp(path, daemon_socket) == 0) return platform.daemon ? 0 : -1;
   return platform.executable ? libc<int(const char *, struct stat *)>("stat")(path, facts) : -1;
+}
+
+int open(const char *path, int flags, ...) {
+  va_list arguments;
+  va_start(arguments, flags);
+  const auto mode = (flags & O_CREAT) != 0 ? va_arg(arguments, mode_t) : 0;
+  va_end(arguments);
+  return is_device_path(path) ? open_device_file(path, flags)
+                              : libc<int(const char *, int, ...)>("open")(path, flags, mode);
+}
+
+int access(const char *path, int mode) noexcept {
+  if (!is_device_path(path)) return libc<int(const char *, int)>("access")(path, mode);
+  return platform.files.contains(path) ? 0 : -1;
+}
+
+int flock(int, int operation) noexcept {
+  const bool at_once = (operation & LOCK_NB) != 0;
+  platform.locks.push_back((operation & ~LOCK_NB) == LOCK_UN ? "unlock"
+                           : at_once                         ? "exclusive at once"
+                                                             : "exclusive");
+  return platform.lockable && !(at_once && platform.locked_by_another) ? 0 : -1;
+}
+
+int sysinfo(struct sysinfo *facts) noexcept {
+  if (!platform.knows_memory_and_uptime) return -1;
+  *facts = {};
+  facts->uptime = platform.uptime;
+  facts->totalram = platform.total_ram;
+  facts->freeram = platform.free_ram;
+  facts->mem_unit = 4096;
+  return 0;
+}
+
+time_t time(time_t *into) noexcept {
+  timespec now;
+  clock_gettime(CLOCK_REALTIME, &now);
+  const time_t seconds = platform.now.value_or(now.tv_sec);
+  if (into != nullptr) *into = seconds;
+  return seconds;
+}
+
+char *strtok_r(char *text, const char *separators, char **rest) noexcept {
+  using Tokenizer = char *(char *, const char *, char **);
+  if (!platform.tokens_end_in_null) return libc<Tokenizer>("strtok_r")(text, separators, rest);
+  if (text == nullptr && *rest == nullptr) return nullptr;
+  if (--platform.tokens_left < 0) return nullptr;
+  char *token = libc<Tokenizer>("strtok_r")(text, separators, rest);
+  if (token == nullptr || **rest == '\0') *rest = nullptr;
+  return token;
 }
 
 int socket(int domain, int type, int protocol) noexcept {

@@ -43,6 +43,34 @@ TEST(Webs, RadioModeWithBandwidthAndRate) {
   EXPECT_EQ(0, CheckRFModeAndBW(nullptr, nullptr));
 }
 
+TEST(Webs, ScanModeWithDuplex) {
+  for (const char *duplex : {"FDD", "TDD"}) {
+    for (const char *code : {"1", "2", "3", "4"})
+      EXPECT_EQ(0, webscheckScanMode(code, duplex)) << code << duplex;
+    for (const char *code : {"", "0", "5", "11", "x"})
+      EXPECT_EQ(-1, webscheckScanMode(code, duplex)) << code << duplex;
+  }
+  for (const char *duplex : {"", "fdd", "FDDX"})
+    EXPECT_EQ(-2, webscheckScanMode("1", duplex)) << duplex;
+  EXPECT_EQ(-1, webscheckScanMode(nullptr, nullptr));
+}
+
+class DmzHost : public TempDevice {};
+
+TEST_F(DmzHost, IsAClientOfTheLan) {
+  EXPECT_GT(0, checkDMZParam("192.168.1.50")) << "without a LAN";
+  nvram_bufset(0, "lan_ip", "192.168.1.1");
+  nvram_bufset(0, "lan_netmask", "255.255.254.0");
+  for (const char *host : {"192.168.1.50", "192.168.0.255", "192.168.0.1"})
+    EXPECT_EQ(0, checkDMZParam(host)) << host;
+  for (const char *host : {"192.168.1.1", "192.168.0.0", "192.168.1.255", "192.168.2.1", "10.0.0.1",
+                           "8.8.8.8", "", "192.168.1", "192.168.1.50/24"})
+    EXPECT_GT(0, checkDMZParam(host)) << host;
+  EXPECT_GT(0, checkDMZParam(nullptr));
+  nvram_bufset(0, "lan_ip", "8.8.8.1");
+  EXPECT_GT(0, checkDMZParam("8.8.8.8")) << "of no private network";
+}
+
 class OperationMode : public TempDevice {};
 
 TEST_F(OperationMode, IsReadFromTheStore) {

@@ -1,6 +1,9 @@
 #include "kovactl/commands.hpp"
 
 #include "device/device.hpp"
+#include "frame/frame.h"
+#include "kovactl/diagnostics_tests.hpp"
+#include "kovactl/paths.hpp"
 #include "kovactl/report.hpp"
 
 #include <set>
@@ -14,14 +17,9 @@ void boot(const Output &output) {
   if (!existed) output.note("created a virtual device in " + device::status().directory.string());
 }
 
-// What a shell may put in the place of a half-typed path: one level further, branches with their ".".
-std::set<std::string> continuations(const std::vector<const model::Parameter *> &parameters, size_t typed) {
-  std::set<std::string> found;
-  for (const model::Parameter *parameter : parameters) {
-    const size_t dot = parameter->path.find('.', typed);
-    found.emplace(parameter->path.substr(0, dot == std::string_view::npos ? dot : dot + 1));
-  }
-  return found;
+void start_agent(const Output &output) {
+  boot(output);
+  init_parameters();
 }
 
 ExitStatus show_paths(const Output &output, const std::set<std::string> &paths) {
@@ -53,6 +51,17 @@ ExitStatus show_status(const Output &output) {
   return Success;
 }
 
+std::vector<Assignment> requested_assignments(const Arguments &arguments) {
+  std::vector<Assignment> request;
+  if (arguments.request_file) request = read_request(*arguments.request_file);
+  for (Assignment &assignment : parsed_assignments(arguments))
+    request.push_back(std::move(assignment));
+  if (request.empty())
+    throw UsageError(arguments.request_file ? "the request sets nothing"
+                                            : "PATH=VALUE or --file is required; see kovactl set --help");
+  return request;
+}
+
 } // namespace
 
 Command on_device(const Command &command) {
@@ -62,18 +71,18 @@ Command on_device(const Command &command) {
   };
 }
 
-std::vector<Assignment> parsed_assignments(const Arguments &arguments) {
-  std::vector<Assignment> assignments;
-  for (const std::string &text : arguments.assignments) {
-    const size_t equals = text.find('=');
-    assignments.push_back({text.substr(0, equals), text.substr(equals + 1)});
-  }
-  return assignments;
+Command on_agent(const Command &command) {
+  return [command](const Output &output, const Arguments &arguments) {
+    start_agent(output);
+    return command(output, arguments);
+  };
 }
 
-std::string assignment_rule(const std::string &text) {
-  const size_t equals = text.find('=');
-  return equals == 0 || equals == std::string::npos ? "\"" + text + "\" is not of the form NAME=VALUE" : "";
+std::vector<Assignment> parsed_assignments(const Arguments &arguments) {
+  std::vector<Assignment> assignments;
+  for (const std::string &text : arguments.assignments)
+    assignments.push_back(as_assignment(text));
+  return assignments;
 }
 
 std::string number_rule(const std::string &text) {
@@ -86,15 +95,29 @@ ExitStatus get(const Output &output, const Arguments &arguments) {
 }
 
 ExitStatus set(const Output &output, const Arguments &arguments) {
+  const std::vector<Assignment> request = requested_assignments(arguments);
+  start_agent(output);
+  Aftermath aftermath;
+  if (arguments.with_tests) {
+    aftermath.tests = tests_asked_for(request);
+    if (aftermath.tests.empty())
+      output.note("the request asks for no diagnostics test: there is nothing to wait for");
+  }
+  if (!aftermath.tests.empty() && !device::status().serviced)
+    return output.failure("no service daemon is running: the test will not start; nothing was stored");
+
   LogReader log(device::log_file());
   log.skip();
-  const Setting setting = set_values(parsed_assignments(arguments));
-  std::optional<std::vector<Json>> records;
+  const Setting setting = set_values(request);
+  if (setting.accepted)
+    await_tests(aftermath.tests, std::chrono::seconds(arguments.timeout), output);
+  else
+    aftermath.tests.clear();
   if (arguments.with_log) {
     await_service();
-    records = log.records();
+    aftermath.log = log.records();
   }
-  return report(output, setting, records);
+  return report(output, setting, aftermath);
 }
 
 ExitStatus list(const Output &output, const Arguments &arguments) {
@@ -103,7 +126,12 @@ ExitStatus list(const Output &output, const Arguments &arguments) {
   if (arguments.writable_only)
     std::erase_if(wanted, [](const auto *parameter) { return !parameter->writable(); });
   if (arguments.paths_only) return show_paths(output, continuations(wanted, arguments.prefix.size()));
-  if (wanted.empty()) return output.failure("no parameter begins with \"" + arguments.prefix + "\"");
+  if (wanted.empty()) {
+    const std::string likely = all.empty() ? likely_path(arguments.prefix) : "";
+    return output.failure("no " + std::string(all.empty() ? "" : "writable ") + "parameter begins with \"" +
+                          arguments.prefix + "\"" +
+                          (likely.empty() ? "" : "; did you mean \"" + likely + "\"?"));
+  }
   report(output, wanted);
   return Success;
 }

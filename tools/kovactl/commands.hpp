@@ -4,6 +4,7 @@
 #include "kovactl/device_log.hpp"
 #include "kovactl/output.hpp"
 #include "kovactl/request.hpp"
+#include "kovactl/request_text.hpp"
 
 #include <functional>
 #include <optional>
@@ -20,7 +21,9 @@ struct Arguments {
   std::vector<std::string> names;       // paths or keys
   std::vector<std::string> assignments; // NAME=VALUE
   std::string prefix;
-  bool with_log = false, paths_only = false, writable_only = false;
+  std::optional<std::string> request_file;
+  bool with_log = false, with_tests = false, paths_only = false, writable_only = false;
+  int timeout = 120;
   int section = 0;
   std::optional<int> listed_section;
   LogOptions log;
@@ -30,6 +33,8 @@ using Command = std::function<ExitStatus(const Output &, const Arguments &)>;
 
 // A command that works on a running device: boots it, and creates it on first use.
 Command on_device(const Command &command);
+// One that acts as an agent: does what an agent does once when it starts, too.
+Command on_agent(const Command &command);
 
 ExitStatus get(const Output &output, const Arguments &arguments);
 ExitStatus set(const Output &output, const Arguments &arguments);
@@ -38,8 +43,7 @@ ExitStatus list(const Output &output, const Arguments &arguments);
 Command device_command(void (*act)());
 
 std::vector<Assignment> parsed_assignments(const Arguments &arguments);
-// What is wrong with the text of an assignment or of a number, or "".
-std::string assignment_rule(const std::string &text);
+// What is wrong with the text of a number, or "".
 std::string number_rule(const std::string &text);
 
 } // namespace kova::ctl

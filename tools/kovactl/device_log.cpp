@@ -114,6 +114,7 @@ ExitStatus show_log(const Output &output, const std::filesystem::path &file, con
         output.print_line(record);
     else
       output.print(as_table(records));
+    if (!output.complete()) return Failure;
     std::this_thread::sleep_for(100ms);
   }
 }

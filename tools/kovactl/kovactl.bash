@@ -6,7 +6,7 @@ _kovactl() {
   for ((i = 1; i < COMP_CWORD; i++)); do
     word=${COMP_WORDS[i]}
     case $word in
-      --device | --tail | --section | -s) ((i++)) ;;
+      --device | --file | --timeout | --tail | --section | -s) ((i++)) ;;
       -*) ;;
       *)
         if [[ -z $command ]]; then
@@ -22,11 +22,15 @@ _kovactl() {
     compopt -o dirnames 2>/dev/null
     return
   fi
+  if [[ ${COMP_WORDS[COMP_CWORD - 1]} == --file ]]; then
+    compopt -o default 2>/dev/null
+    return
+  fi
   if [[ $cur == -* ]]; then
     local options="--json --secondary --device --help"
     case $command in
       '') options+=" --version" ;;
-      set) options+=" --log" ;;
+      set) options+=" --file --log --wait --timeout" ;;
       list) options+=" --writable --paths" ;;
       log) options+=" --tail --follow" ;;
       nvram) options+=" --section" ;;
@@ -36,7 +40,8 @@ _kovactl() {
   fi
 
   case $command in
-    '') COMPREPLY=($(compgen -W "get set list device log nvram tree completion" -- "$cur")) ;;
+    '') COMPREPLY=($(compgen -W "get set list settings device log nvram tree completion" -- "$cur")) ;;
+    settings) [[ -n $sub ]] || COMPREPLY=($(compgen -W "backup restore" -- "$cur")) ;;
     device) [[ -n $sub ]] || COMPREPLY=($(compgen -W "up down reset status" -- "$cur")) ;;
     nvram) [[ -n $sub ]] || COMPREPLY=($(compgen -W "get set unset list" -- "$cur")) ;;
     tree) [[ -n $sub ]] || COMPREPLY=($(compgen -W "get set list" -- "$cur")) ;;

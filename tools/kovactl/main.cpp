@@ -3,11 +3,14 @@
 #include "frame/frame.h"
 #include "kovactl/commands.hpp"
 #include "kovactl/completion.hpp"
+#include "kovactl/settings.hpp"
 #include "kovactl/stores.hpp"
 #include "platform/host/device_dir.hpp"
 
 #include <CLI/CLI.hpp>
+#include <fcntl.h>
 
+#include <cstdio>
 #include <cstdlib>
 #include <exception>
 #include <iostream>
@@ -30,21 +33,47 @@ public:
           return text.empty() ? std::string("it is empty") : std::string();
         });
     add_parameters();
+    add_settings();
     add_device();
     add_stores();
+    add_completion();
   }
 
-  void parse(int argc, char **argv) {
-    app_.parse(argc, argv);
-    if (!chosen_) throw CLI::RequiredError("A command");
-  }
+  void parse(int argc, char **argv) { app_.parse(argc, argv); }
+  bool complete() const { return static_cast<bool>(chosen_); }
   void answer(const CLI::Success &question) const { app_.exit(question); }
+  std::string help() const { return innermost().app->help(innermost().group); }
+
+  std::string mistake(const CLI::ParseError &error) const {
+    const auto [app, group] = innermost();
+    std::string text = error.what();
+    const auto unknown = app_.remaining(true);
+    if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::ExtrasError) && !unknown.empty()) {
+      const bool command = !chosen_ && !unknown.front().starts_with('-');
+      text =
+          (command ? "there is no command \"" : "unexpected argument \"") + shortened(unknown.front()) + "\"";
+    }
+    return text + "; see " + (group.empty() ? "" : group + " ") + app->get_name() + " --help";
+  }
   const Arguments &arguments() const { return arguments_; }
   ExitStatus run(const Output &output) const { return chosen_(output, arguments_); }
 
 private:
+  struct Innermost {
+    const CLI::App *app;
+    std::string group; // the words before its name
+  };
+  // The command that was asked for, as far as it was understood.
+  Innermost innermost() const {
+    Innermost found{&app_, ""};
+    for (auto inner = app_.get_subcommands(); !inner.empty(); inner = inner.front()->get_subcommands())
+      found = {inner.front(), found.group + (found.group.empty() ? "" : " ") + found.app->get_name()};
+    return found;
+  }
+
   CLI::App *add(CLI::App &group, const char *name, const char *help, const Command &command) {
     CLI::App *added = group.add_subcommand(name, help);
+    added->footer("Everywhere: --json, --secondary, --device DIR; see kovactl --help");
     added->callback([this, command] { chosen_ = command; });
     return added;
   }
@@ -59,8 +88,11 @@ private:
     command->add_option(name, arguments_.names, help)->required()->type_name("");
   }
 
-  void take_assignments(CLI::App *command, const char *name) {
-    command->add_option(name, arguments_.assignments)->required()->check(assignment_rule)->type_name("");
+  CLI::Option *take_assignments(CLI::App *command, const char *name) {
+    return command->add_option(name, arguments_.assignments)
+        ->required()
+        ->check(assignment_rule)
+        ->type_name("");
   }
 
   void take_prefix(CLI::App *command, const char *help) {
@@ -68,17 +100,37 @@ private:
   }
 
   void add_parameters() {
-    take_names(add(app_, "get", "Show values of parameters", on_device(get)), "PATH",
+    take_names(add(app_, "get", "Show values of parameters", on_agent(get)), "PATH",
                "Parameters; a path that ends in \".\" is a whole branch, \"\" is everything");
-    CLI::App *set_command = add(app_, "set", "Change parameters in one request", on_device(set));
-    take_assignments(set_command, "PATH=VALUE");
+    CLI::App *set_command = add(app_, "set", "Change parameters in one request", set);
+    take_assignments(set_command, "PATH=VALUE")
+        ->required(false)
+        ->description("These come after those of --file");
+    set_command
+        ->add_option("--file", arguments_.request_file,
+                     "Take the request from FILE, \"-\" is standard input: one PATH=VALUE a line, or JSON")
+        ->type_name("FILE");
     set_command->add_flag("--log", arguments_.with_log, "Then show what the device was asked to do");
+    CLI::Option *wait = set_command->add_flag("--wait", arguments_.with_tests,
+                                              "Wait for the diagnostics tests that the request asks for");
+    set_command->add_option("--timeout", arguments_.timeout, "Wait so long at most (default: 120)")
+        ->type_name("SECONDS")
+        ->needs(wait)
+        ->check(number_rule);
     CLI::App *list_command =
         add(app_, "list", "Show the parameters that there are, and what they mean", list);
     take_prefix(list_command, "Only the paths that begin so");
     list_command->add_flag("--writable", arguments_.writable_only, "Only parameters that can be set");
     list_command->add_flag("--paths", arguments_.paths_only,
                            "Only what may follow PREFIX, one level: for completion");
+  }
+
+  void add_settings() {
+    CLI::App *settings = add_group("settings", "The management server's settings");
+    add(*settings, "backup", "Keep them in a file, so that a configuration reset does not lose them",
+        on_agent([](const Output &output, const Arguments &) { return back_up_settings(output); }));
+    add(*settings, "restore", "Put back those that were kept; the file is removed",
+        on_agent([](const Output &output, const Arguments &) { return restore_settings(output); }));
   }
 
   void add_device() {
@@ -98,13 +150,6 @@ private:
         ->type_name("N")
         ->check(number_rule);
     log->add_flag("--follow", arguments_.log.follow, "Go on with what is asked from now on");
-
-    CLI::App *completion = add_group("completion", "Print a shell's completion script");
-    add(*completion, "bash", "For bash: source <(kovactl completion bash)",
-        [](const Output &, const Arguments &) {
-          std::cout << bash_completion;
-          return Success;
-        });
   }
 
   void add_stores() {
@@ -148,6 +193,15 @@ private:
                 "Only the leaves at or below this path");
   }
 
+  void add_completion() {
+    CLI::App *completion = add_group("completion", "Print a shell's completion script");
+    add(*completion, "bash", "For bash: source <(kovactl completion bash)",
+        [](const Output &, const Arguments &) {
+          std::cout << bash_completion;
+          return Success;
+        });
+  }
+
   CLI::App app_{"A small agent for the router's TR-069 data model, on a virtual device", "kovactl"};
   Arguments arguments_;
   Command chosen_;
@@ -172,11 +226,25 @@ ExitStatus run(const CommandLine &line) {
     choose_device(arguments.device);
     if (arguments.secondary) setSecondaryInstance();
     const ExitStatus status = line.run(output);
-    if (!std::cout.flush()) return output.failure("the result could not be written");
-    return status;
+    return output.complete() ? status : Failure;
+  } catch (const UsageError &error) {
+    return output.failure(error.what(), BadUsage);
   } catch (const std::exception &error) {
     return output.failure(error.what());
   }
+}
+
+ExitStatus ask_for_command(const CommandLine &line) {
+  const Output output(line.arguments().json);
+  if (output.json()) return output.failure("a command is required; see kovactl --help", BadUsage);
+  std::cerr << line.help();
+  return BadUsage;
+}
+
+// A file that is opened later must not get the number of a standard stream, and with it what is printed there.
+void occupy_standard_streams() {
+  for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
+    if (fcntl(stream, F_GETFD) < 0) open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY);
 }
 
 int run(int argc, char **argv) {
@@ -185,12 +253,11 @@ int run(int argc, char **argv) {
     line.parse(argc, argv);
   } catch (const CLI::Success &question) { // --help, --version
     line.answer(question);
-    return Success;
+    return Output(false).complete() ? Success : Failure;
   } catch (const CLI::ParseError &error) {
-    return Output(asks_for_json(argc, argv))
-        .failure(std::string(error.what()) + "; see kovactl --help", BadUsage);
+    return Output(asks_for_json(argc, argv)).failure(line.mistake(error), BadUsage);
   }
-  return run(line);
+  return line.complete() ? run(line) : ask_for_command(line);
 }
 
 } // namespace
@@ -198,6 +265,7 @@ int run(int argc, char **argv) {
 
 int main(int argc, char **argv) {
   try {
+    kova::ctl::occupy_standard_streams();
     return kova::ctl::run(argc, argv);
   } catch (const std::exception &error) {
     std::fprintf(stderr, "kovactl: %s\n", error.what());

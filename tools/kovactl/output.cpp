@@ -1,5 +1,6 @@
 #include "kovactl/output.hpp"
 
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -28,8 +29,38 @@ bool is_set(const char *variable) {
   return value && *value;
 }
 
+// 0 for what is not a terminal.
+size_t columns_of(int descriptor) {
+  if (isatty(descriptor) != 1) return 0;
+  winsize size{};
+  const bool known = ioctl(descriptor, TIOCGWINSZ, &size) == 0 && size.ws_col > 0;
+  return known ? size.ws_col : 80;
+}
+
 bool is_control(unsigned char c) {
   return c < 0x20 || c == 0x7f;
+}
+
+// A stored text must not drive the terminal, nor break a message into lines.
+std::string escaped(std::string_view text) {
+  static constexpr char digits[] = "0123456789abcdef";
+  std::string result;
+  for (const char c : text) {
+    const auto byte = static_cast<unsigned char>(c);
+    if (c == '\n')
+      result += "\\n";
+    else if (c == '\t')
+      result += "\\t";
+    else if (is_control(byte))
+      result.append("\\x").append({digits[byte >> 4], digits[byte & 15]});
+    else
+      result += c;
+  }
+  return result;
+}
+
+bool continues_character(char c) {
+  return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
 }
 
 // Texts of other bytes than UTF-8 are shown as far as they can be.
@@ -37,15 +68,57 @@ std::string dump(const Json &value, int indent) {
   return value.dump(indent, ' ', false, Json::error_handler_t::replace);
 }
 
+// Without the cells at the end of rows that say nothing.
+Table trimmed(const Table &table) {
+  Table cells = table;
+  for (auto &row : cells)
+    while (!row.empty() && row.back().text.empty())
+      row.pop_back();
+  return cells;
+}
+
+// Of the columns but the last of each row.
+std::vector<size_t> column_widths(const Table &table) {
+  std::vector<size_t> widths;
+  for (const auto &row : table) {
+    widths.resize(std::max(widths.size(), row.size()));
+    for (size_t i = 0; i + 1 < row.size(); ++i)
+      widths[i] = std::max(widths[i], row[i].text.size());
+  }
+  return widths;
+}
+
+constexpr size_t gap = 2;
+
+bool fits(const Table &table, const std::vector<size_t> &widths, size_t columns) {
+  return std::ranges::all_of(table, [&](const auto &row) {
+    size_t used = row.empty() ? 0 : row.back().text.size();
+    for (size_t i = 0; i + 1 < row.size(); ++i)
+      used += widths[i] + gap;
+    return used <= columns;
+  });
+}
+
 } // namespace
 
-Output::Output(bool json)
-    : json_(json), results_(open(STDOUT_FILENO, std::cout, json)),
-      messages_(open(STDERR_FILENO, std::cerr, json)) {}
+std::string shortened(const std::string &text) {
+  constexpr size_t longest = 80, beginning = 60;
+  if (text.size() <= longest) return text;
+  size_t cut = beginning;
+  while (cut > 0 && continues_character(text[cut]))
+    --cut;
+  return text.substr(0, cut) + "... (" + std::to_string(text.size()) + " bytes)";
+}
 
-Output::Stream Output::open(int descriptor, std::ostream &out, bool json) {
-  const bool terminal = isatty(descriptor) == 1;
-  return {out, terminal, terminal && !json && !is_set("NO_COLOR")};
+Output::Output(bool json)
+    : json_(json), results_(open(STDOUT_FILENO, std::cout)), messages_(open(STDERR_FILENO, std::cerr)) {
+  results_.escaped = results_.columns > 0; // what is no terminal receives a text as it is
+  if (json) results_.colour = messages_.colour = false;
+}
+
+Output::Stream Output::open(int descriptor, std::ostream &out) {
+  const size_t columns = columns_of(descriptor);
+  return {out, columns > 0 && !is_set("NO_COLOR"), true, columns};
 }
 
 void Output::print(const Json &value) const {
@@ -60,12 +133,16 @@ void Output::print(const Table &table) const {
   write(results_, table);
 }
 
+void Output::print_wide(const Table &table) const {
+  write(results_, table, true);
+}
+
 void Output::complain(const Table &table) const {
   write(messages_, table);
 }
 
 void Output::note(std::string_view text) const {
-  messages_.out << "kovactl: " << shown(messages_, text) << '\n';
+  messages_.out << "kovactl: " << escaped(text) << '\n';
 }
 
 ExitStatus Output::failure(std::string_view text, ExitStatus status) const {
@@ -76,43 +153,39 @@ ExitStatus Output::failure(std::string_view text, ExitStatus status) const {
   return status;
 }
 
-// A stored text must not drive the terminal; anything else receives it as it is.
-std::string Output::shown(const Stream &stream, std::string_view text) {
-  if (!stream.terminal) return std::string(text);
-  static constexpr char digits[] = "0123456789abcdef";
-  std::string escaped;
-  for (const char c : text) {
-    const auto byte = static_cast<unsigned char>(c);
-    if (c == '\n')
-      escaped += "\\n";
-    else if (c == '\t')
-      escaped += "\\t";
-    else if (is_control(byte))
-      escaped.append("\\x").append({digits[byte >> 4], digits[byte & 15]});
-    else
-      escaped += c;
-  }
-  return escaped;
+void Output::progress(std::string_view text) const {
+  if (messages_.columns == 0) return;
+  const size_t room = columns_of(STDERR_FILENO) - 1; // it may have been resized; a full line would wrap
+  std::string line = escaped(text).substr(0, room);
+  line.resize(room, ' ');
+  messages_.out << '\r' << line << '\r' << std::flush;
 }
 
-void Output::write(const Stream &stream, const Table &table) {
-  Table cells = table;
-  std::vector<size_t> widths;
-  for (auto &row : cells) {
-    while (!row.empty() && row.back().text.empty())
-      row.pop_back();
-    widths.resize(std::max(widths.size(), row.size()));
-    for (size_t i = 0; i < row.size(); ++i) {
-      row[i].text = shown(stream, row[i].text);
-      if (i + 1 < row.size()) widths[i] = std::max(widths[i], row[i].text.size());
-    }
-  }
+bool Output::complete() const {
+  if (results_.out.flush()) return true;
+  complain({{{"kovactl: the result could not be written", Style::Alarm}}});
+  return false;
+}
+
+void Output::write(const Stream &stream, const Table &table, bool foldable) {
+  Table cells = trimmed(table);
+  for (auto &row : cells)
+    for (Cell &cell : row)
+      if (stream.escaped) cell.text = escaped(cell.text);
+  const std::vector<size_t> widths = column_widths(cells);
+  const bool folded = foldable && stream.columns > 0 && !fits(cells, widths, stream.columns);
   for (const auto &row : cells) {
     for (size_t i = 0; i < row.size(); ++i) {
       const auto &[text, style] = row[i];
       const bool styled = stream.colour && style != Style::Plain;
       stream.out << (styled ? escape_sequence(style) : "") << text << (styled ? "\033[0m" : "");
-      if (i + 1 < row.size()) stream.out << std::string(widths[i] - text.size() + 2, ' ');
+      if (i + 1 == row.size()) continue;
+      if (folded && i == 0)
+        stream.out << "\n    ";
+      else if (!folded)
+        stream.out << std::string(widths[i] - text.size() + gap, ' ');
+      else if (!text.empty())
+        stream.out << std::string(gap, ' ');
     }
     stream.out << '\n';
   }

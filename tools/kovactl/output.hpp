@@ -23,6 +23,9 @@ struct Cell {
 };
 using Table = std::vector<std::vector<Cell>>;
 
+// The text, or its beginning and its length when it is too long for a message.
+std::string shortened(const std::string &text);
+
 class Output {
 public:
   explicit Output(bool json);
@@ -33,20 +36,27 @@ public:
   // One of a stream of results, on one line.
   void print_line(const Json &value) const;
   void print(const Table &table) const;
-  // The same, for a person who must not take it for a result.
+  // Where a terminal is too narrow for a row, its first cell stands alone and the others below it.
+  void print_wide(const Table &table) const;
+  // For a person, who must not take it for a result.
   void complain(const Table &table) const;
   void note(std::string_view text) const;
   // A failure that is not a CWMP fault. Returns the status.
   ExitStatus failure(std::string_view text, ExitStatus status = Failure) const;
 
+  // On a terminal, for as long as something lasts: each text takes the place of the one before, "" clears it.
+  void progress(std::string_view text) const;
+  // False when the results could not be written; says so.
+  bool complete() const;
+
 private:
   struct Stream {
     std::ostream &out;
-    bool terminal, colour;
+    bool colour, escaped;
+    size_t columns; // 0: not a terminal
   };
-  static Stream open(int descriptor, std::ostream &out, bool json);
-  static std::string shown(const Stream &stream, std::string_view text);
-  static void write(const Stream &stream, const Table &table);
+  static Stream open(int descriptor, std::ostream &out);
+  static void write(const Stream &stream, const Table &table, bool foldable = false);
 
   bool json_;
   Stream results_, messages_;

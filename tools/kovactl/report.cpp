@@ -2,6 +2,9 @@
 
 #include "kovactl/device_log.hpp"
 
+#include <algorithm>
+#include <sstream>
+
 namespace kova::ctl {
 namespace {
 
@@ -38,15 +41,21 @@ Json as_array(const Range &items) {
 
 Table as_table(std::span<const Value> values) {
   Table table;
-  for (const Value &value : values)
-    table.push_back({{std::string(value.parameter->path)}, {value.text, Style::Bold}});
+  for (const Value &value : values) {
+    std::istringstream lines(value.text); // further lines stand below the first
+    std::string line;
+    std::getline(lines, line);
+    table.push_back({{std::string(value.parameter->path)}, {line, Style::Bold}});
+    while (std::getline(lines, line))
+      table.push_back({{""}, {line, Style::Bold}});
+  }
   return table;
 }
 
 Table as_table(std::span<const Assignment> assignments) {
   Table table;
   for (const auto &[path, value] : assignments)
-    table.push_back({{"  " + path}, {value}});
+    table.push_back({{"  " + path}, {shortened(value)}});
   return table;
 }
 
@@ -88,42 +97,89 @@ Json refusal_as_json(const Setting &setting) {
           {"notStored", as_array(setting.not_stored)}};
 }
 
-std::vector<std::string> paths_of(std::span<const Assignment> assignments) {
+Reading read_back(std::span<const Assignment> assignments) {
   std::vector<std::string> paths;
   for (const Assignment &assignment : assignments)
     paths.push_back(assignment.path);
-  return paths;
+  return get_values(paths);
+}
+
+Reading results_of(const DiagnosticsTest &test) {
+  return get_values(std::span(&test.object, 1));
+}
+
+Json as_json(const Reading &reading) {
+  Json json{{"parameters", as_array(reading.values)}};
+  if (!reading.faults.empty()) json["faults"] = as_array(reading.faults);
+  return json;
+}
+
+Json as_json(const DiagnosticsTest &test) {
+  Json json{{"object", test.object},
+            {"state", test.state},
+            {"seconds", std::chrono::duration<double>(test.duration).count()}};
+  if (!test.failure.empty()) json["error"] = test.failure;
+  json.update(as_json(results_of(test)));
+  return json;
+}
+
+Json as_json(const Setting &setting, const Aftermath &aftermath) {
+  Json json = setting.accepted ? as_json(read_back(setting.stored)) : refusal_as_json(setting);
+  for (const DiagnosticsTest &test : aftermath.tests)
+    json["tests"].push_back(as_json(test));
+  if (aftermath.log) json["log"] = *aftermath.log;
+  return json;
+}
+
+void append(Reading &reading, const Reading &more) {
+  reading.values.insert(reading.values.end(), more.values.begin(), more.values.end());
+  reading.faults.insert(reading.faults.end(), more.faults.begin(), more.faults.end());
+}
+
+// A test's object holds what the request set in it, too.
+Reading outcome(const Setting &setting, std::span<const DiagnosticsTest> tests) {
+  std::vector<Assignment> others = setting.stored;
+  Reading reading;
+  for (const DiagnosticsTest &test : tests)
+    std::erase_if(others, [&](const Assignment &stored) { return stored.path.starts_with(test.object); });
+  append(reading, read_back(others));
+  for (const DiagnosticsTest &test : tests)
+    append(reading, results_of(test));
+  return reading;
+}
+
+void show(const Output &output, const Setting &setting, const Aftermath &aftermath) {
+  if (setting.accepted) {
+    const Reading reading = outcome(setting, aftermath.tests);
+    output.print(as_table(reading.values));
+    output.complain(as_table(reading.faults));
+  } else
+    explain_refusal(output, setting);
+  if (aftermath.log) output.print(ctl::as_table(*aftermath.log));
+  for (const DiagnosticsTest &test : aftermath.tests)
+    if (!test.failure.empty()) output.failure(test.failure);
 }
 
 } // namespace
 
 ExitStatus report(const Output &output, const Reading &reading) {
-  if (output.json()) {
-    Json json{{"parameters", as_array(reading.values)}};
-    if (!reading.faults.empty()) json["faults"] = as_array(reading.faults);
-    output.print(json);
-  } else {
+  if (output.json())
+    output.print(as_json(reading));
+  else {
     output.print(as_table(reading.values));
     output.complain(as_table(reading.faults));
   }
   return reading.faults.empty() ? Success : Failure;
 }
 
-ExitStatus report(const Output &output, const Setting &setting,
-                  const std::optional<std::vector<Json>> &records) {
-  const Reading now = setting.accepted ? get_values(paths_of(setting.stored)) : Reading{};
-  if (output.json()) {
-    Json json = setting.accepted ? Json{{"parameters", as_array(now.values)}} : refusal_as_json(setting);
-    if (records) json["log"] = *records;
-    output.print(json);
-  } else {
-    if (setting.accepted)
-      output.print(as_table(now.values));
-    else
-      explain_refusal(output, setting);
-    if (records) output.print(as_table(*records));
-  }
-  return setting.accepted ? Success : Failure;
+ExitStatus report(const Output &output, const Setting &setting, const Aftermath &aftermath) {
+  if (output.json())
+    output.print(as_json(setting, aftermath));
+  else
+    show(output, setting, aftermath);
+  const bool found =
+      std::ranges::all_of(aftermath.tests, [](const auto &test) { return test.failure.empty(); });
+  return setting.accepted && found ? Success : Failure;
 }
 
 void report(const Output &output, std::span<const model::Parameter *const> parameters) {
@@ -140,7 +196,7 @@ void report(const Output &output, std::span<const model::Parameter *const> param
                      {std::string(model::name(parameter->access))},
                      {std::string(parameter->unit)},
                      {std::string(parameter->meaning)}});
-  output.print(table);
+  output.print_wide(table);
 }
 
 } // namespace kova::ctl

@@ -1,6 +1,7 @@
 // How requests and the model itself are shown.
 #pragma once
 
+#include "kovactl/diagnostics_tests.hpp"
 #include "kovactl/output.hpp"
 #include "kovactl/request.hpp"
 
@@ -11,9 +12,14 @@
 namespace kova::ctl {
 
 ExitStatus report(const Output &output, const Reading &reading);
-// `records` is what the device was asked to do meanwhile, when that is to be shown.
-ExitStatus report(const Output &output, const Setting &setting,
-                  const std::optional<std::vector<Json>> &records);
+
+// What came of a request, beside the values that were stored.
+struct Aftermath {
+  std::vector<DiagnosticsTest> tests;   // that were waited for
+  std::optional<std::vector<Json>> log; // what the device was asked to do, when that is to be shown
+};
+ExitStatus report(const Output &output, const Setting &setting, const Aftermath &aftermath);
+
 void report(const Output &output, std::span<const model::Parameter *const> parameters);
 
 } // namespace kova::ctl

@@ -1,33 +1,70 @@
 #include "kovactl/request.hpp"
 
+#include "kovactl/output.hpp"
+#include "kovactl/paths.hpp"
+#include "management/management.h"
 #include "transaction/transaction.h"
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <algorithm>
-#include <array>
+#include <cstdio>
+#include <iostream>
+#include <unordered_map>
 
 namespace kova::ctl {
 namespace {
 
-Fault unknown_path(const std::string &path) {
-  return {path, FaultCode::InvalidName, ""};
+// Results go to standard output, and nothing else: what the library, and the commands that it runs, print there goes to
+// standard error.
+class LibraryOutputAside {
+public:
+  LibraryOutputAside() {
+    std::cout.flush();
+    std::fflush(stdout);
+    results_ = fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 3);
+    if (results_ >= 0) dup2(STDERR_FILENO, STDOUT_FILENO);
+  }
+  ~LibraryOutputAside() {
+    std::fflush(stdout);
+    if (results_ < 0) return;
+    dup2(results_, STDOUT_FILENO);
+    close(results_);
+  }
+  LibraryOutputAside(const LibraryOutputAside &) = delete;
+  LibraryOutputAside &operator=(const LibraryOutputAside &) = delete;
+
+private:
+  int results_;
+};
+
+std::string quoted(const std::string &value) {
+  return "\"" + shortened(value) + "\"";
+}
+
+Fault unknown_path(const std::string &path, const std::string &likely) {
+  return {path, FaultCode::InvalidName, likely.empty() ? "" : "did you mean \"" + likely + "\"?"};
+}
+
+Fault unknown_parameter(const std::string &path) {
+  const std::string likely = likely_path(path);
+  return unknown_path(path, likely.ends_with('.') ? "" : likely);
+}
+
+// The getter of the log appends all of it, whatever room it is told of.
+unsigned int room_for(const model::Parameter &parameter) {
+  return parameter.get.call == kovaGetTR069DeviceLog ? 1U << 20 : 4096;
 }
 
 void read_into(Reading &reading, const model::Parameter &parameter) {
-  std::array<char, 4097> buffer{}; // a getter may leave it untouched, or fill it without a terminator
-  if (parameter.get && parameter.get.call(buffer.data(), buffer.size() - 1) != 0)
+  const unsigned int room = room_for(parameter);
+  std::vector<char> buffer(room + 1); // a getter may leave it untouched, or fill it without a terminator
+  if (parameter.get && parameter.get.call(buffer.data(), room) != 0)
     reading.faults.push_back(
         {std::string(parameter.path), FaultCode::InternalError, "the device cannot tell it now"});
   else
     reading.values.push_back({&parameter, buffer.data()});
-}
-
-std::vector<Assignment> last_mentions(std::span<const Assignment> request) {
-  std::vector<Assignment> kept;
-  for (auto at = request.begin(); at != request.end(); ++at)
-    if (std::find_if(at + 1, request.end(),
-                     [&](const Assignment &later) { return later.path == at->path; }) == request.end())
-      kept.push_back(*at);
-  return kept;
 }
 
 // Phase 1: each value by itself. An accepted value is parked for the batch validation.
@@ -36,11 +73,11 @@ std::vector<Fault> check_each(std::span<const Assignment> request) {
   for (const auto &[path, value] : request) {
     const model::Parameter *parameter = model::find(path);
     if (!parameter)
-      faults.push_back(unknown_path(path));
+      faults.push_back(unknown_parameter(path));
     else if (!parameter->writable())
       faults.push_back({path, FaultCode::NotWritable, ""});
     else if (parameter->check && parameter->check.call(path.c_str(), value.c_str()) != 0)
-      faults.push_back({path, FaultCode::InvalidValue, "\"" + value + "\" is refused"});
+      faults.push_back({path, FaultCode::InvalidValue, quoted(value) + " is refused"});
   }
   return faults;
 }
@@ -58,7 +95,7 @@ bool check_together(std::span<const Assignment> request, std::vector<Fault> &fau
     const std::string path(rest.substr(0, rest.find(';')));
     rest.remove_prefix(std::min(rest.size(), path.size() + 1));
     const auto given = std::ranges::find(request, path, &Assignment::path);
-    const std::string value = given != request.end() ? "\"" + given->value + "\" " : "";
+    const std::string value = given != request.end() ? quoted(given->value) + " " : "";
     faults.push_back({path, FaultCode::InvalidValue, value + "does not go with the other values"});
   }
   return false;
@@ -69,7 +106,7 @@ void store_each(std::span<const Assignment> request, Setting &result) {
   for (const Assignment &assignment : request) {
     const auto &[path, value] = assignment;
     if (result.faults.empty() && model::find(path)->set.call(value.c_str()) != 0)
-      result.faults.push_back({path, FaultCode::InvalidValue, "\"" + value + "\" is refused"});
+      result.faults.push_back({path, FaultCode::InvalidValue, quoted(value) + " is refused"});
     (result.faults.empty() ? result.stored : result.not_stored).push_back(assignment);
   }
 }
@@ -92,7 +129,18 @@ std::string_view text(FaultCode code) {
   return "";
 }
 
+std::vector<Assignment> last_mentions(std::span<const Assignment> request) {
+  std::unordered_map<std::string_view, size_t> last;
+  for (size_t i = 0; i < request.size(); ++i)
+    last[request[i].path] = i;
+  std::vector<Assignment> kept;
+  for (size_t i = 0; i < request.size(); ++i)
+    if (last[request[i].path] == i) kept.push_back(request[i]);
+  return kept;
+}
+
 Reading get_values(std::span<const std::string> paths) {
+  const LibraryOutputAside aside;
   Reading reading;
   for (const std::string &path : paths) {
     const auto branch = model::branch(path);
@@ -100,12 +148,13 @@ Reading get_values(std::span<const std::string> paths) {
     if (parameter) read_into(reading, *parameter);
     for (const model::Parameter *member : branch)
       read_into(reading, *member);
-    if (!parameter && branch.empty()) reading.faults.push_back(unknown_path(path));
+    if (!parameter && branch.empty()) reading.faults.push_back(unknown_path(path, likely_path(path)));
   }
   return reading;
 }
 
 Setting set_values(std::span<const Assignment> given) {
+  const LibraryOutputAside aside;
   const std::vector<Assignment> request = last_mentions(given);
   Setting result;
   result.faults = check_each(request);

@@ -46,6 +46,9 @@ struct Assignment {
   bool operator==(const Assignment &) const = default;
 };
 
+// Of a path that is given twice only the last mention counts, in its place.
+std::vector<Assignment> last_mentions(std::span<const Assignment> request);
+
 // A set request is refused, and nothing of it stored, unless every value passed its checker and the batch
 // validation. A setter that refuses ends the request: what came before it stays stored.
 struct Setting {
@@ -54,8 +57,7 @@ struct Setting {
   std::vector<Assignment> stored, not_stored;
 };
 
-// In the order given; of a path that is given twice only the last mention counts. One request to a process: the values
-// of one that a checker refused stay parked.
+// The last mentions, in the order given. One request to a process: the values of one that a checker refused stay parked.
 Setting set_values(std::span<const Assignment> request);
 
 } // namespace kova::ctl

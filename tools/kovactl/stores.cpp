@@ -32,8 +32,12 @@ void show(const Output &output, const std::vector<Leaf> &leaves) {
   output.json() ? output.print(array) : output.print(table);
 }
 
-std::string named(int section, const std::string &key) {
-  return "\"" + key + "\" in section " + std::to_string(section);
+// What to say of a key that a section does not have: where else there is one.
+std::string absence(int section, const std::string &key) {
+  std::string text = "there is no \"" + key + "\" in section " + std::to_string(section);
+  for (const host::NvramEntry &entry : host::nvram_entries())
+    if (entry.key == key) return text + "; section " + std::to_string(entry.section) + " has one";
+  return text;
 }
 
 // The tree takes paths with and without the leading "/"; its listing has it.
@@ -66,7 +70,7 @@ ExitStatus nvram_get(const Output &output, int section, std::span<const std::str
   std::vector<host::NvramEntry> entries;
   for (const std::string &key : keys) {
     const auto value = host::nvram_find(section, key);
-    if (!value) return output.failure("there is no " + named(section, key));
+    if (!value) return output.failure(absence(section, key));
     entries.push_back({section, key, *value});
   }
   show(output, entries);
@@ -84,7 +88,7 @@ ExitStatus nvram_set(const Output &output, int section, std::span<const Assignme
 
 ExitStatus nvram_unset(const Output &output, int section, std::span<const std::string> keys) {
   for (const std::string &key : keys)
-    if (!host::nvram_find(section, key)) return output.failure("there is no " + named(section, key));
+    if (!host::nvram_find(section, key)) return output.failure(absence(section, key));
   for (const std::string &key : keys)
     host::nvram_remove(section, key);
   if (output.json()) output.print(Json{{"removed", keys}});

@@ -1,0 +1,193 @@
+// The radio and rate feed: its values, its file, its life.
+#include "device/fd.hpp"
+#include "device/radio/radio.hpp"
+#include "platform/nvram.h"
+#include "temporary_device.hpp"
+
+#include <fcntl.h>
+#include <sys/file.h>
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <cmath>
+#include <cstdio>
+#include <map>
+#include <set>
+#include <sstream>
+#include <thread>
+
+namespace kova::test {
+namespace {
+
+using device::status;
+using namespace std::chrono_literals;
+
+std::map<std::string, std::string> readings_of(const device::Radio &radio) {
+  std::map<std::string, std::string> readings;
+  for (const auto &entry : radio.readings())
+    readings[entry.key] = entry.value;
+  return readings;
+}
+
+template <std::size_t count>
+std::array<double, count> numbers(const std::string &record) {
+  std::string text = record;
+  std::ranges::replace_if(
+      text, [](char c) { return c == ',' || c == '/'; }, ' ');
+  std::istringstream stream(text);
+  std::array<double, count> result{};
+  for (double &number : result)
+    stream >> number;
+  EXPECT_TRUE(stream && (stream >> std::ws).eof()) << text;
+  return result;
+}
+
+TEST(Radio, ValuesMoveSlowlyAndHangTogether) {
+  std::set<std::string> records;
+  for (const unsigned seed : {1U, 2U, 3U}) {
+    device::Radio radio(seed);
+    double last_power = -92;
+    for (int second = 0; second < 500; second++) {
+      radio.pass_second();
+      auto value = readings_of(radio);
+      const auto [cell, strength, power, quality, ratio, sent] = numbers<6>(value.at("DM_CELL_STAT_INFO"));
+      const auto powers = numbers<2>(value.at("lte_rsrp_per_antenna")),
+                 ratios = numbers<2>(value.at("lte_cinr_per_antenna"));
+      EXPECT_EQ(power, std::max(powers[0], powers[1]));
+      EXPECT_EQ(ratio, std::max(ratios[0], ratios[1]));
+      EXPECT_TRUE(cell == 12 && power > -120 && power < -70 && quality >= -20 && quality <= -3 && sent <= 23);
+      EXPECT_EQ(quality, 20 + power - strength); // 100 resource blocks
+      EXPECT_LE(std::abs(power - last_power), 6);
+      last_power = power;
+      const int channel = std::stoi(value.at("lte_cqi0")), down = std::stoi(value.at("lte_dl_mcs")),
+                up = std::stoi(value.at("lte_ul_mcs"));
+      EXPECT_TRUE(channel >= 1 && channel <= 15 && down >= 0 && down <= 28 && up >= 0 && up <= 24);
+      EXPECT_TRUE(std::stod(value.at("lte_bler_stat")) >= 0 && std::stod(value.at("lte_bler_stat")) <= 10);
+      EXPECT_NEAR(std::stod(value.at("lte_cur_dlcw1")) * 1024,
+                  8.0 * static_cast<double>(radio.receive_rate()), 1);
+      EXPECT_NEAR(std::stod(value.at("lte_cur_ulsched")) * 1024, 8.0 * static_cast<double>(radio.send_rate()),
+                  1);
+      records.insert(value.at("DM_CELL_STAT_INFO"));
+    }
+  }
+  EXPECT_GT(records.size(), 50U);
+}
+
+std::vector<device::RateSample> samples_in(const fs::path &path) {
+  std::vector<device::RateSample> samples;
+  std::ifstream file(path);
+  for (std::string line; std::getline(file, line);) {
+    device::RateSample one{};
+    char rest = 0;
+    EXPECT_EQ(std::sscanf(line.c_str(), "%lu: %lu %llu %llu %lu %llu %llu%c", &one.time, &one.receive_rate,
+                          &one.received_packets, &one.received_bytes, &one.send_rate, &one.sent_packets,
+                          &one.sent_bytes, &rest),
+              7)
+        << line;
+    samples.push_back(one);
+  }
+  return samples;
+}
+
+TEST(RateFile, KeepsTheLastSamplesNewestFirstAndWaitsForNoReaderForEver) {
+  const TemporaryDevice device;
+  const fs::path path = device.top() / "rate_info";
+  std::ofstream(path) << std::string(4000, 'x');
+  device::RateFile file(path);
+  constexpr auto most = ~0ULL;
+  for (unsigned long time = 1; time <= 15; time++)
+    file.add({time, 2 * time, 3, most, 5, 6, 7});
+  auto samples = samples_in(path);
+  ASSERT_EQ(samples.size(), 10U);
+  EXPECT_TRUE(samples.front().time == 15 && samples.front().receive_rate == 30 && samples.back().time == 6);
+  EXPECT_TRUE(samples.front().received_bytes == most && samples.front().sent_bytes == 7);
+
+  const device::Fd reader(open(path.c_str(), O_RDONLY));
+  ASSERT_EQ(flock(reader.get(), LOCK_EX), 0);
+  file.add({16, 0, 0, 0, 0, 0, 0});
+  EXPECT_EQ(samples_in(path).front().time, 15U);
+  flock(reader.get(), LOCK_UN);
+  file.add({17, 0, 0, 0, 0, 0, 0});
+  samples = samples_in(path);
+  EXPECT_TRUE(samples[0].time == 17 && samples[1].time == 16 && samples.size() == 10U);
+  EXPECT_THROW(device::RateFile(device.top() / "none" / "rate_info").add({}), std::runtime_error);
+}
+
+class Feed : public ::testing::Test {
+protected:
+  void SetUp() override { unsetenv("KOVA_FEED"); }
+  void TearDown() override { unsetenv("KOVA_FEED"); }
+  template <typename Condition>
+  static bool soon(Condition condition) {
+    for (int i = 0; i < 500 && !condition(); i++)
+      std::this_thread::sleep_for(10ms);
+    return condition();
+  }
+  fs::path rate_file() const { return device_.directory() / "root/var/rate_info"; }
+
+  const TemporaryDevice device_;
+};
+
+TEST_F(Feed, SamplesEverySecondAndPublishesWhatItSamples) {
+  device_.bring_up();
+  const auto first = samples_in(rate_file());
+  ASSERT_GE(first.size(), 2U) << "what readers need";
+  EXPECT_LE(static_cast<unsigned long>(tarn_get_uptime()) - first[0].time, 5U);
+  EXPECT_TRUE(soon([&] { return samples_in(rate_file()).size() >= first.size() + 2; }));
+  const auto samples = samples_in(rate_file());
+  for (std::size_t i = 1; i < samples.size(); i++) {
+    const auto &newer = samples[i - 1], &older = samples[i];
+    const unsigned long seconds = newer.time - older.time;
+    EXPECT_GE(seconds, 1U);
+    EXPECT_EQ(newer.received_bytes - older.received_bytes, newer.receive_rate * seconds);
+    EXPECT_EQ(newer.sent_bytes - older.sent_bytes, newer.send_rate * seconds);
+  }
+  EXPECT_TRUE(device_.run([&] {
+    // Between two ticks the store and the file are of one.
+    EXPECT_TRUE(soon([&] {
+      const auto published = host::nvram_find(9, "lte_cur_dlcw1").value_or("0");
+      const auto sampled = 8.0 * static_cast<double>(samples_in(rate_file()).at(0).receive_rate);
+      return std::abs(std::stod(published) * 1024 - sampled) < 1;
+    }));
+  }));
+}
+
+TEST_F(Feed, LivesWithTheDevice) {
+  setenv("KOVA_FEED", "off", 1);
+  device_.bring_up();
+  EXPECT_FALSE(status().radiod);
+  EXPECT_TRUE(device_.run([] { EXPECT_TRUE(host::nvram_find(9, "DM_CELL_STAT_INFO")); }));
+  unsetenv("KOVA_FEED");
+  device_.bring_up();
+  const auto feed = status().radiod;
+  ASSERT_TRUE(feed);
+  device_.bring_up();
+  EXPECT_EQ(status().radiod, feed);
+  kill(*feed, SIGKILL);
+  EXPECT_TRUE(soon([] { return !status().radiod; }));
+  EXPECT_TRUE(device_.run(device::ensure_booted));
+  EXPECT_FALSE(status().radiod);
+  device_.bring_up();
+  EXPECT_TRUE(status().radiod);
+  setenv("KOVA_FEED", "off", 1);
+  device_.bring_up();
+  EXPECT_FALSE(status().radiod);
+  unsetenv("KOVA_FEED");
+  device_.bring_up();
+  EXPECT_TRUE(status().radiod);
+  device::down();
+  EXPECT_FALSE(status().radiod);
+}
+
+TEST_F(Feed, EndsWithItsDirectoryAndBringsNothingBack) {
+  device_.bring_up();
+  const fs::path feed = "/proc/" + std::to_string(status().radiod.value()) + "/exe",
+                 daemon = "/proc/" + std::to_string(status().serviced.value()) + "/exe";
+  fs::remove_all(device_.directory());
+  EXPECT_TRUE(soon([&] { return !fs::exists(feed) && !fs::exists(daemon); }));
+  EXPECT_FALSE(fs::exists(device_.directory()));
+}
+
+} // namespace
+} // namespace kova::test

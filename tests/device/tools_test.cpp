@@ -1,0 +1,115 @@
+// The device's own tools that answer: the NTP script and the log export.
+#include "device/log.hpp"
+#include "device/zone.hpp"
+#include "platform/host/nvram_admin.hpp"
+#include "temporary_device.hpp"
+
+#include <ctime>
+#include <sstream>
+
+namespace kova::test {
+namespace {
+
+void store(const std::string &key, const std::string &value) {
+  const host::NvramEntry entry{0, key, value};
+  host::nvram_store({&entry, 1});
+}
+
+TEST(PosixZone, SaysWhatTheSettingsSay) {
+  const device::DaylightSaving europe{{3, 5, 0}, {10, 5, 0}}, // rows of 2026, whose March begins on a Sunday
+      south{{10, 2, 0}, {4, 1, 0}}, rows_beyond{{2, 6, 0}, {11, 6, 1}}, none{{0, 0, 0}, {10, 5, 0}};
+  const struct {
+    const char *code;
+    std::optional<device::DaylightSaving> saving;
+    const char *zone;
+  } zones[] = {
+      {"MEZ_001", {}, "MEZ-1"},
+      {"MEZ_001", europe, "MEZ-1MEZDST,M3.5.0,M10.4.0"},
+      {"MEZ_001", none, "MEZ-1"},
+      {"MEZ_001", rows_beyond, "MEZ-1MEZDST,M2.4.0,M11.5.1"},
+      {"PST_-08", {}, "PST8"},
+      {"GMT_000", {}, "GMT0"},
+      {"A_09:30", south, "<+0930>-9:30<+1030>,M10.1.0,M4.1.0"},
+      {"N_-3:30", {}, "<-0330>3:30"},
+      {"N_-3:30", south, "<-0330>3:30<-0230>,M10.1.0,M4.1.0"},
+      {"+13:30", {}, "<+1330>-13:30"},
+      {"-00:30", {}, "<-0030>0:30"},
+      {"", {}, "UTC0"},
+      {"MEZ_", {}, "UTC0"},
+      {"MEZ_001;reboot", europe, "UTC0"},
+      {"MEZ_99", {}, "UTC0"},
+  };
+  for (const auto &[code, saving, zone] : zones)
+    EXPECT_EQ(device::posix_zone(code, saving, 2026), zone) << code;
+  EXPECT_EQ(device::posix_zone("MEZ_001", europe, 2024), "MEZ-1MEZDST,M3.4.0,M10.4.0");
+}
+
+// What the C library makes of the stored text: the offset in minutes at noon of the day.
+int offset_at(int month, int day) {
+  tm date{};
+  date.tm_year = 2026 - 1900, date.tm_mon = month - 1, date.tm_mday = day, date.tm_hour = 12;
+  const time_t noon = timegm(&date);
+  localtime_r(&noon, &date);
+  return static_cast<int>(date.tm_gmtoff / 60);
+}
+
+TEST(NtpScript, StoresTheZoneAndLogsTheSynchronisation) {
+  const TemporaryDevice device;
+  device.bring_up();
+  EXPECT_TRUE(device.run([] {
+    store("TZ", "N_-3:30");
+    store("NTPServerIP", "192.0.2.123");
+    EXPECT_EQ(system("/etc/sysconfig/script/ntp.sh envTZ"), 0);
+    setenv("TZ", host::nvram_find(0, "envTZ").value_or("").c_str(), 1);
+    tzset();
+    EXPECT_EQ(offset_at(1, 15), -210);
+    EXPECT_EQ(offset_at(7, 15), -150);
+    store("NTPDaylightSaving", "0");
+    EXPECT_EQ(system("/etc/sysconfig/script/ntp.sh envTZ; /etc/sysconfig/script/ntp.sh"), 0);
+    EXPECT_EQ(host::nvram_find(0, "envTZ"), "<-0330>3:30");
+    EXPECT_NE(system("/etc/sysconfig/script/ntp.sh now 2>/dev/null"), 0);
+  }));
+  const auto synchronised = device.log("device").back();
+  EXPECT_EQ(synchronised.at("what"), "clock synchronised");
+  EXPECT_EQ(synchronised.at("server"), "192.0.2.123");
+}
+
+std::vector<std::string> exported_lines(const TemporaryDevice &device) {
+  EXPECT_EQ(system("/home/www/cgi-bin/maintenance.cgi exportlog"), 0);
+  std::vector<std::string> lines;
+  std::ifstream file(device.directory() / "root/tmp/M4412_Log.dat");
+  for (std::string line; std::getline(file, line);)
+    lines.push_back(line);
+  return lines;
+}
+
+TEST(LogExport, LeavesTheLastRecordsAsLinesForPeople) {
+  const TemporaryDevice device;
+  device.bring_up();
+  EXPECT_EQ(system("ifconfig eth0 down"), 0);
+  auto lines = exported_lines(device);
+  ASSERT_EQ(lines.size(), 4U);
+  EXPECT_EQ(lines[1].substr(lines[1].size() - 13), "device booted");
+  EXPECT_EQ(lines[2].substr(sizeof "2026-11-21 04:11:11"), "command ifconfig eth0 down");
+  EXPECT_EQ(lines[2][10], ' ');
+
+  std::ofstream(device.directory() / "log/device.log", std::ios::app) << "{\"half a rec\n[1]\n7\n{}\n";
+  for (std::size_t i = 0; i < 2000; i++)
+    device::log_record(
+        {{"kind", "event"}, {"event", std::to_string(i) + "\n\t" + std::string(i % 300, 'x') + "ä"}});
+  std::string umlauts;
+  for (int i = 0; i < 200; i++)
+    umlauts += "ä";
+  device::log_record({{"kind", "service"}, {"payload", umlauts}});
+  lines = exported_lines(device);
+  ASSERT_EQ(lines.size(), 100U);
+  EXPECT_NE(lines[0].find(" event 1902  "), std::string::npos) << lines[0];
+  for (const std::string &line : lines) {
+    EXPECT_LE(line.size(), 159U);
+    EXPECT_NO_THROW(nlohmann::json(line).dump()) << "a character was cut";
+  }
+  EXPECT_NE(system("/home/www/cgi-bin/maintenance.cgi reboot 2>/dev/null"), 0);
+}
+
+} // namespace
+} // namespace kova::test

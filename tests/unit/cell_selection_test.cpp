@@ -1,0 +1,400 @@
+// Scan mode, locked cells, locked ranges and preferred frequencies.
+#include "fake/fake.hpp"
+#include "radio/radio.h"
+
+#include <algorithm>
+
+using fake::get;
+using fake::platform;
+using fake::Strings;
+
+namespace {
+
+constexpr const char *duplex_key = "/tarn/cell_selection/dedicated_duplex";
+const std::string directory = "tarn/cell_selection/";
+
+class Cells : public fake::Test {
+protected:
+  Cells() {
+    platform.bands = {1, 3, 41, 7};
+    platform.band_records = {{1, {0, 1, 0, 599}}, {3, {0, 3, 1200, 1949}}, {41, {1, 41, 39650, 41589}}};
+    use_duplex("FDD");
+    platform.tree[directory + "scan_mode"] = "1";
+  }
+  // Every path gives back what it took.
+  ~Cells() override {
+    const auto count = [](const Strings &list, const char *entry) {
+      return std::count(list.begin(), list.end(), entry);
+    };
+    EXPECT_EQ(platform.tree_opened, 0) << "tree left open";
+    EXPECT_EQ(count(platform.done, "bracket start"), count(platform.done, "bracket end"));
+    EXPECT_EQ(count(platform.lte_asked, "bye"),
+              platform.lte_daemon ? count(platform.lte_asked, "client") : 0);
+  }
+  static void use_duplex(const std::string &duplex) {
+    platform.nvram[{0, duplex_key}] = platform.tree[directory + "dedicated_duplex"] = duplex;
+  }
+};
+
+// What was done inside one bracket, without openings of the tree.
+Strings reaction() {
+  Strings done = platform.written();
+  platform.done.clear();
+  EXPECT_TRUE(done.size() >= 2 && done.front() == "bracket start" && done.back() == "bracket end");
+  return done.size() < 2 ? done : Strings{done.begin() + 1, done.end() - 1};
+}
+
+Strings stored(const std::string &leaf, const std::string &value) {
+  return {"tree /" + directory + leaf + "=" + value, "request 0x10000003"};
+}
+
+std::string repeat(int times, const std::function<std::string(int)> &piece, const char *between = ";") {
+  std::string text;
+  for (int i = 0; i < times; ++i)
+    text += (i > 0 ? between : "") + piece(i);
+  return text;
+}
+
+TEST_F(Cells, SupportedBandsOfTheDuplexModeThatFit) {
+  struct {
+    const char *duplex;
+    int size;
+    const char *expected;
+  } const cases[] = {{"FDD", 64, "|1|3|"}, {"FDD", 6, "|1|3|"}, {"FDD", 5, "|1|"}, {"FDD", 3, "|"},
+                     {"FDD", 1, ""},       {"TDD", 64, "|41|"}, {"", 64, ""},      {"FDDx", 64, "|1|3|"}};
+  for (const auto &[duplex, size, expected] : cases) {
+    SCOPED_TRACE(std::string(duplex) + " in " + std::to_string(size));
+    use_duplex(duplex);
+    char out[65];
+    std::fill(std::begin(out), std::end(out), '#');
+    EXPECT_EQ(getSupportBands(out, size), 0);
+    EXPECT_STREQ(out, expected);
+    EXPECT_EQ(out[size], '#');
+  }
+  use_duplex("FDD");
+  platform.bands = {300, 1, 3}; // each band is tried on its own
+  platform.band_records[300] = {0, 300, 70000, 70001};
+  char out[6];
+  EXPECT_EQ(getSupportBands(out, 5), 0);
+  EXPECT_STREQ(out, "|1|");
+  platform.lte_asked.clear();
+  platform.bands.clear();
+  for (uint16_t band = 1; band < 256; ++band)
+    platform.bands.push_back(static_cast<uint16_t>(65000 + band)), platform.band_records[65000 + band] = {};
+  char many[64];
+  EXPECT_EQ(getSupportBands(many, sizeof many), 0);
+  EXPECT_EQ(std::string(many).size(), 61U);
+  EXPECT_EQ(platform.lte_asked.front() + platform.lte_asked.back(), "clientbye");
+}
+
+TEST_F(Cells, SupportedBandsCannotBeHad) {
+  char out[64] = "as it was";
+  EXPECT_EQ(getSupportBands(nullptr, 64), 0);
+  EXPECT_EQ(getSupportBands(out, 0), 0);
+  EXPECT_EQ(getSupportBands(out, -7), -7);
+  EXPECT_TRUE(platform.lte_asked.empty());
+  platform.lists_bands = false;
+  EXPECT_EQ(getSupportBands(out, 64), -1);
+  EXPECT_EQ(platform.lte_asked, (Strings{"client", "list", "bye"}));
+  platform.nvram.clear();
+  EXPECT_EQ(getSupportBands(out, 64), -1);
+  use_duplex("FDD");
+  platform.lte_asked.clear();
+  platform.lte_daemon = false;
+  EXPECT_EQ(getSupportBands(out, 64), -1);
+}
+
+TEST_F(Cells, ScanModes) {
+  constexpr const char *modes[] = {"fullband", "freqpreferred", "pcilock", "pcionlylock"};
+  for (int mode = 3; mode >= 0; --mode) {
+    const std::string code(1, static_cast<char>('1' + mode));
+    EXPECT_EQ(kovaSetTR069ScanMode(modes[mode]), 0);
+    EXPECT_EQ(reaction(), stored("scan_mode", code));
+    EXPECT_EQ(platform.rules_asked.back(), "scan mode " + code + " FDD");
+    EXPECT_EQ(get(kovaGetTR069ScanMode), modes[mode]);
+    EXPECT_EQ(kovaSetTR069ScanMode(modes[mode]), 0); // already so
+    EXPECT_EQ(reaction(), Strings{});
+  }
+  platform.rules_asked.clear();
+  for (const char *unknown : {"FullBand", "1", "", "fullband ", static_cast<const char *>(nullptr)}) {
+    EXPECT_EQ(kovaSetTR069ScanMode(unknown), 0);
+    EXPECT_EQ(reaction(), Strings{});
+  }
+  EXPECT_TRUE(platform.rules_asked.empty());
+  for (const char *code : {"0", "5", "12", "", "x"}) {
+    platform.tree[directory + "scan_mode"] = code;
+    EXPECT_EQ(get(kovaGetTR069ScanMode), "unknown");
+  }
+  platform.nvram.clear();
+  EXPECT_EQ(kovaSetTR069ScanMode("pcilock"), 0);
+  EXPECT_EQ(platform.rules_asked.back(), "scan mode 3 TDD"); // the duplex mode when none is configured
+}
+
+TEST_F(Cells, AScanModeThatCannotBeSetKeepsTheFailingCallsCode) {
+  for (const int code : {-1, -2, -9, 4}) {
+    platform.scan_mode = code;
+    EXPECT_EQ(kovaSetTR069ScanMode("pcilock"), code);
+    EXPECT_EQ(reaction(), Strings{});
+  }
+  platform.scan_mode = 0;
+  platform.tree_failure = -5;
+  platform.tree_refuses[directory + "scan_mode"] = true;
+  EXPECT_EQ(kovaSetTR069ScanMode("pcilock"), -5);
+  platform.tree.erase(directory + "scan_mode");
+  EXPECT_EQ(kovaSetTR069ScanMode("pcilock"), -5);
+  platform.tree_opens = false;
+  EXPECT_EQ(kovaSetTR069ScanMode("pcilock"), -5);
+  EXPECT_EQ(reaction(), (Strings{"bracket end", "bracket start", "bracket end", "bracket start"}));
+}
+
+TEST_F(Cells, LockedCells) {
+  const auto cells = [](int count) {
+    return repeat(count, [](int i) { return "1300," + std::to_string(i + 1); });
+  };
+  const auto triples = [](int count) {
+    return repeat(count, [](int i) { return "3,1300," + std::to_string(i + 1); });
+  };
+  // clang-format off
+  const std::pair<std::string, std::string> accepted[] = {
+      {"1300,100", "3,1300,100"}, {"1300,100;1300,0", "3,1300,100"},
+      {"0,5;1300,503;599,1", "3,1300,503;1,599,1"}, {";;1300,1;;1949,2;", "3,1300,1;3,1949,2"},
+      {"1300,1,9,9;,1300,2", "3,1300,1;3,1300,2"}, {"1300;x,y;1300,z", ""}, {cells(19), triples(19)},
+      {cells(20), triples(19)}, {cells(21), triples(19)}, {cells(10000), triples(19)},
+      {";;;;" + cells(19), triples(19)},               // empty pieces take no place
+      {"0,1;1300,0;" + cells(18), triples(17)},        // dropped pairs do
+      {cells(19) + ";1300,504;77777,1", triples(19)}}; // beyond the last place nothing is judged
+  // clang-format on
+  for (const auto &[value, list] : accepted) {
+    SCOPED_TRACE(value.substr(0, 80));
+    EXPECT_EQ(kovaChkTR069PciLock("name", value.c_str()), 0);
+    EXPECT_EQ(reaction(), Strings{});
+    EXPECT_EQ(kovaSetTR069PciLock(value.c_str()), 0);
+    EXPECT_EQ(reaction(), stored("fdd_dedicated_pci_list", list));
+  }
+  for (const char *value :
+       {"1300,504", "1300,-1", "700,1", "-5,1", "40000,1", "1300,1;700,1", "1300,99999999999"}) {
+    SCOPED_TRACE(value);
+    EXPECT_EQ(kovaChkTR069PciLock("name", value), -1);
+    EXPECT_EQ(kovaSetTR069PciLock(value), -1);
+    EXPECT_EQ(platform.written(), (Strings{"bracket start", "bracket end", "bracket start", "bracket end"}));
+    platform.done.clear();
+  }
+  for (const char *nothing : {"", static_cast<const char *>(nullptr)}) {
+    EXPECT_EQ(kovaChkTR069PciLock(nullptr, nothing), -1);
+    platform.done.clear();
+    EXPECT_EQ(kovaSetTR069PciLock(nothing), 0); // lifts the lock
+    EXPECT_EQ(reaction(), stored("fdd_dedicated_pci_list", ""));
+  }
+  EXPECT_EQ(get(kovaGetTR069PciLock), "");
+  platform.tree[directory + "fdd_dedicated_pci_list"] = "3,1300,100;;3,1301;41;1,2,3,4";
+  EXPECT_EQ(get(kovaGetTR069PciLock), "1300,100;1301,;,;2,3");
+}
+
+TEST_F(Cells, LockedCellsOfTheOtherDuplexModeAndOfNone) {
+  use_duplex("TDD");
+  EXPECT_EQ(kovaSetTR069PciLock("40000,1"), 0);
+  EXPECT_EQ(reaction(), stored("tdd_dedicated_pci_list", "41,40000,1"));
+  EXPECT_EQ(get(kovaGetTR069PciLock), "40000,1");
+  int result = 0;
+  platform.tree[directory + "dedicated_duplex"] = "TDD and FDD";
+  EXPECT_EQ(kovaSetTR069PciLock("40000,1"), -1);
+  EXPECT_EQ(get(kovaGetTR069PciLock, result), "");
+  EXPECT_EQ(result, -1);
+  platform.tree_failure = -5;
+  platform.tree[directory + "dedicated_duplex"] = "TDD";
+  platform.tree_refuses[directory + "tdd_dedicated_pci_list"] = true;
+  EXPECT_EQ(kovaSetTR069PciLock("40000,1"), -5);
+  platform.tree.clear();
+  EXPECT_EQ(kovaSetTR069PciLock("40000,1"), -5);
+  EXPECT_EQ(get(kovaGetTR069PciLock, result), "");
+  EXPECT_EQ(result, -5);
+  platform.tree_opens = false;
+  EXPECT_EQ(kovaSetTR069PciLock("40000,1"), -5);
+  platform.lists_bands = false;
+  EXPECT_EQ(kovaChkTR069PciLock("name", "40000,1"), -1);
+  EXPECT_EQ(platform.written().size(), 2U * 5); // nothing but brackets
+}
+
+TEST_F(Cells, LockedRanges) {
+  struct {
+    std::string value, stored; // an empty one: nothing is stored
+    int check;
+    // clang-format off
+  } const cases[] = {
+      {"10", "10,10", 0}, {"5,504", "5,504", 0}, {"0,0;7,8", "0,0;7,8", 0}, {"20,10", "20,10", -1},
+      {"5,505", "5,505", -1}, {"-1,5", "-1,5", -1}, {"505", "505,505", -1}, {"1,2,3", "1,2", 0},
+      {";;1,2;;3;", "1,2;3,3", 0}, {",;,,;4", "4,4", 0}, {"x", "x,x", 0}, {"1;2;9,3", "1,1;2,2;9,3", -1},
+      {"", "", 0}, {";", "", 0}, {",", "", 0}};
+  // clang-format on
+  platform.tree[directory + "dedicated_pci_range"] = "1,1";
+  for (const auto &[value, text, check] : cases) {
+    SCOPED_TRACE(value);
+    EXPECT_EQ(kovaChkTR069PciOnlyLock("name", value.c_str()), check);
+    platform.done.clear();
+    const std::string before = get(kovaGetTR069PciOnlyLock);
+    platform.done.clear();
+    EXPECT_EQ(kovaSetTR069PciOnlyLock(value.c_str()), 0);
+    EXPECT_EQ(get(kovaGetTR069PciOnlyLock), text.empty() ? before : text);
+    const Strings done = platform.written();
+    EXPECT_EQ(std::count(done.begin(), done.end(), "request 0x10000003"), text.empty() ? 0 : 1);
+    EXPECT_EQ(std::count(done.begin(), done.end(), "console pci only lock set:" + text + ",\n"),
+              text.empty() ? 0 : 1);
+    EXPECT_EQ(done.back(), "bracket end");
+  }
+  EXPECT_EQ(kovaChkTR069PciOnlyLock("name", nullptr), 0);
+  platform.done.clear();
+  EXPECT_EQ(kovaSetTR069PciOnlyLock("3;,"), 0);
+  EXPECT_EQ(reaction(), (Strings{"console No pci end value\n", "console Fail to parse start_pci\n",
+                                 "console pci only lock set:3,3,\n",
+                                 "tree /tarn/cell_selection/dedicated_pci_range=3,3", "request 0x10000003"}));
+  for (const int count : {19, 20, 21, 10000}) {
+    EXPECT_EQ(kovaChkTR069PciOnlyLock("name", repeat(count, [](int) { return "1,2"; }).c_str()), 0);
+    EXPECT_EQ(kovaSetTR069PciOnlyLock(repeat(count, [](int) { return "1,2"; }).c_str()), 0);
+    EXPECT_EQ(platform.tree[directory + "dedicated_pci_range"].size(),
+              static_cast<std::size_t>(count < 10000 ? 4 * count - 1 : 6143));
+  }
+}
+
+TEST_F(Cells, LockedRangesThatCannotBeWritten) {
+  int result = 0;
+  platform.tree_failure = -5;
+  EXPECT_EQ(get(kovaGetTR069PciOnlyLock, result), "");
+  EXPECT_EQ(result, -5);
+  platform.done.clear();
+  platform.tree_refuses[directory + "dedicated_pci_range"] = true;
+  EXPECT_EQ(kovaSetTR069PciOnlyLock("1,2"), -5);
+  EXPECT_EQ(reaction(), Strings{"console pci only lock set:1,2,\n"});
+  platform.tree_opens = false;
+  EXPECT_EQ(kovaSetTR069PciOnlyLock("1,2"), -5);
+  EXPECT_EQ(reaction().back(), "console init ucfg failed\n");
+}
+
+TEST_F(Cells, NoRangeIsLostForTheLengthOfItsNumbers) {
+  const std::string value = std::string(40, '0') + "5"; // 5, as the checker reads it
+  EXPECT_EQ(kovaChkTR069PciOnlyLock("name", value.c_str()), 0);
+  EXPECT_EQ(kovaSetTR069PciOnlyLock(value.c_str()), 0);
+  EXPECT_EQ(platform.tree[directory + "dedicated_pci_range"], value + "," + value);
+}
+
+TEST_F(Cells, PreferredFrequencies) {
+  const auto group = [](int first, int count) {
+    return "3," + repeat(
+                      count, [&](int i) { return std::to_string(first + i); }, ",");
+  };
+  const auto pairs = [](int first, int count) {
+    return repeat(count, [&](int i) { return "3," + std::to_string(first + i); });
+  };
+  struct {
+    std::string value, stored, read;
+  } const accepted[] = {
+      {"3,1300,1301;3,1300", "3,1300;3,1301", "3,1300,1301"},
+      {"3,1300;1,5;3,1302", "3,1300;3,1302;1,5", "3,1300,1302;1,5"},
+      {";;3,,1300,;", "3,1300", "3,1300"},
+      {"1,0", "1,0", "1,0"},
+      {"3,1300;1", "3,1300", "3,1300"}, // a band without channels
+      {group(1300, 19), pairs(1300, 19), group(1300, 19)},
+      {group(1300, 20), pairs(1300, 20), group(1300, 20)},
+      {group(1300, 21), pairs(1300, 20), group(1300, 20)},
+      {group(1300, 10000), pairs(1300, 20), group(1300, 20)},
+      {group(1300, 20) + ";3,1330;1,5", pairs(1300, 20) + ";1,5", group(1300, 20) + ";1,5"}};
+  for (const auto &[value, list, read] : accepted) {
+    SCOPED_TRACE(value.substr(0, 80));
+    EXPECT_EQ(kovaChkTR069FreqPreferred("name", value.c_str()), 0);
+    EXPECT_EQ(reaction(), Strings{});
+    EXPECT_EQ(kovaSetTR069FreqPreferred(value.c_str()), 0);
+    EXPECT_EQ(reaction(), stored("fdd_dedicated_earfcn_list", list));
+    EXPECT_EQ(get(kovaGetTR069FreqPreferred), read);
+  }
+  platform.band_records[7] = {0, 8, 2750, 3449}; // a record of another band
+  for (const char *value : {"", "3,1950", "3,1199", "3,-1300", "41,40000", "9,1", "7,2800", "3,1300;9",
+                            "-3,1300", "3,1300;3,1300,1950", static_cast<const char *>(nullptr)}) {
+    SCOPED_TRACE(value != nullptr ? value : "NULL");
+    EXPECT_EQ(kovaChkTR069FreqPreferred("name", value), -1);
+    EXPECT_EQ(kovaSetTR069FreqPreferred(value), -1);
+    EXPECT_EQ(platform.written(), (Strings{"bracket start", "bracket end", "bracket start", "bracket end"}));
+    platform.done.clear();
+  }
+}
+
+TEST_F(Cells, PreferredBandsAndTheLengthOfTheirList) {
+  for (int band = 101; band <= 121; ++band)
+    platform.band_records[band] = {0, band, 1, 9};
+  platform.bands.clear();
+  for (uint16_t band = 101; band <= 114; ++band) // as many as the supported bands' text holds
+    platform.bands.push_back(band);
+  const auto value = [](int bands) {
+    return repeat(bands, [](int i) { return std::to_string(101 + i) + ",1,2,3,4"; });
+  };
+  EXPECT_EQ(kovaSetTR069FreqPreferred(value(14).c_str()), 0);
+  const std::string &list = platform.tree[directory + "fdd_dedicated_earfcn_list"];
+  EXPECT_EQ(list.size(), 251U); // whole pairs within 255 characters
+  EXPECT_TRUE(list.ends_with(";111,1;111,2")) << list;
+  EXPECT_EQ(kovaSetTR069FreqPreferred(value(15).c_str()), -1); // band 115 is not supported
+  // A stored 21st band is not shown, and the 20th is.
+  platform.tree[directory + "fdd_dedicated_earfcn_list"] =
+      repeat(21, [](int i) { return std::to_string(101 + i) + ",1"; });
+  EXPECT_EQ(get(kovaGetTR069FreqPreferred), repeat(20, [](int i) { return std::to_string(101 + i) + ",1"; }));
+}
+
+TEST_F(Cells, PreferredBandsOfOneDuplexMode) {
+  platform.bands = {1, 3, 41};
+  platform.band_records[3].duplex = 1;
+  platform.nvram[{0, duplex_key}] = "TDD";
+  EXPECT_EQ(kovaSetTR069FreqPreferred("41,40000;3,1300"), 0);
+  EXPECT_EQ(reaction(), stored("tdd_dedicated_earfcn_list", "41,40000;3,1300"));
+  platform.tree[directory + "fdd_dedicated_earfcn_list"] = "1,5";
+  EXPECT_EQ(get(kovaGetTR069FreqPreferred), "1,5"); // the tree is in the other mode
+  platform.tree[directory + "dedicated_duplex"] = "TDD";
+  EXPECT_EQ(get(kovaGetTR069FreqPreferred), "41,40000;3,1300");
+
+  // A daemon that changes its mind: the checker takes bands of both modes, the setter does not.
+  platform.done.clear();
+  const auto after_the_list = [](int duplex) {
+    platform.lte_asked.clear();
+    platform.band_records[41].duplex = 1;
+    platform.watch = [duplex] {
+      if (std::ranges::count(platform.lte_asked, "bye") > 0) platform.band_records[41].duplex = duplex;
+    };
+  };
+  after_the_list(0);
+  EXPECT_EQ(kovaChkTR069FreqPreferred("name", "41,40000;3,1300"), 0);
+  after_the_list(0);
+  EXPECT_EQ(kovaSetTR069FreqPreferred("41,40000;3,1300"), -1);
+  after_the_list(7);
+  EXPECT_EQ(kovaSetTR069FreqPreferred("41,40000"), -1);
+  EXPECT_EQ(reaction(), (Strings{"bracket end", "bracket start", "bracket end", "bracket start"}));
+  platform.watch = nullptr;
+  platform.tree_failure = -5;
+  platform.tree_refuses[directory + "tdd_dedicated_earfcn_list"] = true;
+  EXPECT_EQ(kovaSetTR069FreqPreferred("3,1300"), -5);
+  platform.tree.clear();
+  int result = 0;
+  EXPECT_EQ(get(kovaGetTR069FreqPreferred, result), "");
+  EXPECT_EQ(result, -5);
+  platform.tree_opens = false;
+  EXPECT_EQ(kovaSetTR069FreqPreferred("3,1300"), -5);
+  platform.lists_bands = false;
+  EXPECT_EQ(kovaSetTR069FreqPreferred("3,1300"), -1);
+}
+
+TEST_F(Cells, ChannelsOfWhatIsNoBandAreNotThoseOfAnother) {
+  for (const char *value : {"0,1301;3,1300", "band,1301;3,1300"}) {
+    kovaSetTR069FreqPreferred(value);
+    EXPECT_EQ(platform.tree[directory + "fdd_dedicated_earfcn_list"].find("1301"), std::string::npos)
+        << value;
+  }
+}
+
+// C libraries differ in where strtok_r stands after the last token.
+TEST_F(Cells, ListsEndWithTheirLastPieceOnEveryCLibrary) {
+  platform.tokens_end_in_null = true;
+  EXPECT_EQ(kovaSetTR069PciOnlyLock("10;20"), 0);
+  EXPECT_EQ(platform.tree[directory + "dedicated_pci_range"], "10,10;20,20");
+  EXPECT_EQ(kovaSetTR069PciLock("1300,5;1301,6"), 0);
+  EXPECT_EQ(get(kovaGetTR069PciLock), "1300,5;1301,6");
+  EXPECT_EQ(kovaSetTR069FreqPreferred("3,1300;1,5"), 0);
+  EXPECT_EQ(get(kovaGetTR069FreqPreferred), "3,1300;1,5");
+  EXPECT_GT(platform.tokens_left, 0) << "no end was found";
+}
+
+} // namespace

@@ -1,0 +1,97 @@
+// What the device says about itself.
+#include "fake/fake.hpp"
+#include "management/management.h"
+
+using fake::get;
+using fake::platform;
+using fake::Strings;
+
+namespace {
+
+class DeviceInfo : public fake::Test {};
+
+TEST_F(DeviceInfo, SerialNumberAndHardwareVersionFallBack) {
+  platform.preset(0, "TR_HardVer=never IMEI=never");
+  EXPECT_EQ(get(kovaGetTR069SerialNumber), "");
+  EXPECT_EQ(get(kovaGetTR069HardwareVersion), "N/A");
+  platform.preset(9, "IMEI=357 HW_VER=B CACHE_SN= CACHE_HW_VER=");
+  EXPECT_EQ(get(kovaGetTR069SerialNumber), "357");
+  EXPECT_EQ(get(kovaGetTR069HardwareVersion), "B");
+  platform.preset(9, "CACHE_SN=S1 CACHE_HW_VER=A");
+  EXPECT_EQ(get(kovaGetTR069SerialNumber), "S1");
+  EXPECT_EQ(get(kovaGetTR069HardwareVersion), "A");
+}
+
+TEST_F(DeviceInfo, MemoryIsInThousandsOfBytesWhateverTheKernelsUnit) {
+  platform.total_ram = 524288999;
+  platform.free_ram = 1999;
+  EXPECT_EQ(get(kovaGetTR069MemoryStatusTotal), "524288");
+  EXPECT_EQ(get(kovaGetTR069MemoryStatusFree), "1");
+  platform.knows_memory_and_uptime = false;
+  int result = 0;
+  EXPECT_EQ(get(kovaGetTR069MemoryStatusTotal, result), "");
+  EXPECT_EQ(result, -1);
+  EXPECT_EQ(get(kovaGetTR069MemoryStatusFree, result), "");
+  EXPECT_EQ(result, -1);
+}
+
+TEST_F(DeviceInfo, TimesSinceTheStartAndSinceTheConnection) {
+  const std::pair<const char *, const char *> cases[] = {{"400", "600"}, {"999", "1"}, {"1000", "0"},
+                                                         {"1001", "0"},  {"0", "0"},   {"-400", "0"},
+                                                         {"", "0"},      {"soon", "0"}};
+  EXPECT_EQ(get(kovaGetTR069ConntionTime), "0");
+  for (const auto &[connected_at, expected] : cases) {
+    platform.nvram[{9, "lte_conn_uptime"}] = connected_at;
+    EXPECT_EQ(get(kovaGetTR069ConntionTime), expected) << connected_at;
+  }
+  platform.nvram[{9, "lte_conn_uptime"}] = "400";
+  EXPECT_EQ(get(kovaGetTR069UpTime), "1000");
+  platform.knows_memory_and_uptime = false;
+  EXPECT_EQ(get(kovaGetTR069UpTime), "0");
+  EXPECT_EQ(get(kovaGetTR069ConntionTime), "0");
+}
+
+TEST_F(DeviceInfo, AConnectionTimeBeyondAllNumbersCountsAsNone) {
+  platform.nvram[{9, "lte_conn_uptime"}] = "-99999999999999999999";
+  EXPECT_EQ(get(kovaGetTR069ConntionTime), "0");
+}
+
+TEST_F(DeviceInfo, TheLogIsAppendedWhole) {
+  const Strings commands = {"run rm -f /tmp/M4412_Log.dat",
+                            "run /home/www/cgi-bin/maintenance.cgi exportlog"};
+  char buffer[8192] = "begun ";
+  EXPECT_EQ(kovaGetTR069DeviceLog(buffer, 1), 0); // no log
+  EXPECT_STREQ(buffer, "begun ");
+  EXPECT_EQ(platform.done, commands);
+  const std::string log =
+      "a line\n" + std::string(1022, 'x') + "\n" + std::string(1023, 'y') + "\n" + std::string(3000, 'z');
+  platform.output["cat /tmp/M4412_Log.dat"] = log;
+  EXPECT_EQ(kovaGetTR069DeviceLog(buffer, 1), 0);
+  EXPECT_EQ(buffer, "begun " + log);
+}
+
+TEST_F(DeviceInfo, ProvisioningSetsTheClockAndTheQosMapIsNotKept) {
+  EXPECT_EQ(kovaSetTR069MapnQos("anything"), 0);
+  EXPECT_TRUE(platform.done.empty());
+  EXPECT_EQ(kovaSetTR069ProvisioningCode("any \"code\""), 0);
+  EXPECT_EQ(platform.done,
+            (Strings{"nvram 0 TR_PROVCODE=any \"code\"", "run /etc/sysconfig/script/ntp.sh envTZ",
+                     "run /etc/sysconfig/script/ntp.sh"}));
+  EXPECT_TRUE(platform.rules_asked.empty());
+}
+
+TEST_F(DeviceInfo, ManufacturerPartOfAnAddress) {
+  platform.interfaces = {{"a-name-of-15-ch", "", "", -1, "00:1a:2b:3c:4d:5e"},
+                         {"eth1", "", "", -1, "F0:0e:ff:0:0:0"}};
+  char out[8] = "#######";
+  EXPECT_EQ(kova_getManufacturerMac("a-name-of-15-characters", out), 0);
+  EXPECT_EQ(std::string(out, 8), std::string("001A2B\0", 8));
+  EXPECT_EQ(kova_getManufacturerMac("eth1", out), 0);
+  EXPECT_STREQ(out, "F00EFF");
+  EXPECT_EQ(kova_getManufacturerMac(nullptr, out), -1);
+  EXPECT_EQ(kova_getManufacturerMac("eth2", out), -1);
+  platform.sockets = false;
+  EXPECT_EQ(kova_getManufacturerMac("eth1", out), -1);
+}
+
+} // namespace

@@ -1,0 +1,333 @@
+// The band table, the serving cell and the link.
+#include "fake/fake.hpp"
+#include "radio/radio.h"
+
+#include <cmath>
+#include <cstring>
+#include <iterator>
+#include <memory>
+
+using fake::get;
+using fake::platform;
+using fake::Strings;
+
+namespace {
+
+class Radio : public fake::Test {};
+
+// ---- The band table, against the bands' frequencies: a channel is 100 kHz wide, a band's channel numbers follow those
+// of the band before it, and uplink numbers are 18000 above the downlink's.
+
+struct Band {
+  unsigned int number;
+  double low, high;      // downlink, MHz
+  double separation = 0; // downlink above uplink, MHz; 0: one range for both
+};
+constexpr Band public_bands[] = {
+    {1, 2110, 2170, 190},    {2, 1930, 1990, 80},      {3, 1805, 1880, 95},      {4, 2110, 2155, 400},
+    {5, 869, 894, 45},       {6, 875, 885, 45},        {7, 2620, 2690, 120},     {8, 925, 960, 45},
+    {9, 1844.9, 1879.9, 95}, {10, 2110, 2170, 400},    {11, 1475.9, 1495.9, 48}, {12, 729, 746, 30},
+    {13, 746, 756, -31},     {14, 758, 768, -30},      {17, 734, 746, 30},       {18, 860, 875, 45},
+    {19, 875, 890, 45},      {20, 791, 821, -41},      {21, 1495.9, 1510.9, 48}, {22, 3510, 3590, 100},
+    {23, 2180, 2200, 180},   {24, 1525, 1559, -101.5}, {25, 1930, 1995, 80},     {26, 859, 894, 45},
+    {27, 852, 869, 45},      {28, 758, 803, 55},       {33, 1900, 1920},         {34, 2010, 2025},
+    {35, 1850, 1910},        {36, 1930, 1990},         {37, 1910, 1930},         {38, 2570, 2620},
+    {39, 1880, 1920},        {40, 2300, 2400},         {41, 2496, 2690},         {42, 3400, 3600},
+    {43, 3600, 3800},        {44, 703, 803},           {45, 1447, 1467},         {46, 5150, 5925},
+    {47, 5855, 5925},        {48, 3550, 3700}};
+// Where channel numbers do not go on from the band before.
+unsigned int first_channel(unsigned int band, unsigned int next) {
+  return band == 12 ? 5010 : band == 17 ? 5730 : band == 23 ? 7500 : band == 33 ? 36000 : next;
+}
+
+TEST_F(Radio, ThePublicBandsAreTheStandardsOnes) {
+  unsigned int next = 0;
+  const LteBand *row = g_band_list;
+  for (const auto &[number, low, high, separation] : public_bands) {
+    SCOPED_TRACE(number);
+    const unsigned int first = first_channel(number, next);
+    next = first + static_cast<unsigned int>((high - low) * 10 + 0.5);
+    const unsigned int uplink = separation != 0 ? 18000 : 0;
+    EXPECT_EQ(row->band, number);
+    EXPECT_EQ(row->reserved, 0U);
+    EXPECT_DOUBLE_EQ(row->dl_low_freq, low);
+    EXPECT_EQ(row->dl_earfcn_low, first);
+    EXPECT_EQ(row->dl_earfcn_high, next - 1);
+    EXPECT_DOUBLE_EQ(row->ul_low_freq, low - separation);
+    EXPECT_EQ(row->ul_earfcn_low, first + uplink);
+    EXPECT_EQ(row->ul_earfcn_high, next - 1 + uplink);
+    EXPECT_DOUBLE_EQ(getLowFreq(number), low);
+    EXPECT_NEAR(getHighFreq(number), high, 1e-9);
+    ++row;
+  }
+  const LteBand others[] = {{61, 0, 1447.0, 65000, 65199, 1447.0, 65000, 65199},
+                            {62, 0, 1785.0, 65200, 65390, 1785.0, 65200, 65390},
+                            {63, 0, 5725.0, 64000, 64999, 5150.0, 63000, 63999},
+                            {}};
+  ASSERT_EQ(std::end(g_band_list) - row, std::ssize(others));
+  static_assert(sizeof(LteBand) == 40);
+  EXPECT_EQ(std::memcmp(row, others, sizeof others), 0);
+}
+
+TEST_F(Radio, LookUpsOfOtherBands) {
+  EXPECT_EQ(getLowFreq(0), 0.0);
+  EXPECT_EQ(getHighFreq(0), 0.1); // the end row matches
+  EXPECT_NEAR(getHighFreq(62), 1804.1, 1e-9);
+  EXPECT_NEAR(getHighFreq(63), 5825.0, 1e-9);
+  for (const unsigned int band : {15U, 16U, 29U, 32U, 49U, 60U, 64U, ~0U})
+    EXPECT_EQ(getLowFreq(band) + getHighFreq(band), 0.0) << band;
+}
+
+// ---- Status values
+
+// Each row: what is published, and what one getter then answers.
+struct Reading {
+  kova_getter *getter;
+  Strings settings; // of section 9, or of section 0 with "0 " ahead
+  const char *expected;
+  int result = 0;
+};
+
+void expect(const std::vector<Reading> &readings) {
+  for (const auto &[getter, settings, expected, wanted] : readings) {
+    SCOPED_TRACE(settings.empty() ? "nothing" : settings.back());
+    platform.nvram.clear();
+    for (const std::string &setting : settings) {
+      const bool is_config = setting.starts_with("0 ");
+      const std::size_t start = is_config ? 2 : 0, equals = setting.find('=');
+      platform.nvram[{is_config ? 0 : 9, setting.substr(start, equals - start)}] = setting.substr(equals + 1);
+    }
+    int result = 1;
+    EXPECT_EQ(get(getter, result), expected);
+    EXPECT_EQ(result, wanted);
+  }
+}
+
+TEST_F(Radio, CellAndNetworkIdentities) {
+  expect({{kovaGetTR069CellIDValue, {"lte_cur_eci=1A2B3C"}, "1715004"},
+          {kovaGetTR069CellIDValue, {"lte_cur_eci=0xfffffff"}, "268435455"},
+          {kovaGetTR069CellIDValue, {"lte_cur_eci="}, "0"},
+          {kovaGetTR069CellIDValue, {"lte_cur_eci=none"}, "0"},
+          {kovaGetTR069CellIDValue, {}, "", -1},
+          {kovaGetTR069EnbIdValue, {"lte_cur_enodeb_id=1a2b"}, "6699"},
+          {kovaGetTR069EnbIdValue, {}, "", -1},
+          {kovaGetTR069BandValue, {"lte_cur_band=123456789"}, "1234567"}});
+  platform.nvram[{9, "lte_dl_mcs"}] = std::string(300, 'x');
+  EXPECT_EQ(get(kovaGetTR069DLMcsValue, 300).size(), 254U);
+  const std::string digits = "12345678901234567890";
+  for (std::size_t length = 0; length <= digits.size(); ++length) {
+    platform.nvram[{9, "lte_cur_plmn"}] = digits.substr(0, length);
+    EXPECT_EQ(get(kovaGetTR069MCCValue), digits.substr(0, std::min<std::size_t>(length, 3)));
+    const std::size_t mnc = length == 6 ? 3 : length > 5 ? 2 : length > 3 ? length - 3 : 0;
+    EXPECT_EQ(get(kovaGetTR069MNCValue), digits.substr(3, mnc)) << length;
+  }
+  expect({{kovaGetTR069MNCValue, {"lte_cur_plmn=310410"}, "410"},
+          {kovaGetTR069MNCValue, {"lte_cur_plmn=46001"}, "01"},
+          {kovaGetTR069MCCValue, {}, ""}});
+  platform.preset(9, "lte_cur_plmn=310410");
+  EXPECT_EQ(get(kovaGetTR069MCCValue, 3), "###");
+  EXPECT_EQ(get(kovaGetTR069MNCValue, 4), "410");
+}
+
+TEST_F(Radio, SignalFields) {
+  constexpr const char *record = "DM_CELL_STAT_INFO=12,-70,-95,-9,15,23.0";
+  constexpr const char *gap = "DM_CELL_STAT_INFO=12,-70,,-9,15,23"; // an empty field moves the later ones up
+                                                                    // clang-format off
+  expect({
+      {kovaGetTR069PCIValue, {record}, "12"}, {kovaGetTR069RSSIValue, {record}, "-70"},
+      {kovaGetTR069RSRQValue, {record}, "-9"}, {kovaGetTR069SINRValue, {record}, "15"},
+      {kovaGetTR069TXPWRValue, {record}, "23.0"}, {kovaGetTR069PCIValue, {gap}, "12"},
+      {kovaGetTR069RSRQValue, {gap}, "15"}, {kovaGetTR069SINRValue, {gap}, "23"},
+      {kovaGetTR069TXPWRValue, {gap}, "NONE"}, {kovaGetTR069PCIValue, {}, "NONE"},
+      {kovaGetTR069PCIValue, {"DM_CELL_STAT_INFO=,,"}, "NONE"},
+      {kovaGetTR069RSRP0Value, {"lte_rsrp_per_antenna=-95/-97"}, "-95"},
+      {kovaGetTR069RSRP1Value, {"lte_rsrp_per_antenna=-95/-97"}, "-97"},
+      {kovaGetTR069RSRP1Value, {"lte_rsrp_per_antenna= -95 \t/ -97"}, "-97"},
+      {kovaGetTR069RSRP1Value, {"lte_rsrp_per_antenna=-95"}, ""}, {kovaGetTR069RSRP0Value, {}, ""},
+      {kovaGetTR069CINR0Value, {"lte_cinr_per_antenna=10\t11"}, "10"},
+      {kovaGetTR069CINR1Value, {"lte_cinr_per_antenna=10\t11"}, "11"}});
+  // clang-format on
+  char text[] = "7";
+  EXPECT_STREQ(getInternetStatusPCI_vals(text), "7");
+  EXPECT_STREQ(getInternetStatusTXPWR_vals(text), "NONE");
+  EXPECT_STREQ(getInternetStatusRSSI_vals(nullptr), "NONE");
+}
+
+TEST_F(Radio, SpectrumAccessCapsThePower) {
+  constexpr const char *power = "DM_CELL_STAT_INFO=1,2,3,4,5,23.0";
+  const auto granted = [&](const char *enabled, const char *limit, const char *expected) {
+    expect({{kovaGetTR069TXPWRValue,
+             {power, std::string("0 SAS_CONFIG_RADIOENABLE=") + enabled,
+              std::string("0 SAS_CONFIG_POWER=") + limit},
+             expected}});
+  };
+  granted("1", "20", "20.0");
+  granted("", "20.04", "20.0"); // anything but "0"
+  granted("0", "20", "23.0");
+  granted("1", "", "23.0");
+  granted("1", "0", "23.0");
+  granted("1", "-3", "23.0");
+  granted("1", "23", "23.0");
+  granted("1", "30", "23.0");
+  granted("1", "15.000000000000000000", "15.0"); // more than is read
+  expect({{kovaGetTR069TXPWRValue, {power, "0 SAS_CONFIG_POWER=20"}, "23.0"},
+          {kovaGetTR069TXPWRValue, {power, "0 SAS_CONFIG_RADIOENABLE=1"}, "23.0"},
+          {kovaGetTR069TXPWRValue, {"0 SAS_CONFIG_RADIOENABLE=1", "0 SAS_CONFIG_POWER=20"}, "NONE"}});
+}
+
+TEST_F(Radio, FrequenciesAndBandwidth) {
+  constexpr const char *tdd = "0 /tarn/cell_selection/dedicated_duplex=TDDx",
+                       *fdd = "0 /tarn/cell_selection/dedicated_duplex=FDD";
+  expect({{kovaGetTR069DLFrequencyValue, {"lte_cur_freq=26550"}, "2655000"},
+          {kovaGetTR069DLFrequencyValue, {"lte_cur_freq=26550.5"}, "2655000"},
+          {kovaGetTR069DLFrequencyValue, {"lte_cur_freq=-1"}, ""},
+          {kovaGetTR069DLFrequencyValue, {"lte_cur_freq=N/A"}, ""},
+          {kovaGetTR069DLFrequencyValue, {"lte_cur_freq="}, ""},
+          {kovaGetTR069DLFrequencyValue, {}, ""},
+          {kovaGetTR069ULFrequencyValue, {tdd, "lte_cur_freq=26550", "lte_cur_ulfreq=1"}, "2655000"},
+          {kovaGetTR069ULFrequencyValue, {fdd, "lte_cur_ulfreq=25350", "lte_cur_freq=1"}, "2535000"},
+          {kovaGetTR069ULFrequencyValue, {fdd, "lte_cur_ulfreq=-1"}, ""},
+          {kovaGetTR069ULFrequencyValue, {"lte_cur_freq=1", "lte_cur_ulfreq=1"}, ""},
+          {kovaGetTR069BandwidthValue, {"lte_cur_bandwidth=20000"}, "20"},
+          {kovaGetTR069BandwidthValue, {"lte_cur_bandwidth=1400"}, "1"},
+          {kovaGetTR069BandwidthValue, {"lte_cur_bandwidth="}, "0"},
+          {kovaGetTR069BandwidthValue, {}, "0"}});
+  struct {
+    const char *published, *rewritten;
+  } const frequencies[] = {{"26550", "2655.0"}, {"2655.0", "265.50"}, {"7", ".7"},    {"7.", ".7"},
+                           {".5", ".5"},        {"N/A", "N/A"},       {"-1", "NONE"}, {"", "NONE"}};
+  for (const auto &[published, rewritten] : frequencies)
+    for (const int which : {1, 0, 2}) {
+      platform.nvram = {{{9, which == 1 ? "lte_cur_freq" : "lte_cur_ulfreq"}, published}};
+      const std::unique_ptr<char, decltype(&free)> text(getInternetStatusFrequency_vals(which), free);
+      EXPECT_STREQ(text.get(), rewritten) << published;
+    }
+  platform.nvram.clear();
+  const std::unique_ptr<char, decltype(&free)> bandwidth(getInternetStatusBandwidth_vals(), free);
+  EXPECT_STREQ(bandwidth.get(), "NONE");
+}
+
+TEST_F(Radio, TheChannelOfTheCarrier) {
+  const auto carrier = [](const char *band, const char *frequency, const char *expected) {
+    SCOPED_TRACE(std::string(band) + " at " + frequency);
+    expect({{kovaGetTR069EARFCNValue,
+             {std::string("lte_cur_band=") + band, std::string("lte_cur_freq=") + frequency},
+             expected}});
+    char out[16] = "?";
+    EXPECT_EQ(getInternetDLEARFCN_vals(out, sizeof out), *expected == '\0' ? -1 : 0);
+    EXPECT_STREQ(out, *expected == '\0' ? "?" : expected);
+  };
+  carrier("3", "18150", "1300");
+  carrier("3x", "18050", "1200");
+  carrier("63", "57250", "64000");
+  carrier("3", "18049", "1200");    // -1 and the guard, truncated toward zero
+  carrier("3", "18048", "1199");    // below the band: not looked at
+  carrier("3", "1815.0", "-15034"); // a published point is moved: 181.50 MHz
+  for (const char *band : {"", "0", "15", "99", "-3", "x"})
+    carrier(band, "18150", "");
+  for (const char *frequency : {"", "-1", "N/A", "1e99", "99999999999999999999"})
+    carrier("3", frequency, "");
+  // Every channel of every band comes back, whatever binary fractions its frequency has.
+  for (const LteBand *row = g_band_list; row->band != 0; ++row)
+    for (unsigned int channel = row->dl_earfcn_low; channel <= row->dl_earfcn_high; ++channel) {
+      const long frequency = std::lround(row->dl_low_freq * 10) + (channel - row->dl_earfcn_low);
+      platform.nvram = {{{9, "lte_cur_band"}, std::to_string(row->band)},
+                        {{9, "lte_cur_freq"}, std::to_string(frequency)}};
+      platform.keys_read.clear();
+      char out[16];
+      ASSERT_EQ(getInternetDLEARFCN_vals(out, sizeof out), 0);
+      ASSERT_EQ(out, std::to_string(channel)) << row->band;
+    }
+}
+
+TEST_F(Radio, NumbersBeyondAllBoundsAreSurvived) {
+  platform.nvram = {{{9, "lte_cur_freq"}, "99999999999999999999"}};
+  EXPECT_NE(get(kovaGetTR069DLFrequencyValue), "####");
+  expect({{kovaGetTR069EARFCNValue, {"lte_cur_band=3", "lte_cur_freq=nan1"}, ""}});
+}
+
+TEST_F(Radio, SchedulerRatesAndNameServersOfAConnection) {
+  constexpr const char *up = "lte_data_state=3", *down = "lte_data_state=2";
+  constexpr const char *primary = "wan_primary_dns=8.8.8.8", *secondary = "wan_secondary_dns=8.8.4.4";
+  expect({{kovaGetTR069WANUplinkRateValue, {up, "lte_cur_ulsched=1.5"}, "1536"},
+          {kovaGetTR069WANUplinkRateValue, {up, "lte_cur_ulsched=0.0015"}, "1"},
+          {kovaGetTR069WANUplinkRateValue, {up}, "0"},
+          {kovaGetTR069WANUplinkRateValue, {down, "lte_cur_ulsched=1.5"}, "0"},
+          {kovaGetTR069WANDownlinkRateValue, {up, "lte_cur_dlcw1=2"}, "2048"},
+          {kovaGetTR069WANDownlinkRateValue, {up, "lte_cur_dlcw1=-2"}, "-2048"},
+          {kovaGetTR069WANDownlinkRateValue, {up, "lte_cur_dlcw1=nan"}, "0"},
+          {kovaGetTR069WANDownlinkRateValue, {up, "lte_cur_dlcw1=1e30"}, "0"},
+          {kovaGetTR069WANDownlinkRateValue, {"lte_cur_dlcw1=2"}, "0"},
+          {kovaGetTR069LTEDnsServer, {up, primary, secondary}, "8.8.8.8,8.8.4.4"},
+          {kovaGetTR069LTEDnsServer, {up, primary}, "8.8.8.8"},
+          {kovaGetTR069LTEDnsServer, {up, secondary}, ""},
+          {kovaGetTR069LTEDnsServer, {down, primary, secondary}, ""},
+          {kovaGetTR069LTEStatus, {"lte_ue_state=4"}, "Connected"},
+          {kovaGetTR069LTEStatus, {}, ""}});
+  platform.preset(9, "lte_data_state=3 wan_primary_dns=8.8.8.8 wan_secondary_dns=8.8.4.4");
+  EXPECT_EQ(get(kovaGetTR069LTEDnsServer, 10), "8.8.8.8,8");
+}
+
+TEST_F(Radio, TrafficAndAddressesOfThePdns) {
+  platform.counters = {{"wan 2", "2048"}, {"wan 10", "4096"}, {"wan 3", "3000"}, {"wan 11", "1100"}};
+  EXPECT_EQ(get(kovaGetTR069RxPacketsValue), "3000"); // crossed, as it must be
+  EXPECT_EQ(get(kovaGetTR069TxPacketsValue), "1100");
+  EXPECT_EQ(get(kovaGetTR069RxBytesValue), "2048");
+  EXPECT_EQ(get(kovaGetTR069TxBytesValue), "4096");
+  kova_getter *const getters[] = {kovaGetTR069APN1IPAddress, kovaGetTR069APN2IPAddress,
+                                  kovaGetTR069APN3IPAddress, kovaGetTR069APN4IPAddress};
+  for (int pdn = 0; pdn < 4; ++pdn) {
+    EXPECT_EQ(get(getters[pdn]), "");
+    const std::string address = "10.0.0." + std::to_string(pdn);
+    platform.interfaces.push_back({"lte0pdn" + std::to_string(pdn), address, "255.0.0.0"});
+    EXPECT_EQ(get(getters[pdn]), address);
+    EXPECT_EQ(get(getters[pdn], 5), "10.0");
+  }
+}
+
+// ---- Access to the device
+
+TEST_F(Radio, HttpsSwitchesAndTheRestartOfTheWebService) {
+  const Strings restart = {"run test_cpeevent call \"ce_webservice_reinit\"", "sleep 3",
+                           "run test_cpeevent call \"fw_sec_ddos_filter\"",
+                           "run test_cpeevent call \"fw_remote_web_access_filter\""};
+  const auto after = [](const std::string &stored, const Strings &reaction) {
+    Strings all = {stored};
+    all.insert(all.end(), reaction.begin(), reaction.end());
+    return all;
+  };
+  const std::pair<const char *, const char *> cases[] = {
+      {"0", "0"}, {"false", "0"}, {"is FaLsE", "0"}, {"1", "1"}, {"00", "1"}, {"true", "1"}, {"<", "1"}};
+  for (const auto &[value, digit] : cases) {
+    SCOPED_TRACE(value);
+    platform.done.clear();
+    platform.rules_asked.clear();
+    EXPECT_EQ(kovaSetTR069HttpsEnable(value), 0);
+    EXPECT_EQ(platform.done, after(std::string("nvram 0 https_enable=") + digit, restart));
+    EXPECT_EQ(platform.rules_asked, Strings{std::string("41/2 ") + digit});
+    platform.done.clear();
+    EXPECT_EQ(kovaSetTR069HttpsWanEnable(value), 0);
+    EXPECT_EQ(platform.done, after(std::string("nvram 0 TR_WEB_LOGIN_ENABLE=") + digit,
+                                   {"run test_cpeevent call \"fw_sec_ddos_filter\""}));
+    EXPECT_EQ(platform.rules_asked.size(), 1U);
+    EXPECT_EQ(get(kovaGetTR069HttpsEnable) + get(kovaGetTR069HttpsWanEnable), std::string(digit) + digit);
+  }
+  platform.done.clear();
+  EXPECT_EQ(kovaSetTR069HttpsPort("8443"), 0);
+  EXPECT_EQ(platform.done, after("nvram 0 https_port=8443", restart));
+  EXPECT_EQ(platform.rules_asked.back(), "41/1 8443");
+  EXPECT_EQ(get(kovaGetTR069HttpsPort), "8443");
+
+  platform.done.clear();
+  for (const char *nothing : {"", static_cast<const char *>(nullptr)}) {
+    EXPECT_EQ(kovaSetTR069HttpsEnable(nothing), -1);
+    EXPECT_EQ(kovaSetTR069HttpsWanEnable(nothing), -1);
+  }
+  EXPECT_EQ(kovaSetTR069HttpsPort("8443|"), -1);
+  platform.rule = [](int, const std::string &, int) { return -2; };
+  EXPECT_EQ(kovaSetTR069HttpsEnable("1"), -1);
+  EXPECT_EQ(kovaSetTR069HttpsPort("8443"), -1);
+  EXPECT_TRUE(platform.done.empty());
+}
+
+} // namespace

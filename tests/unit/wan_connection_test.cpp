@@ -1,0 +1,321 @@
+// The WAN device and its connection, MTU, DMZ and SIP ALG.
+#include "fake/fake.hpp"
+#include "management/management.h"
+#include "wan/wan.h"
+
+using fake::get;
+using fake::platform;
+using fake::Strings;
+
+namespace {
+
+class Wan : public fake::Test {};
+
+// A getter of an indexed parameter, as a plain one.
+template <auto getter>
+int of_1(char *buf, unsigned int buflen) {
+  return getter(1, buf, buflen);
+}
+template <auto getter>
+int of_1_1_1(char *buf, unsigned int buflen) {
+  return getter(1, 1, 1, buf, buflen);
+}
+
+TEST_F(Wan, ThereIsOneOfEach) {
+  platform.preset(0, "DMZEnable=1 DMZAddress=10.0.0.1");
+  platform.preset(9, "mgmt_ipaddr=10.0.0.2");
+  kova_wan_device_getter *const of_device[] = {kovaGetWANDeviceWANConnectionNumberOfEntries,
+                                               kovaGetWANDeviceEnabledForInternet,
+                                               kovaGetWANDeviceWANAccessType,
+                                               kovaGetWANDeviceLayer1UpstreamMaxBitRate,
+                                               kovaGetWANDeviceLayer1DownstreamMaxBitRate,
+                                               kovaGetWANDeviceTotalBytesSent,
+                                               kovaGetWANDeviceTotalBytesReceived,
+                                               kovaGetWANDeviceTotalPacketsSent,
+                                               kovaGetWANDeviceTotalPacketsReceived};
+  kova_ip_connection_getter *const getters[] = {
+      kovaGetWANConnectionExternalIPAddress, kovaGetWANConnectionDMZEnable,
+      kovaGetWANConnectionDMZHostIPAddress, kovaGetWANConnectionDMZAvoidRemoteManagement};
+  const std::pair<kova_ip_connection_setter *, const char *> setters[] = {
+      {kovaSetWANConnectionDMZEnable, "true"},
+      {kovaSetWANConnectionDMZHostIPAddress, "10.0.0.1"},
+      {kovaSetWANConnectionDMZAvoidRemoteManagement, "true"}};
+  for (const int dev : {1, 0, 2, -1})
+    for (const int conn : {1, 0, 2})
+      for (const int ipconn : {1, 2}) {
+        SCOPED_TRACE(std::to_string(dev) + "." + std::to_string(conn) + "." + std::to_string(ipconn));
+        const int result = dev == 1 && conn == 1 && ipconn == 1 ? 0 : -1;
+        char buf[32];
+        platform.done.clear();
+        for (const auto getter : of_device)
+          EXPECT_EQ(getter(dev, buf, sizeof buf), dev == 1 ? 0 : -1);
+        EXPECT_EQ(kovaGetWANConnectionIPConnectionNumberOfEntries(dev, conn, buf, sizeof buf),
+                  dev == 1 && conn == 1 ? 0 : -1);
+        for (const auto getter : getters)
+          EXPECT_EQ(getter(dev, conn, ipconn, buf, sizeof buf), result);
+        for (const auto &[setter, value] : setters)
+          EXPECT_EQ(setter(dev, conn, ipconn, value), result);
+        EXPECT_EQ(platform.done.empty(), result != 0);
+      }
+}
+
+TEST_F(Wan, FixedAnswersAndTheExternalAddress) {
+  EXPECT_EQ(get(kovaGetTR069ManageableDeviceNumberOfEntries), "1");
+  EXPECT_EQ(get(of_1<kovaGetWANDeviceWANConnectionNumberOfEntries>), "1");
+  EXPECT_EQ(get(of_1<kovaGetWANDeviceEnabledForInternet>), "true");
+  EXPECT_EQ(get(of_1<kovaGetWANDeviceWANAccessType>), "LTE");
+  EXPECT_EQ(get(of_1<kovaGetWANDeviceLayer1UpstreamMaxBitRate>), "27472691.2");
+  EXPECT_EQ(get(of_1<kovaGetWANDeviceLayer1DownstreamMaxBitRate>), "220200960");
+  platform.preset(9, "mgmt_ipaddr= wan_ipaddr=10.0.0.3");
+  EXPECT_EQ(get(kovaGetTR069WANConnectionExternalIPAddress), "10.0.0.3");
+  platform.preset(9, "mgmt_ipaddr=10.0.0.2");
+  EXPECT_EQ(get(kovaGetTR069WANConnectionExternalIPAddress), "10.0.0.2");
+}
+
+TEST_F(Wan, LinkAndTrafficOfTheDataInterface) {
+  EXPECT_EQ(get(kovaGetWANDevicePhysicalLinkStatus), "Down");
+  platform.preset(9, "curr_data_if=lte0");
+  EXPECT_EQ(get(kovaGetWANDevicePhysicalLinkStatus), "Down");
+  platform.interfaces = {{"lte0", "", ""}};
+  EXPECT_EQ(get(kovaGetWANDevicePhysicalLinkStatus), "Up");
+  platform.counters = {{"lte0 10", "9223372036854775807"},
+                       {"lte0 2", "2"},
+                       {"lte0 11", "11"},
+                       {"lte0 3", "3"},
+                       {"wan 10", "2048"},
+                       {"wan 2", "4096"},
+                       {"wan 11", "1100"},
+                       {"wan 3", "300"}};
+  EXPECT_EQ(get(of_1<kovaGetWANDeviceTotalBytesSent>), "9223372036854775807");
+  EXPECT_EQ(get(of_1<kovaGetWANDeviceTotalBytesReceived>), "2");
+  EXPECT_EQ(get(of_1<kovaGetWANDeviceTotalPacketsSent>), "11");
+  EXPECT_EQ(get(of_1<kovaGetWANDeviceTotalPacketsReceived>), "3");
+  EXPECT_EQ(get(kovaGetWANTotalBytesSent), "2 KB");
+  EXPECT_EQ(get(kovaGetWANTotalBytesReceived), "4 KB");
+  EXPECT_EQ(get(kovaGetWANTotalPacketsSent), "1100");
+  EXPECT_EQ(get(kovaGetWANTotalPacketsReceived), "300");
+}
+
+TEST_F(Wan, ConnectionStatus) {
+  EXPECT_EQ(get(kovaGetTR069WANConnectionConnectionStatus), "");
+  constexpr const char *names[] = {"Off",       "Scanning",      "No Network", "Connecting",
+                                   "Connected", "Connect error", "Scanned"};
+  for (int state = 0; state <= 60; ++state) {
+    platform.nvram[{9, "lte_ue_state"}] = std::to_string(state);
+    EXPECT_EQ(get(kovaGetTR069WANConnectionConnectionStatus, 14), state > 55  ? std::string(14, '#')
+                                                                  : state < 7 ? names[state]
+                                                                              : "")
+        << state;
+  }
+  for (const char *beyond : {"-1", "99999999999999999999", "4294967296"}) {
+    platform.nvram[{9, "lte_ue_state"}] = beyond;
+    EXPECT_EQ(get(kovaGetTR069WANConnectionConnectionStatus, 3), "###") << beyond;
+  }
+}
+
+TEST_F(Wan, AddressesOfTheInterfaceTowardsTheServer) {
+  platform.interfaces = {{"br0", "192.168.1.1", "255.255.255.0", -1, "00:00:00:00:00:01"},
+                         {"lte0", "100.64.0.9", "255.192.0.0", -1, "00:00:00:00:00:02"}};
+  platform.output["route | awk '/default/{print $8}'"] = "lte0\n";
+  platform.files["/proc/net/route"] =
+      "Iface\tDestination\tGateway \tFlags\tRefCnt\tUse\tMetric\tMask\n"
+      "br0\t00000000\t0201A8C0\t0001\t0\t0\t0\t00000000\n" // no gateway
+      "br0\t0001A8C0\t0301A8C0\t0003\t0\t0\t0\t00FFFFFF\n" // not the default route
+      "malformed\n"
+      "lte0\t00000000\t01004064\t0003\t0\t0\t0\t00000000\n"
+      "lte0\t00000000\t02004064\t0003\t0\t0\t1\t00000000\n";
+  platform.preset(9, "lte_data_state=3");
+  struct {
+    const char *url, *bound;
+    const char *name, *address, *mask, *mac, *gateway;
+  } const cases[] = {
+      {"http://acs.example.net", "", "lte0", "100.64.0.9", "255.192.0.0", "00:00:00:00:00:02", "100.64.0.1"},
+      {"http://192.168.1.77", "", "br0", "192.168.1.1", "255.255.255.0", "00:00:00:00:00:01", ""},
+      {"http://8.8.8.8", "", "lte0", "100.64.0.9", "255.192.0.0", "00:00:00:00:00:02", "100.64.0.1"},
+      {"http://acs.example.net", "br0", "br0", "192.168.1.1", "255.255.255.0", "00:00:00:00:00:01", ""},
+      {"http://acs.example.net", "gone", "lte0", "100.64.0.9", "255.192.0.0", "00:00:00:00:00:02",
+       "100.64.0.1"},
+      {"no address", "", "", "", "", "", ""}};
+  for (const auto &[url, bound, name, address, mask, mac, gateway] : cases) {
+    SCOPED_TRACE(std::string(url) + " " + bound);
+    platform.nvram[{0, "TR_ACS_URL"}] = url;
+    setBindInterface(bound);
+    char interface[32] = "#";
+    _getInfNameOfTr069Conn(interface, sizeof interface);
+    EXPECT_STREQ(interface, name);
+    _getInfNameOfTr069Conn(interface, 3);
+    EXPECT_EQ(interface, std::string(name).substr(0, 2));
+    EXPECT_EQ(get(kovaGetTR069WANIPAddress), address);
+    int result = 1;
+    EXPECT_EQ(get(kovaGetTR069WANSubnetMask, result), mask);
+    EXPECT_EQ(result, *mask == '\0' ? -1 : 0);
+    EXPECT_EQ(get(kovaGetTR069WANConnectionMACAddress), mac);
+    EXPECT_EQ(get(kovaGetTR069WANGatewayAddress), gateway);
+  }
+  platform.interfaces.push_back({"lte0 and more than 15 characters", "", ""});
+  setBindInterface("lte0 and more than 15 characters");
+  int result = 0;
+  EXPECT_EQ(get(kovaGetTR069WANSubnetMask, result), "");
+  EXPECT_EQ(result, -1);
+  char untouched[] = "#";
+  _getInfNameOfTr069Conn(untouched, 0);
+  _getInfNameOfTr069Conn(untouched, -1);
+  _getInfNameOfTr069Conn(nullptr, 8);
+  EXPECT_STREQ(untouched, "#");
+  setBindInterface("lte0");
+  EXPECT_EQ(get(kovaGetTR069WANIPAddress, 8), "100.64."); // always terminated
+  for (const char *state : {"2", "", "30"}) {
+    platform.nvram[{9, "lte_data_state"}] = state;
+    EXPECT_EQ(get(kovaGetTR069WANConnectionMACAddress), "");
+  }
+  platform.files.clear();
+  EXPECT_EQ(get(kovaGetTR069WANGatewayAddress), "");
+}
+
+TEST_F(Wan, ARouteToHalfOfAllAddressesIsNotTheDefaultRoute) {
+  platform.interfaces = {{"lte0", "100.64.0.9", "255.192.0.0"}};
+  setBindInterface("lte0");
+  platform.files["/proc/net/route"] = "lte0\t00000000\t05004064\t0003\t0\t0\t0\t00000080\n"
+                                      "lte0\t00000000\t01004064\t0003\t0\t0\t0\t00000000\n";
+  EXPECT_EQ(get(kovaGetTR069WANGatewayAddress), "100.64.0.1");
+}
+
+TEST_F(Wan, Mtu) {
+  EXPECT_EQ(kovaSetWANConnectionX_MTU("1400"), 0);
+  EXPECT_EQ(platform.done, (Strings{"nvram 0 internet_mtu=1400", "run test_cpeevent call 'ce_set_mtu'"}));
+  EXPECT_EQ(platform.rules_asked, Strings{"30/1 1400"});
+  platform.rule = [](int, const std::string &, int) { return -2; };
+  EXPECT_EQ(kovaSetWANConnectionX_MTU("1401"), -1);
+  EXPECT_EQ(kovaSetWANConnectionX_MTU(nullptr), -1);
+  EXPECT_EQ(platform.done.size(), 2U);
+}
+
+// ---- DMZ and SIP ALG
+
+const std::string announcement = "run test_cpeevent call \"fw_nat_cfg changed\"";
+
+struct Change {
+  kova_ip_connection_setter *set;
+  const char *value;
+  const char *before; // settings, and what is then stored
+  const char *stored; // NULL: refused; empty: announced all the same
+};
+
+TEST_F(Wan, DmzByIndex) {
+  const auto enable = kovaSetWANConnectionDMZEnable;
+  const auto host = kovaSetWANConnectionDMZHostIPAddress;
+  const auto avoid = kovaSetWANConnectionDMZAvoidRemoteManagement;
+  // clang-format off
+  const Change changes[] = {
+      {enable, "true", "oper_mode=0", "DMZEnable=1"}, {enable, "false", "oper_mode=2", "DMZEnable=0"},
+      {enable, "true", "oper_mode=1", nullptr}, {enable, "True", "", nullptr}, {enable, "1", "", nullptr},
+      {enable, "", "", nullptr}, {enable, nullptr, "", nullptr},
+      {host, "192.168.1.9", "DMZEnable=1", "DMZAddress=192.168.1.9"},
+      {host, "192.168.1.9", "", "DMZAddress=192.168.1.9"}, // a missing switch allows
+      {host, "192.168.1.9", "DMZEnable=0", nullptr},
+      {host, "192.168.1.9", "DMZEnable=1 oper_mode=1", nullptr}, {host, "192.168.1", "DMZEnable=1", nullptr},
+      {host, "192.168.1.9 ", "DMZEnable=1", nullptr}, {host, "192.168.1.256", "DMZEnable=1", nullptr},
+      {host, "", "DMZEnable=1", nullptr}, {host, nullptr, "DMZEnable=1", nullptr},
+      {avoid, "true", "AclEnable=0 oper_mode=1", "AclEnable=1"}, {avoid, "true", "", "AclEnable=1"},
+      {avoid, "true", "AclEnable=2", "AclEnable=1"}, {avoid, "true", "AclEnable=1", ""},
+      {avoid, "true", "AclEnable=3", ""}, {avoid, "true", "AclEnable=4", ""},
+      {avoid, "false", "AclEnable=4", "AclEnable=0"}, {avoid, "false", "AclEnable=2", ""},
+      {avoid, "false", "", ""}, {avoid, "0", "AclEnable=1", nullptr},
+      {avoid, nullptr, "AclEnable=1", nullptr}};
+  // clang-format on
+  for (const auto &[set, value, before, stored] : changes) {
+    SCOPED_TRACE(std::string(value != nullptr ? value : "NULL") + " with " + before);
+    platform = {};
+    platform.preset(0, before);
+    EXPECT_EQ(set(1, 1, 1, value), stored != nullptr ? 0 : -1);
+    Strings expected;
+    if (stored != nullptr && *stored != '\0') expected.push_back(std::string("nvram 0 ") + stored);
+    if (stored != nullptr) expected.push_back(announcement);
+    EXPECT_EQ(platform.done, expected);
+  }
+  platform = {};
+  platform.dmz_param = -4;
+  EXPECT_EQ(host(1, 1, 1, "192.168.1.9"), -1);
+  EXPECT_EQ(platform.rules_asked, Strings{"dmz 192.168.1.9"});
+  platform.dmz_param = 0;
+  for (const char *key : {"DMZEnable", "DMZAddress"}) {
+    platform.refused_key = key;
+    EXPECT_EQ(key == std::string("DMZEnable") ? enable(1, 1, 1, "true") : host(1, 1, 1, "192.168.1.9"), -1);
+  }
+  EXPECT_TRUE(platform.done.empty());
+}
+
+TEST_F(Wan, DmzGetters) {
+  const auto answers = [](kova_getter *getter, const char *settings, const char *expected) {
+    platform.nvram.clear();
+    platform.preset(0, settings);
+    int result = 1;
+    const std::string text = get(getter, result, 16);
+    EXPECT_EQ(result, expected != nullptr ? 0 : -1) << settings;
+    EXPECT_EQ(text, expected != nullptr ? expected : text) << settings;
+  };
+  answers(of_1_1_1<kovaGetWANConnectionDMZEnable>, "DMZEnable=1", "true");
+  answers(of_1_1_1<kovaGetWANConnectionDMZEnable>, "DMZEnable=00", "true");
+  answers(of_1_1_1<kovaGetWANConnectionDMZEnable>, "DMZEnable=0", "false");
+  answers(of_1_1_1<kovaGetWANConnectionDMZEnable>, "DMZEnable=", nullptr);
+  answers(of_1_1_1<kovaGetWANConnectionDMZEnable>, "", nullptr);
+  answers(of_1_1_1<kovaGetWANConnectionDMZHostIPAddress>, "DMZAddress=10.0.0.1", "10.0.0.1");
+  answers(of_1_1_1<kovaGetWANConnectionDMZHostIPAddress>, "", nullptr);
+  for (const char *mode : {"1", "3", "4", "4x"})
+    answers(of_1_1_1<kovaGetWANConnectionDMZAvoidRemoteManagement>,
+            (std::string("AclEnable=") + mode).c_str(), "true");
+  for (const char *mode : {"", "0", "2", "5", "-1", "x1"})
+    answers(of_1_1_1<kovaGetWANConnectionDMZAvoidRemoteManagement>,
+            (std::string("AclEnable=") + mode).c_str(), "false");
+  answers(getTR069DMZEnable, "DMZEnable=01", "01");
+  answers(getTR069DMZHostAddress, "", "");
+}
+
+TEST_F(Wan, PlainDmzInAnyModeAndItsRestartOfNat) {
+  for (const char *mode : {"1", "2", "0"}) {
+    platform.done.clear();
+    platform.rules_asked.clear();
+    platform.preset(0, std::string("oper_mode=") + mode);
+    EXPECT_EQ(setTR069DMZEnable("on"), 0);
+    EXPECT_EQ(setTR069DMZHostAddress("10.0.0.1"), 0);
+    Strings expected;
+    for (const char *stored : {"nvram 0 DMZEnable=on", "nvram 0 DMZAddress=10.0.0.1"}) {
+      expected.insert(expected.end(), {stored, announcement});
+      if (*mode == '2')
+        expected.insert(expected.end(), {"run test_cpeevent call \"ce_ipv4_nat stop\"", "sleep 3",
+                                         "run test_cpeevent call \"ce_ipv4_nat start\""});
+    }
+    EXPECT_EQ(platform.done, expected);
+    EXPECT_EQ(platform.rules_asked, (Strings{"11/1 on", "11/2 10.0.0.1"}));
+  }
+  platform.done.clear();
+  EXPECT_EQ(setTR069DMZEnable("1<"), -1);
+  EXPECT_EQ(setTR069DMZHostAddress("1<"), -1);
+  platform.rule = [](int, const std::string &, int) { return -1; };
+  EXPECT_EQ(setTR069DMZEnable("1"), -1);
+  EXPECT_EQ(setTR069DMZHostAddress("1"), -1);
+  EXPECT_TRUE(platform.done.empty());
+}
+
+TEST_F(Wan, SipAlg) {
+  platform.preset(0, "oper_mode=2");
+  int answer = 0;
+  platform.rule = [&](int, const std::string &, int) { return answer; };
+  for (const char *value : {"0", "1"}) {
+    platform.done.clear();
+    EXPECT_EQ(kovaSetALGSIPEnable(value), 0);
+    EXPECT_EQ(platform.done, (Strings{std::string("nvram 0 SIPAlgEnable=") + value, announcement}));
+    EXPECT_EQ(platform.rules_asked.back(), std::string("31/1 ") + value);
+    EXPECT_EQ(get(kovaGetALGSIPEnable), value);
+  }
+  answer = -2; // only -1 refuses
+  EXPECT_EQ(kovaSetALGSIPEnable("1"), 0);
+  platform.done.clear();
+  for (const char *value : {"2", "01", "true", "", static_cast<const char *>(nullptr)})
+    EXPECT_EQ(kovaSetALGSIPEnable(value), -1);
+  answer = -1;
+  EXPECT_EQ(kovaSetALGSIPEnable("1"), -1);
+  EXPECT_TRUE(platform.done.empty());
+}
+
+} // namespace

@@ -1,0 +1,92 @@
+#include "kovactl/diagnostics_tests.hpp"
+
+#include "device/device.hpp"
+
+#include <algorithm>
+#include <thread>
+
+namespace kova::ctl {
+namespace {
+
+using namespace std::chrono_literals;
+using Clock = std::chrono::steady_clock;
+
+constexpr std::string_view state_parameter = "DiagnosticsState";
+constexpr std::string_view requested = "Requested";
+constexpr auto pause = 100ms;
+
+bool runs(const DiagnosticsTest &test) {
+  return test.state == requested && test.failure.empty();
+}
+
+void look_at(DiagnosticsTest &test) {
+  const Reading reading = get_values(std::vector{test.object + std::string(state_parameter)});
+  if (reading.values.empty()) {
+    test.failure = "the state of " + test.name() + " cannot be read";
+    return;
+  }
+  test.state = reading.values.front().text;
+  if (test.state.starts_with("Error") || test.state == "None")
+    test.failure = test.name() + " ended in " + test.state;
+}
+
+// Removed when the waiting is over.
+class ProgressLine {
+public:
+  explicit ProgressLine(const Output &output) : output_(output) {}
+  ~ProgressLine() { output_.progress(""); }
+  ProgressLine(const ProgressLine &) = delete;
+  ProgressLine &operator=(const ProgressLine &) = delete;
+
+  void show(std::span<const DiagnosticsTest> tests, Clock::duration elapsed) {
+    std::string names;
+    for (const DiagnosticsTest &test : tests)
+      if (runs(test)) names += (names.empty() ? "" : ", ") + test.name();
+    const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(elapsed).count();
+    output_.progress(std::string(1, "|/-\\"[turn_++ % 4]) + " " + std::to_string(seconds) +
+                     " s, waiting for " + names);
+  }
+
+private:
+  const Output &output_;
+  unsigned turn_ = 0;
+};
+
+} // namespace
+
+std::string DiagnosticsTest::name() const {
+  const size_t dot = object.rfind('.', object.size() - 2);
+  return object.substr(dot + 1, object.size() - dot - 2);
+}
+
+std::vector<DiagnosticsTest> tests_asked_for(std::span<const Assignment> request) {
+  std::vector<DiagnosticsTest> tests;
+  for (const auto &[path, value] : last_mentions(request))
+    if (path.ends_with("." + std::string(state_parameter)) && value == requested)
+      tests.push_back({path.substr(0, path.size() - state_parameter.size()), value, {}, ""});
+  return tests;
+}
+
+void await_tests(std::span<DiagnosticsTest> tests, std::chrono::seconds patience, const Output &output) {
+  const auto begin = Clock::now();
+  ProgressLine line(output);
+  for (;; std::this_thread::sleep_for(pause)) {
+    const bool served = device::status().serviced.has_value(); // before the look: a last result still counts
+    const auto elapsed = Clock::now() - begin;
+    for (DiagnosticsTest &test : tests) {
+      if (!runs(test)) continue;
+      look_at(test);
+      test.duration = std::chrono::duration_cast<std::chrono::milliseconds>(elapsed);
+      if (!runs(test)) continue;
+      if (!served)
+        test.failure = "the service daemon is gone: " + test.name() + " will not end";
+      else if (elapsed >= patience)
+        test.failure =
+            test.name() + " is still " + test.state + " after " + std::to_string(patience.count()) + " s";
+    }
+    if (std::ranges::none_of(tests, runs)) return;
+    line.show(tests, elapsed);
+  }
+}
+
+} // namespace kova::ctl
