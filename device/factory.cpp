@@ -1,11 +1,8 @@
 #include "device/factory.hpp"
 
-<<<<<<< HEAD
 #include "device/factory_firewall.hpp"
-=======
 #include "device/factory_tables.hpp"
 #include "device/radio/radio.hpp"
->>>>>>> next
 #include "device/routes.hpp"
 #include "platform/nvram.h"
 

@@ -20,12 +20,9 @@ constexpr const char *stand_ins[] = {"brctl", "ifconfig", "kern",          "logg
 // Stand-ins that are called by an absolute path.
 constexpr const char *placed_stand_ins[] = {
     "/usr/bin/test_cpeevent",
-<<<<<<< HEAD
     "/etc/sysconfig/script/firewall_clear_rule.sh",
-=======
     "/etc/sysconfig/script/ntp.sh",
     "/home/www/cgi-bin/maintenance.cgi",
->>>>>>> next
 };
 // Harmless programs of the host that shell lines of the device use.
 constexpr const char *host_tools[] = {"awk", "cat", "cp", "cut",   "grep", "head",

@@ -21,7 +21,6 @@ enum Group : int {
   dmz = 11,
   data_link = 30,
   sip_alg = 31,
-<<<<<<< HEAD
   web_service = 41,
 
   mac_filter = 13,
@@ -39,13 +38,6 @@ enum Group : int {
 using Rule = std::variant<Number, OneOf, Text, WpaPassPhrase, Ipv4Address, Ipv4Netmask, ServerAddressOrName,
                           WebUrl, TimeZone, MacAddress, DottedQuad, RouteDestination, RouteNetmask,
                           AccessHost, Sized<Text>, Sized<Number>, Sized<AnyServer>, Optional<OneOf>>;
-=======
-  web_service = 41
-};
-
-using Rule = std::variant<Number, OneOf, Text, WpaPassPhrase, Ipv4Address, Ipv4Netmask, ServerAddressOrName,
-                          WebUrl, TimeZone>;
->>>>>>> next
 
 struct Row {
   Group group;
@@ -151,7 +143,6 @@ constexpr Row rows[] = {
 
     {web_service,     1, port},                                                  // of HTTPS
     {web_service,     2, zero_or_one},                                           // HTTPS
-<<<<<<< HEAD
 
     {mac_filter,      1, zero_or_one},                                           // on
     {mac_filter,      2, zero_or_one},                                           // mode: black list, white list
@@ -217,8 +208,6 @@ constexpr Row rows[] = {
     {speed_dial,      0, OneOf{"1 2 3 4 5 6 7 8 9 10 11 12 13 14 15 16", bad_value}}, // in one spelling: no "07"
     {speed_dial,      1, Text{1, 27, dialled_character, bad_value}},             // 27: rows of up to 63 stay whole
     {speed_dial,      2, Sized<Text>{32, {0, 32, note_character}, /*too_long=*/-1, /*invalid=*/-2}},
-=======
->>>>>>> next
 };
 // clang-format on
 
