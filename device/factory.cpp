@@ -1,5 +1,6 @@
 #include "device/factory.hpp"
 
+#include "device/factory_firewall.hpp"
 #include "device/factory_tables.hpp"
 #include "device/radio/radio.hpp"
 #include "device/routes.hpp"
@@ -98,6 +99,8 @@ constexpr Setting facts[] = {
     {"TR_MODEM_VER",       "1.0.0"},
     {"lan_mac",            "021122334400"},
     {"wlan_mac",           "021122334401"},
+    {"curr_user_ip",       "192.168.1.101"}, // the LAN client that manages the device
+    {"pcscf_addr_voip",    "192.0.2.60"},    // P-CSCF that the mobile network named
 };
 // clang-format on
 
@@ -127,6 +130,9 @@ std::vector<host::NvramEntry> factory_settings() {
     add(number + "authalgo", network.cipher);
     add(number + "wpapass", network.passphrase);
   }
+  for (const auto &table : {firewall_settings(), telephone_settings()})
+    for (const auto &[key, value] : table)
+      add(key, value);
   return entries;
 }
 

@@ -80,6 +80,8 @@ void lay_out_files() {
   for (const char *path :
        {"/proc/wlan0-va0/sta_info", "/proc/wlan0-va1/sta_info", "/proc/wlan0-va2/sta_info"})
     write_file(path, no_stations());
+  write_file("/tmp/voip-call-status.txt", "Idle\n");
+  write_file("/tmp/voip-reg-status.txt", "Registered\n");
 }
 
 } // namespace kova::device

@@ -21,6 +21,7 @@ constexpr const char *stand_ins[] = {"brctl", "ifconfig", "kern",          "logg
 // Stand-ins that are called by an absolute path.
 constexpr const char *placed_stand_ins[] = {
     "/usr/bin/test_cpeevent",
+    "/etc/sysconfig/script/firewall_clear_rule.sh",
     "/etc/sysconfig/script/ntp.sh",
     "/home/www/cgi-bin/maintenance.cgi",
 };

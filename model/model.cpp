@@ -14,7 +14,8 @@ std::vector<const Parameter *> gather() {
   std::vector<const Parameter *> all;
   for (std::span<const Parameter> family :
        {frame_rows(), lan_rows(), wifi_rows(), wan_rows(), wan_connection_rows(), management_rows(),
-        device_info_rows(), time_rows(), radio_rows(), diagnostics_rows()})
+        device_info_rows(), time_rows(), radio_rows(), diagnostics_rows(), security_rows(), voice_rows(),
+        sas_rows(), accounts_rows()})
     for (const Parameter &row : family)
       all.push_back(&row);
   std::ranges::sort(all, {}, path_of);

@@ -1,10 +1,13 @@
 // The data model: one table that binds parameter paths to the library's accessors.
 #pragma once
 
-#include "frame/frame.h"
+#include "security/security.h"
 
+#include <optional>
 #include <span>
+#include <string>
 #include <string_view>
+#include <vector>
 
 namespace kova::model {
 
@@ -48,6 +51,39 @@ const Parameter *find(std::string_view path);
 std::span<const Parameter *const> branch(std::string_view prefix);
 // The parameters whose paths begin with these characters, in order: what a half-typed path may become.
 std::span<const Parameter *const> starting_with(std::string_view prefix);
+
+// A table of rows that are numbered from 1, each a text.
+struct RowList {
+  std::string_view path; // "InternetGatewayDevice....{i}.Rule"
+  Accessor<kova_row_getter> get;
+  // None for a list that is only read.
+  Accessor<kova_row_add> add;
+  Accessor<kova_row_setter> set;
+  Accessor<kova_row_delete> remove;
+  const char *(*reason)(int code); // of what the setter answers; nullptr when it has none
+  bool empty_is_end;               // otherwise the getter fails beyond the last row
+  size_t longest_text;             // of all rows, with a separator between two; 0 when there is no bound
+  std::string_view meaning;
+
+  bool writable() const { return static_cast<bool>(set); }
+  std::string_view object() const; // up to the number
+  std::string_view member() const; // behind the number
+  std::string instance(int index) const;
+  std::optional<std::string> read(int index) const;
+  std::vector<std::string> rows() const;
+};
+
+// All lists, in the order of their paths.
+std::span<const RowList> lists();
+const RowList *find_list(std::string_view object);
+
+struct RowName {
+  const RowList *list;
+  int index;
+  bool is_branch; // "OBJECT.N." rather than "OBJECT.N.Rule"
+};
+// The list and number that a path names, whether there is such a row or not.
+std::optional<RowName> row_at(std::string_view path);
 
 std::string_view name(Type type);     // "string", "unsignedInt", ...
 std::string_view name(Access access); // "readOnly" or "readWrite": what the device allows

@@ -57,6 +57,9 @@ consteval kova_setter *bound() {
   KOVA_ROW(path, type, ReportedOnly, KOVA_ACCESSOR(get), {}, {}, unit, meaning)
 #define READ_WRITE(path, type, get, set, unit, meaning) \
   KOVA_ROW(path, type, ReadWrite, KOVA_ACCESSOR(get), KOVA_ACCESSOR(set), {}, unit, meaning)
+// Setting it acts; there is nothing to read.
+#define TRIGGER(path, type, set, unit, meaning) \
+  KOVA_ROW(path, type, ReadWrite, {}, KOVA_ACCESSOR(set), {}, unit, meaning)
 #define CHECKED(path, type, get, set, check, unit, meaning) \
   KOVA_ROW(path, type, ReadWrite, KOVA_ACCESSOR(get), KOVA_ACCESSOR(set), KOVA_ACCESSOR(check), unit, meaning)
 // clang-format on
@@ -74,5 +77,9 @@ std::span<const Parameter> device_info_rows();
 std::span<const Parameter> time_rows();
 std::span<const Parameter> radio_rows();
 std::span<const Parameter> diagnostics_rows();
+std::span<const Parameter> security_rows();
+std::span<const Parameter> voice_rows();
+std::span<const Parameter> sas_rows();
+std::span<const Parameter> accounts_rows();
 
 } // namespace kova::model

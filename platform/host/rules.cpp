@@ -1,4 +1,7 @@
 // The rule checker: one row for each value that has a rule.
+#include "platform/host/address_kinds.hpp"
+#include "platform/host/characters.hpp"
+#include "platform/host/composed_kinds.hpp"
 #include "platform/host/rule_kinds.hpp"
 #include "platform/nvram.h"
 
@@ -18,11 +21,23 @@ enum Group : int {
   dmz = 11,
   data_link = 30,
   sip_alg = 31,
-  web_service = 41
+  web_service = 41,
+
+  mac_filter = 13,
+  url_filter = 15,
+  access_control = 16,
+  ip_filter = 17,
+  ipv6_filter = 18,
+  static_route = 19,
+  sip = 26,
+  telephone_line = 27,
+  codec = 28,
+  speed_dial = 29
 };
 
 using Rule = std::variant<Number, OneOf, Text, WpaPassPhrase, Ipv4Address, Ipv4Netmask, ServerAddressOrName,
-                          WebUrl, TimeZone>;
+                          WebUrl, TimeZone, MacAddress, DottedQuad, RouteDestination, RouteNetmask,
+                          AccessHost, Sized<Text>, Sized<Number>, Sized<AnyServer>, Optional<OneOf>>;
 
 struct Row {
   Group group;
@@ -43,6 +58,15 @@ constexpr Number port = number(1, 65535), seconds = number(0, 4294967295);
 constexpr Ipv4Address lan_address{Ipv4Address::Of::lan_host};
 constexpr Ipv4Address server_address{Ipv4Address::Of::server};
 constexpr Ipv4Netmask netmask;
+
+constexpr Number optional_port{1, 65535, accepted, bad_value};
+constexpr OneOf codec_name{"G711U G711A G722 G723 G726 G729 AMR AMR-WB", bad_value};
+constexpr Number rtp_port = number(1024, 65535);
+constexpr Sized<Number> sip_port{5, port};
+constexpr Sized<AnyServer> sip_server{64, {}};
+constexpr Sized<Text> sip_text(CharacterClass allowed) {
+  return {64, {1, 64, allowed}};
+}
 
 // clang-format off
 constexpr Row rows[] = {
@@ -119,6 +143,71 @@ constexpr Row rows[] = {
 
     {web_service,     1, port},                                                  // of HTTPS
     {web_service,     2, zero_or_one},                                           // HTTPS
+
+    {mac_filter,      1, zero_or_one},                                           // on
+    {mac_filter,      2, zero_or_one},                                           // mode: black list, white list
+    {mac_filter,      3, zero_or_one},                                           // log what is dropped
+    {mac_filter,      4, MacAddress{}},
+    {url_filter,      1, zero_or_one},
+    {url_filter,      2, zero_or_one},
+    {url_filter,      3, zero_or_one},
+    {url_filter,      4, Text{1, 60, visible_in_list, bad_value}},               // URL, or a word of one
+    {ip_filter,       1, zero_or_one},
+    {ip_filter,       2, zero_or_one},
+    {ip_filter,       3, zero_or_one},
+    {ip_filter,       4, DottedQuad{}},                                          // destination, first
+    {ip_filter,       5, DottedQuad{}},                                          // last
+    {ip_filter,       6, DottedQuad{}},                                          // source, first
+    {ip_filter,       7, DottedQuad{}},                                          // last
+    {ip_filter,       8, optional_port},                                         // destination, first
+    {ip_filter,       9, optional_port},                                         // last
+    {ip_filter,      10, optional_port},                                         // source, first
+    {ip_filter,      11, optional_port},                                         // last
+    {ip_filter,      12, OneOf{"1 2 3 4 6", bad_value}},                         // protocol; 4 and 6 have no ports
+    {ip_filter,      13, Text{0, 32, filter_comment_character, bad_value}},
+    {ipv6_filter,     1, zero_or_one},
+    {ipv6_filter,     2, zero_or_one},
+    {ipv6_filter,     3, zero_or_one},
+
+    {access_control,  8, AccessHost{}},                                          // first
+    {access_control,  9, AccessHost{}},                                          // last
+
+    {static_route,    0, server_address},                                        // gateway
+    {static_route,    1, RouteDestination{}},
+    {static_route,    2, RouteNetmask{}},
+    {static_route,    3, zero_or_one},                                           // through a gateway, directly
+
+    {sip,             0, zero_or_one},
+    {sip,             1, sip_text(sip_user_character)},                          // directory number
+    {sip,             2, sip_text(visible)},                                     // user
+    {sip,             3, sip_text(printable)},                                   // password
+    {sip,             4, zero_or_one},                                           // registrar, mobile network
+    {sip,             5, sip_server},                                            // P-CSCF
+    {sip,             6, sip_port},
+    {sip,             7, sip_server},                                            // registrar
+    {sip,             8, sip_port},
+    {sip,             9, sip_server},                                            // proxy
+    {sip,            10, sip_port},
+    {sip,            11, sip_server},                                            // domain of the user agent
+
+    {telephone_line,  0, OneOf{"InBand RFC2833 SIPInfo", bad_value}},            // how key tones travel
+    {telephone_line,  1, OneOf{"Disable PassThrough T38", bad_value}},           // fax
+    {telephone_line,  2, rtp_port},                                              // first
+    {telephone_line,  3, rtp_port},                                              // last
+    {telephone_line,  4, zero_or_one},                                           // silence suppression
+    {telephone_line,  5, OneOf{"AT AU BE BR CA CH CN CZ DE DK ES FI FR GB GR HU IE IN IT JP KR MX NL NO NZ PL PT SE "
+                               "SG TW US ZA", bad_value}},                       // whose tones the line plays
+    {telephone_line,  6, OneOf{"None Bellcore ETSI DTMF", bad_value}},           // how the caller's number is shown
+    {telephone_line,  7, number(1, 20)},                                         // seconds between two digits
+    {telephone_line,  8, number(5, 60)},                                         // seconds off hook without a digit
+
+    {codec,           0, codec_name},
+    {codec,           1, codec_name},
+    {codec,           2, Optional<OneOf>{codec_name}},                           // the list may end with the second
+
+    {speed_dial,      0, OneOf{"1 2 3 4 5 6 7 8 9 10 11 12 13 14 15 16", bad_value}}, // in one spelling: no "07"
+    {speed_dial,      1, Text{1, 27, dialled_character, bad_value}},             // 27: rows of up to 63 stay whole
+    {speed_dial,      2, Sized<Text>{32, {0, 32, note_character}, /*too_long=*/-1, /*invalid=*/-2}},
 };
 // clang-format on
 

@@ -1,4 +1,5 @@
 // Path redirection, linked ahead of libc and preloaded: what a program and its commands see, and what stays theirs.
+#include "device/factory.hpp"
 #include "device/routes.hpp"
 #include "frame/frame.h"
 #include "temporary_device.hpp"
@@ -100,6 +101,28 @@ TEST_F(Redirect, CommandsSeeTheDeviceOnlyAndChangeNothingOfTheHost) {
   EXPECT_EQ(events[0].at("event"), "ce_tr069_config_changed");
   EXPECT_EQ(events[1].at("event"), "fw_nat_cfg changed");
   EXPECT_NE(system("test_cpeevent push 2>/dev/null"), 0);
+}
+
+TEST_F(Redirect, WhoManagesTheDeviceIsANeighbour) {
+  int named = 0;
+  for (const auto &entries : {device::factory_settings(), device::runtime_facts()})
+    for (const auto &entry : entries)
+      if (entry.key == "curr_user_ip") {
+        EXPECT_EQ(output_of("grep -c '^" + entry.value + " ' /proc/net/arp"), "1\n");
+        ++named;
+      }
+  EXPECT_EQ(named, 2); // stored, and as a run-time fact
+}
+
+TEST_F(Redirect, TheTelephoneLineIsIdleAndItsProgramsLogWhatTheyAreAsked) {
+  EXPECT_EQ(output_of("cat /tmp/voip-call-status.txt /tmp/voip-reg-status.txt"), "Idle\nRegistered\n");
+  EXPECT_EQ(system("sc ipchg && /etc/sysconfig/script/firewall_clear_rule.sh SIP && sc disable 1"), 0);
+  const auto commands = device_.log("command");
+  ASSERT_EQ(commands.size(), 3U);
+  EXPECT_EQ(commands[0].at("args"), std::vector<std::string>{"ipchg"});
+  EXPECT_EQ(commands[1].at("program"), "firewall_clear_rule.sh");
+  EXPECT_EQ(commands[1].at("args"), std::vector<std::string>{"SIP"});
+  EXPECT_EQ(commands[2].at("args"), (std::vector<std::string>{"disable", "1"}));
 }
 
 TEST_F(Redirect, RouteShowsTheHostsDefaultInterfaceInTheEighthColumn) {

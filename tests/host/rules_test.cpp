@@ -1,17 +1,9 @@
-#include "platform/nvram.h"
+#include "expect_rule.hpp"
 #include "temp_device.hpp"
 
-#include <initializer_list>
 #include <string>
 
 namespace {
-
-// What the rule (group, item) answers to each of the values.
-void expect(int code, int group, int item, std::initializer_list<std::string> values) {
-  for (const std::string &value : values)
-    EXPECT_EQ(code, tarn_check_param(group, value.c_str(), item))
-        << group << '/' << item << " \"" << value << '"';
-}
 
 constexpr int wifi = 1, lan = 3, time_settings = 4, management = 7, operation_mode = 9, dmz = 11,
               data_link = 30, sip_alg = 31, web_service = 41;

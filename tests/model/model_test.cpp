@@ -32,7 +32,7 @@ using Bindings = std::vector<std::string>; // "getter getTR069LanSpeed", sorted
 // What the headers declare in an accessor's shape, with indexes or without, of what the library exports.
 Bindings exported_accessors() {
   static const std::regex declaration(
-      R"(\bkova_(?:(?:wan_device|wan_connection|ip_connection)_)?(getter|setter|checker)\s+(\w[\w\s,]*);)");
+      R"(\bkova_(?:(?:wan_device|wan_connection|ip_connection)_)?(getter|setter|checker|row_\w+)\s+(\w[\w\s,]*);)");
   static const std::regex word(R"(\w+)");
   const std::string declarations = read_file(KOVA_DECLARATIONS);
   std::istringstream list(read_file(source_dir / "src/libkova.symbols"));
@@ -43,6 +43,7 @@ Bindings exported_accessors() {
     for (std::sregex_iterator name(names.begin(), names.end(), word); name != end; ++name)
       if (exported.contains(name->str())) found.push_back((*at)[1].str() + " " + name->str());
   }
+  found.emplace_back("row_getter kovaGetDiagnosticsRouteHopsHopHost"); // declared as a plain function
   std::ranges::sort(found);
   return found;
 }
@@ -53,6 +54,12 @@ Bindings bound_accessors() {
     if (parameter->get) found.push_back(std::string("getter ") + parameter->get.name);
     if (parameter->set) found.push_back(std::string("setter ") + parameter->set.name);
     if (parameter->check) found.push_back(std::string("checker ") + parameter->check.name);
+  }
+  for (const RowList &list : lists()) {
+    found.push_back(std::string("row_getter ") + list.get.name);
+    if (list.add) found.push_back(std::string("row_add ") + list.add.name);
+    if (list.set) found.push_back(std::string("row_setter ") + list.set.name);
+    if (list.remove) found.push_back(std::string("row_delete ") + list.remove.name);
   }
   std::ranges::sort(found);
   return found;
@@ -103,6 +110,14 @@ TEST(Model, AgreesWithTheStandardDataModel) {
     EXPECT_EQ(name(parameter->type), row->second.type);
     EXPECT_EQ(parameter->access == Access::ReadOnly ? "readOnly" : "readWrite", row->second.access);
   }
+  for (const RowList &list : lists()) {
+    const auto row = standard.find(with_placeholders(list.path));
+    ASSERT_EQ(row == standard.end(), list.path.find(".X_KOVA_") != std::string_view::npos) << list.path;
+    if (row == standard.end()) continue;
+    row->second.used = true;
+    EXPECT_EQ(row->second.type, "string") << list.path;
+    EXPECT_EQ(row->second.access, list.writable() ? "readWrite" : "readOnly") << list.path;
+  }
   for (const auto &[path, row] : standard)
     EXPECT_TRUE(row.used) << path << " is bound to nothing";
 }
@@ -120,6 +135,27 @@ TEST(Model, RowsAreWellFormed) {
     const bool may_be_parked = parameter->check || parameter->path.find(".X_KOVA_") != std::string_view::npos;
     EXPECT_TRUE(!may_be_parked || parameter->path.find("Local") == std::string_view::npos);
   }
+}
+
+TEST(Model, FindsRowsOfLists) {
+  EXPECT_TRUE(std::ranges::is_sorted(lists(), {}, &RowList::path));
+  const std::string object = "InternetGatewayDevice.X_KOVA_Firewall.MACFilter.Black.";
+  const RowList *list = find_list(object);
+  ASSERT_NE(list, nullptr);
+  EXPECT_EQ(list->member(), "Rule");
+  EXPECT_EQ(list->instance(12), object + "12.");
+  for (const auto &[path, is_branch] :
+       {std::pair{object + "12.", true}, std::pair{object + "12.Rule", false}}) {
+    const auto row = row_at(path);
+    ASSERT_TRUE(row) << path;
+    EXPECT_EQ(row->list, list);
+    EXPECT_EQ(row->index, 12);
+    EXPECT_EQ(row->is_branch, is_branch);
+  }
+  for (const char *no_row :
+       {"", "0.", "-1.", "01.", "1", "1.Rul", "1.Rule.", "1Rule", "x.", "{i}.Rule", "99999999999."})
+    EXPECT_FALSE(row_at(object + no_row)) << no_row;
+  EXPECT_EQ(find_list(object + "1."), nullptr);
 }
 
 // Each number of indexes, and each role.

@@ -121,19 +121,31 @@ ExitStatus set(const Output &output, const Arguments &arguments) {
 }
 
 ExitStatus list(const Output &output, const Arguments &arguments) {
-  const auto all = model::starting_with(arguments.prefix);
-  std::vector<const model::Parameter *> wanted(all.begin(), all.end());
-  if (arguments.writable_only)
-    std::erase_if(wanted, [](const auto *parameter) { return !parameter->writable(); });
+  std::vector<Listed> wanted = starting_with(arguments.prefix);
+  const bool known = !wanted.empty();
+  if (arguments.writable_only) std::erase_if(wanted, [](const Listed &listed) { return !listed.writable(); });
+  if (arguments.lists_only)
+    std::erase_if(wanted, [](const Listed &l) { return l.path.find("{i}") == std::string_view::npos; });
   if (arguments.paths_only) return show_paths(output, continuations(wanted, arguments.prefix.size()));
   if (wanted.empty()) {
-    const std::string likely = all.empty() ? likely_path(arguments.prefix) : "";
-    return output.failure("no " + std::string(all.empty() ? "" : "writable ") + "parameter begins with \"" +
+    const std::string likely = known ? "" : likely_path(arguments.prefix);
+    return output.failure("no " + std::string(known ? "such " : "") + "parameter begins with \"" +
                           arguments.prefix + "\"" +
                           (likely.empty() ? "" : "; did you mean \"" + likely + "\"?"));
   }
   report(output, wanted);
   return Success;
+}
+
+Command row_command(RowChange (*change)(const std::string &)) {
+  return on_agent([change](const Output &output, const Arguments &arguments) {
+    LogReader log(device::log_file());
+    log.skip();
+    const RowChange changed = change(arguments.names.front());
+    if (!arguments.with_log) return report(output, changed, std::nullopt);
+    await_service();
+    return report(output, changed, log.records());
+  });
 }
 
 Command device_command(void (*act)()) {

@@ -31,7 +31,8 @@ _kovactl() {
     case $command in
       '') options+=" --version" ;;
       set) options+=" --file --log --wait --timeout" ;;
-      list) options+=" --writable --paths" ;;
+      list) options+=" --writable --lists --paths" ;;
+      add | delete) options+=" --log" ;;
       log) options+=" --tail --follow" ;;
       nvram) options+=" --section" ;;
     esac
@@ -40,13 +41,14 @@ _kovactl() {
   fi
 
   case $command in
-    '') COMPREPLY=($(compgen -W "get set list settings device log nvram tree completion" -- "$cur")) ;;
+    '') COMPREPLY=($(compgen -W "get set add delete list settings device log nvram tree completion" -- "$cur")) ;;
     settings) [[ -n $sub ]] || COMPREPLY=($(compgen -W "backup restore" -- "$cur")) ;;
     device) [[ -n $sub ]] || COMPREPLY=($(compgen -W "up down reset status" -- "$cur")) ;;
     nvram) [[ -n $sub ]] || COMPREPLY=($(compgen -W "get set unset list" -- "$cur")) ;;
     tree) [[ -n $sub ]] || COMPREPLY=($(compgen -W "get set list" -- "$cur")) ;;
     completion) [[ -n $sub ]] || COMPREPLY=($(compgen -W "bash" -- "$cur")) ;;
     get | list) COMPREPLY=($("${COMP_WORDS[0]}" list --paths "$cur" 2>/dev/null)) ;;
+    add | delete) COMPREPLY=($("${COMP_WORDS[0]}" list --paths --lists --writable "$cur" 2>/dev/null)) ;;
     set)
       # "=" ends a word for readline: what follows it is a value.
       [[ $cur == = || ${COMP_WORDS[COMP_CWORD - 1]} == = ]] && return

@@ -88,6 +88,10 @@ private:
     command->add_option(name, arguments_.names, help)->required()->type_name("");
   }
 
+  void take_path(CLI::App *command, const char *name, const char *help) {
+    command->add_option(name, arguments_.names, help)->required()->expected(1)->type_name("");
+  }
+
   CLI::Option *take_assignments(CLI::App *command, const char *name) {
     return command->add_option(name, arguments_.assignments)
         ->required()
@@ -117,10 +121,19 @@ private:
         ->type_name("SECONDS")
         ->needs(wait)
         ->check(number_rule);
+    CLI::App *add_command =
+        add(app_, "add", "Add a row to a list; its value is set thereafter", row_command(add_row));
+    take_path(add_command, "OBJECT.", "A list; kovactl list --lists shows them");
+    CLI::App *delete_command =
+        add(app_, "delete", "Delete a row of a list; those behind it move up", row_command(delete_row));
+    take_path(delete_command, "OBJECT.N.", "A row of a list");
+    for (CLI::App *command : {add_command, delete_command})
+      command->add_flag("--log", arguments_.with_log, "Then show what the device was asked to do");
     CLI::App *list_command =
         add(app_, "list", "Show the parameters that there are, and what they mean", list);
     take_prefix(list_command, "Only the paths that begin so");
     list_command->add_flag("--writable", arguments_.writable_only, "Only parameters that can be set");
+    list_command->add_flag("--lists", arguments_.lists_only, "Only lists, whose rows can be many");
     list_command->add_flag("--paths", arguments_.paths_only,
                            "Only what may follow PREFIX, one level: for completion");
   }

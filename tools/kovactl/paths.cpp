@@ -47,7 +47,7 @@ size_t distance(std::string_view typed, std::string_view name) {
 std::string likely_member(const std::string &branch, std::string_view name) {
   std::string best;
   size_t fewest = most_slips + 1;
-  for (const std::string &member : continuations(model::branch(branch), branch.size())) {
+  for (const std::string &member : continuations(starting_with(branch), branch.size())) {
     std::string_view own_name = std::string_view(member).substr(branch.size());
     if (own_name.ends_with('.')) own_name.remove_suffix(1);
     const size_t count = distance(name, own_name);
@@ -59,11 +59,26 @@ std::string likely_member(const std::string &branch, std::string_view name) {
 
 } // namespace
 
-std::set<std::string> continuations(std::span<const model::Parameter *const> parameters, size_t typed) {
+std::vector<Listed> starting_with(std::string_view prefix) {
+  std::vector<Listed> found;
+  for (const model::Parameter *parameter : model::starting_with(prefix))
+    found.push_back(
+        {parameter->path, parameter->type, parameter->access, parameter->unit, parameter->meaning});
+  for (const model::RowList &list : model::lists()) {
+    const auto access = list.writable() ? model::Access::ReadWrite : model::Access::ReadOnly;
+    if (list.path.starts_with(prefix))
+      found.push_back({list.path, model::Type::String, access, "", list.meaning});
+  }
+  std::ranges::sort(found, {}, &Listed::path);
+  return found;
+}
+
+std::set<std::string> continuations(std::span<const Listed> catalogue, size_t typed) {
   std::set<std::string> found;
-  for (const model::Parameter *parameter : parameters) {
-    const size_t dot = parameter->path.find('.', typed);
-    found.emplace(parameter->path.substr(0, dot == std::string_view::npos ? dot : dot + 1));
+  for (const Listed &listed : catalogue) {
+    const size_t dot = listed.path.find('.', typed);
+    const std::string_view next = listed.path.substr(0, dot == std::string_view::npos ? dot : dot + 1);
+    if (next.find("{i}") == std::string_view::npos) found.emplace(next);
   }
   return found;
 }

@@ -7,12 +7,24 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace kova::ctl {
 
-// What the paths of these parameters, all of which begin with the same `typed` characters, may become: one level
-// further, branches with their ".".
-std::set<std::string> continuations(std::span<const model::Parameter *const> parameters, size_t typed);
+// What the model says of a parameter, or of the rows of a list.
+struct Listed {
+  std::string_view path; // a row's number is "{i}"
+  model::Type type;
+  model::Access access;
+  std::string_view unit, meaning;
+  bool writable() const { return access == model::Access::ReadWrite; }
+};
+// Whatever has a path that begins so, in order.
+std::vector<Listed> starting_with(std::string_view prefix);
+
+// What these paths, all of which begin with the same `typed` characters, may become: one level further, branches with
+// their ".". Rows are not counted up.
+std::set<std::string> continuations(std::span<const Listed> catalogue, size_t typed);
 
 // The parameter or branch that was most likely meant by an unknown path, or "".
 std::string likely_path(std::string_view path);

@@ -9,8 +9,7 @@ namespace kova::ctl {
 namespace {
 
 Json as_json(const Value &value) {
-  return {
-      {"path", value.parameter->path}, {"type", model::name(value.parameter->type)}, {"value", value.text}};
+  return {{"path", value.path}, {"type", model::name(value.type)}, {"value", value.text}};
 }
 
 Json as_json(const Assignment &assignment) {
@@ -23,12 +22,12 @@ Json as_json(const Fault &fault) {
   return json;
 }
 
-Json as_json(const model::Parameter &parameter) {
-  return {{"path", parameter.path},
-          {"type", model::name(parameter.type)},
-          {"access", model::name(parameter.access)},
-          {"unit", parameter.unit},
-          {"meaning", parameter.meaning}};
+Json as_json(const Listed &listed) {
+  return {{"path", listed.path},
+          {"type", model::name(listed.type)},
+          {"access", model::name(listed.access)},
+          {"unit", listed.unit},
+          {"meaning", listed.meaning}};
 }
 
 template <typename Range>
@@ -45,7 +44,7 @@ Table as_table(std::span<const Value> values) {
     std::istringstream lines(value.text); // further lines stand below the first
     std::string line;
     std::getline(lines, line);
-    table.push_back({{std::string(value.parameter->path)}, {line, Style::Bold}});
+    table.push_back({{value.path}, {line, Style::Bold}});
     while (std::getline(lines, line))
       table.push_back({{""}, {line, Style::Bold}});
   }
@@ -182,20 +181,30 @@ ExitStatus report(const Output &output, const Setting &setting, const Aftermath 
   return setting.accepted && found ? Success : Failure;
 }
 
-void report(const Output &output, std::span<const model::Parameter *const> parameters) {
+ExitStatus report(const Output &output, const RowChange &change,
+                  const std::optional<std::vector<Json>> &log) {
   if (output.json()) {
-    Json array = Json::array();
-    for (const model::Parameter *parameter : parameters)
-      array.push_back(as_json(*parameter));
-    return output.print(array);
-  }
+    Json json = change.fault ? Json{{"faults", {as_json(*change.fault)}}}
+                             : Json{{"object", change.object}, {"instance", change.instance}};
+    if (log) json["log"] = *log;
+    output.print(json);
+  } else if (change.fault)
+    output.complain(as_table(std::span(&*change.fault, 1)));
+  else
+    output.print(Table{{{change.object + std::to_string(change.instance) + "."}}});
+  if (!output.json() && log) output.print(ctl::as_table(*log));
+  return change.fault ? Failure : Success;
+}
+
+void report(const Output &output, std::span<const Listed> catalogue) {
+  if (output.json()) return output.print(as_array(catalogue));
   Table table;
-  for (const model::Parameter *parameter : parameters)
-    table.push_back({{std::string(parameter->path), Style::Bold},
-                     {std::string(model::name(parameter->type))},
-                     {std::string(model::name(parameter->access))},
-                     {std::string(parameter->unit)},
-                     {std::string(parameter->meaning)}});
+  for (const Listed &listed : catalogue)
+    table.push_back({{std::string(listed.path), Style::Bold},
+                     {std::string(model::name(listed.type))},
+                     {std::string(model::name(listed.access))},
+                     {std::string(listed.unit)},
+                     {std::string(listed.meaning)}});
   output.print_wide(table);
 }
 

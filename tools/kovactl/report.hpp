@@ -3,6 +3,7 @@
 
 #include "kovactl/diagnostics_tests.hpp"
 #include "kovactl/output.hpp"
+#include "kovactl/paths.hpp"
 #include "kovactl/request.hpp"
 
 #include <optional>
@@ -20,6 +21,8 @@ struct Aftermath {
 };
 ExitStatus report(const Output &output, const Setting &setting, const Aftermath &aftermath);
 
-void report(const Output &output, std::span<const model::Parameter *const> parameters);
+ExitStatus report(const Output &output, const RowChange &change, const std::optional<std::vector<Json>> &log);
+
+void report(const Output &output, std::span<const Listed> catalogue);
 
 } // namespace kova::ctl

@@ -64,7 +64,58 @@ void read_into(Reading &reading, const model::Parameter &parameter) {
     reading.faults.push_back(
         {std::string(parameter.path), FaultCode::InternalError, "the device cannot tell it now"});
   else
-    reading.values.push_back({&parameter, buffer.data()});
+    reading.values.push_back({std::string(parameter.path), parameter.type, buffer.data()});
+}
+
+void read_row(Reading &reading, const model::RowList &list, int index, const std::string &text) {
+  reading.values.push_back({list.instance(index) + std::string(list.member()), model::Type::String, text});
+}
+
+void read_list(Reading &reading, const model::RowList &list) {
+  int index = 0;
+  for (const std::string &text : list.rows())
+    read_row(reading, list, ++index, text);
+}
+
+// Parameters and rows of a branch, in the order of their paths. False when there is no such branch.
+bool read_branch(Reading &reading, const std::string &prefix) {
+  const auto members = model::branch(prefix);
+  auto member = members.begin();
+  bool found = !members.empty();
+  for (const model::RowList &list : model::lists()) {
+    if (!(prefix.empty() || prefix.ends_with('.')) || !list.object().starts_with(prefix)) continue;
+    for (; member != members.end() && (*member)->path < list.path; ++member)
+      read_into(reading, **member);
+    read_list(reading, list);
+    found = true;
+  }
+  for (; member != members.end(); ++member)
+    read_into(reading, **member);
+  return found;
+}
+
+bool read_named_row(Reading &reading, const std::string &path) {
+  const auto row = model::row_at(path);
+  const auto text = row ? row->list->read(row->index) : std::nullopt;
+  if (text) read_row(reading, *row->list, row->index, *text);
+  return text.has_value();
+}
+
+bool is_full(const model::RowList &list, std::span<const std::string> rows) {
+  size_t used = 0;
+  for (const std::string &row : rows)
+    used += row.size() + 1;
+  return list.longest_text != 0 && used >= list.longest_text;
+}
+
+std::string refusal(const model::RowList &list, int code) {
+  return list.reason && code > 0 ? std::string(" is refused: ") + list.reason(code) : " is refused";
+}
+
+std::optional<Fault> check_row(const model::RowName &row, const std::string &path) {
+  if (row.is_branch || !row.list->read(row.index)) return unknown_parameter(path);
+  if (!row.list->writable()) return Fault{path, FaultCode::NotWritable, ""};
+  return std::nullopt;
 }
 
 // Phase 1: each value by itself. An accepted value is parked for the batch validation.
@@ -72,7 +123,9 @@ std::vector<Fault> check_each(std::span<const Assignment> request) {
   std::vector<Fault> faults;
   for (const auto &[path, value] : request) {
     const model::Parameter *parameter = model::find(path);
-    if (!parameter)
+    if (const auto row = model::row_at(path)) {
+      if (auto fault = check_row(*row, path)) faults.push_back(std::move(*fault));
+    } else if (!parameter)
       faults.push_back(unknown_parameter(path));
     else if (!parameter->writable())
       faults.push_back({path, FaultCode::NotWritable, ""});
@@ -101,12 +154,24 @@ bool check_together(std::span<const Assignment> request, std::vector<Fault> &fau
   return false;
 }
 
+std::optional<Fault> store_one(const Assignment &assignment) {
+  const auto &[path, value] = assignment;
+  std::string refused = " is refused";
+  int code = 0;
+  if (const auto row = model::row_at(path)) {
+    code = row->list->set.call(row->index, value.c_str());
+    refused = refusal(*row->list, code);
+  } else
+    code = model::find(path)->set.call(value.c_str());
+  if (code == 0) return std::nullopt;
+  return Fault{path, FaultCode::InvalidValue, quoted(value) + refused};
+}
+
 // Phase 3: stores in order, up to the first refusal.
 void store_each(std::span<const Assignment> request, Setting &result) {
   for (const Assignment &assignment : request) {
-    const auto &[path, value] = assignment;
-    if (result.faults.empty() && model::find(path)->set.call(value.c_str()) != 0)
-      result.faults.push_back({path, FaultCode::InvalidValue, quoted(value) + " is refused"});
+    if (auto fault = result.faults.empty() ? store_one(assignment) : std::nullopt)
+      result.faults.push_back(std::move(*fault));
     (result.faults.empty() ? result.stored : result.not_stored).push_back(assignment);
   }
 }
@@ -119,6 +184,8 @@ std::string_view text(FaultCode code) {
     return "Internal error";
   case FaultCode::InvalidArguments:
     return "Invalid arguments";
+  case FaultCode::ResourcesExceeded:
+    return "Resources exceeded";
   case FaultCode::InvalidName:
     return "Invalid parameter name";
   case FaultCode::InvalidValue:
@@ -143,12 +210,10 @@ Reading get_values(std::span<const std::string> paths) {
   const LibraryOutputAside aside;
   Reading reading;
   for (const std::string &path : paths) {
-    const auto branch = model::branch(path);
-    const model::Parameter *parameter = model::find(path);
-    if (parameter) read_into(reading, *parameter);
-    for (const model::Parameter *member : branch)
-      read_into(reading, *member);
-    if (!parameter && branch.empty()) reading.faults.push_back(unknown_path(path, likely_path(path)));
+    if (const model::Parameter *parameter = model::find(path))
+      read_into(reading, *parameter);
+    else if (!read_named_row(reading, path) && !read_branch(reading, path))
+      reading.faults.push_back(unknown_path(path, likely_path(path)));
   }
   return reading;
 }
@@ -165,6 +230,40 @@ Setting set_values(std::span<const Assignment> given) {
   store_each(request, result);
   result.accepted = result.faults.empty();
   return result;
+}
+
+RowChange add_row(const std::string &object) {
+  const LibraryOutputAside aside;
+  const model::RowList *list = model::find_list(object);
+  RowChange change{object, 0, std::nullopt};
+  if (!list) {
+    change.fault = unknown_path(object, likely_path(object));
+    return change;
+  }
+  const std::vector<std::string> rows = list->rows();
+  change.instance = static_cast<int>(rows.size()) + 1;
+  if (!list->writable())
+    change.fault = {object, FaultCode::InvalidName, "its rows cannot be changed"};
+  else if (is_full(*list, rows)) // the device would cut the last row rather than refuse
+    change.fault = {object, FaultCode::ResourcesExceeded, "there is no room for a further row"};
+  else if (list->add.call() != 0)
+    change.fault = {object, FaultCode::InvalidArguments,
+                    "the device refuses it now: " + std::string(list->meaning)};
+  return change;
+}
+
+RowChange delete_row(const std::string &instance) {
+  const LibraryOutputAside aside;
+  const auto row = model::row_at(instance);
+  if (!row || !row->is_branch || !row->list->read(row->index))
+    return {instance, 0, Fault{instance, FaultCode::InvalidName, "there is no such row"}};
+  RowChange change{std::string(row->list->object()), row->index, std::nullopt};
+  if (!row->list->writable())
+    change.fault = {instance, FaultCode::InvalidName, "its rows cannot be changed"};
+  else if (row->list->remove.call(row->index) != 0)
+    change.fault = {instance, FaultCode::InvalidArguments,
+                    "the device refuses it now: " + std::string(row->list->meaning)};
+  return change;
 }
 
 } // namespace kova::ctl

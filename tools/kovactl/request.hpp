@@ -4,6 +4,7 @@
 
 #include "model/model.hpp"
 
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -15,6 +16,7 @@ namespace kova::ctl {
 enum class FaultCode {
   InternalError = 9002,
   InvalidArguments = 9003,
+  ResourcesExceeded = 9004,
   InvalidName = 9005,
   InvalidValue = 9007,
   NotWritable = 9008,
@@ -29,7 +31,8 @@ struct Fault {
 };
 
 struct Value {
-  const model::Parameter *parameter;
+  std::string path;
+  model::Type type;
   std::string text;
 };
 
@@ -38,7 +41,8 @@ struct Reading {
   std::vector<Fault> faults;
 };
 
-// Paths of parameters, or of branches (they end in "."; "" is everything). Whatever can be read is read.
+// Paths of parameters and of rows of lists, or of branches (they end in "."; "" is everything). Whatever can be read is
+// read.
 Reading get_values(std::span<const std::string> paths);
 
 struct Assignment {
@@ -59,5 +63,14 @@ struct Setting {
 
 // The last mentions, in the order given. One request to a process: the values of one that a checker refused stay parked.
 Setting set_values(std::span<const Assignment> request);
+
+// What came of an added or a deleted row.
+struct RowChange {
+  std::string object;
+  int instance = 0;
+  std::optional<Fault> fault;
+};
+RowChange add_row(const std::string &object);
+RowChange delete_row(const std::string &instance);
 
 } // namespace kova::ctl

@@ -1,0 +1,201 @@
+#include "security/rule_list.hpp"
+
+#include "frame/trace.hpp"
+#include "platform/nvram.h"
+#include "security/security.h"
+
+#include <strings.h>
+
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+namespace kova::rules {
+
+namespace {
+
+constexpr int config = static_cast<int>(Section::config);
+
+// A list text while it is written: rows joined by ";", in the room that editing has.
+class ListText {
+public:
+  explicit ListText(std::size_t room) : room_(room), text_(static_cast<char *>(std::calloc(1, room))) {}
+  void add_row(const char *row, std::size_t length) {
+    if (rows_++ > 0) append(";", 1);
+    append(row, length);
+  }
+  // 0, or negative when the store did not take it.
+  int store(const List &list) const {
+    const int stored = nvram_bufset(config, list.key, text_);
+    if (stored < 0 || list.mirror == nullptr) return stored;
+    return nvram_bufset(config, list.mirror, text_);
+  }
+
+private:
+  void append(const char *piece, std::size_t length) {
+    char *text = text_.writable();
+    if (text == nullptr) return;
+    const std::size_t fits = length < room_ - 1 - used_ ? length : room_ - 1 - used_;
+    std::memcpy(text + used_, piece, fits);
+    used_ += fits;
+  }
+  std::size_t room_, used_ = 0;
+  int rows_ = 0;
+  OwnedText text_;
+};
+
+// A text that was read short is edited in the room that agents count on; one that was read whole keeps its rows.
+std::size_t room_for(std::size_t read, const char *text, const char *row) {
+  constexpr std::size_t edit_room = 2048;
+  return read == whole_text ? std::strlen(text) + std::strlen(row) + 2 : edit_room;
+}
+
+bool is_on(const Interlock &interlock) {
+  return interlock.enable_key == nullptr || tarn_check_nvram_value(config, interlock.enable_key) != 0;
+}
+
+bool allows(const List &list, const char *operation, bool asks_enable) {
+  const Interlock &interlock = list.interlock;
+  if (asks_enable && !is_on(interlock)) {
+    dbg_trace("[TR069][Error]%s disable, don't %s filter.\n", list.name, operation);
+    return false;
+  }
+  if (interlock.mode_key == nullptr) return true;
+  const Text mode = load(Section::config, interlock.mode_key);
+  if (!equal(mode, interlock.refused_mode)) return true;
+  dbg_trace("[TR069][Error]%s filter mode is (%s), don't %s filter.\n", list.name, mode.chars, operation);
+  return false;
+}
+
+// The position of a row number. Numbers below 1 name no row, but are not out of range: the list is written as it was.
+int position_of(int index) {
+  return index > 0 ? index - 1 : -1;
+}
+
+bool in_range(int position, const char *text) {
+  const int count = firewall_getRuleNums(text);
+  if (position < count) return true;
+  dbg_trace("Rule index %d out of range %d!\n", position, count);
+  return false;
+}
+
+void announce(const List &list, const char *what) {
+  if (list.service == nullptr) return;
+  char event[64];
+  std::snprintf(event, sizeof event, "%s %s", list.service, what);
+  kova_trigger_cpe_event(event);
+}
+
+void store_with_service(const List &list, const ListText &text) {
+  announce(list, "stop");
+  text.store(list);
+  announce(list, "start");
+}
+
+std::size_t kept(const Row &row, std::size_t most) {
+  return row.length < most ? row.length : most;
+}
+
+} // namespace
+
+bool Row::is(const char *value) const {
+  return std::strlen(value) == length && std::memcmp(begin, value, length) == 0;
+}
+
+bool Row::is_ignoring_case(const char *value) const {
+  return std::strlen(value) == length && strncasecmp(begin, value, length) == 0;
+}
+
+OwnedText load_text(const char *key, std::size_t most) {
+  char *text = nvram_bufget(config, key);
+  if (text != nullptr && std::strlen(text) > most) text[most] = '\0';
+  return OwnedText(text);
+}
+
+int add(const List &list) {
+  const OwnedText text = load_text(list.key, list.reads.add);
+  if (!allows(list, "add", true)) return -1;
+  ListText longer(room_for(list.reads.add, text, list.placeholder));
+  if (*text != '\0') longer.add_row(text, std::strlen(text));
+  longer.add_row(list.placeholder, std::strlen(list.placeholder));
+  if (longer.store(list) >= 0) return 0;
+  dbg_trace("Fail to write to nvram!\n");
+  return -1;
+}
+
+int set(const List &list, int index, const char *value) {
+  const OwnedText text = load_text(list.key, list.reads.set);
+  if (!allows(list, "set", true)) return -1;
+  value = text_or_empty(value);
+  const int position = position_of(index);
+  if (!in_range(position, text)) return -1;
+  if (const int refusal = list.check(value, position); refusal != 0) return refusal;
+  if (any_row(text, [&](const Row &row, int at) { return at != position && row.is(value); })) {
+    dbg_trace("Set value already exist");
+    return list.duplicate;
+  }
+  ListText changed(room_for(list.reads.set, text, value));
+  any_row(text, [&](const Row &row, int at) {
+    if (at == position)
+      changed.add_row(value, std::strlen(value));
+    else
+      changed.add_row(row.begin, kept(row, list.keeps.set));
+    return false;
+  });
+  store_with_service(list, changed);
+  return 0;
+}
+
+int remove(const List &list, int index) {
+  const OwnedText text = load_text(list.key, list.reads.remove);
+  if (!allows(list, "delete", false)) return -1;
+  const int position = position_of(index);
+  if (!in_range(position, text)) return -1;
+  ListText shorter(room_for(list.reads.remove, text, ""));
+  any_row(text, [&](const Row &row, int at) {
+    if (at != position) shorter.add_row(row.begin, kept(row, list.keeps.remove));
+    return false;
+  });
+  store_with_service(list, shorter);
+  return 0;
+}
+
+int get(const List &list, int index, char *buf, unsigned int len) {
+  const OwnedText text = load_text(list.key, first_255);
+  Text found;
+  any_row(text, [&](const Row &row, int at) {
+    if (at != position_of(index)) return false;
+    std::memcpy(found.chars, row.begin, row.length);
+    return true;
+  });
+  answer(found, buf, len);
+  return 0;
+}
+
+} // namespace kova::rules
+
+int firewall_getRuleNums(const char *text) {
+  int count = 0;
+  kova::rules::any_row(kova::text_or_empty(text), [&](const kova::rules::Row &, int) {
+    ++count;
+    return false;
+  });
+  return count;
+}
+
+int getNthField(int index, const char *text, char separator, char *out, int outlen) {
+  if (index < 0 || out == nullptr || outlen < 1) return -1;
+  const char *field = kova::text_or_empty(text);
+  for (; index > 0; --index) {
+    field = std::strchr(field, separator);
+    if (field == nullptr) return -1;
+    ++field;
+  }
+  const char separators[] = {separator, '\0'};
+  const std::size_t length = std::strcspn(field, separators), room = static_cast<std::size_t>(outlen) - 1;
+  const std::size_t copied = length < room ? length : room;
+  std::memcpy(out, field, copied);
+  out[copied] = '\0';
+  return 0;
+}

@@ -1,0 +1,101 @@
+// The security level, and the four switches that it stands for.
+#include "frame/settings.hpp"
+#include "platform/nvram.h"
+#include "platform/webs.h"
+#include "security/security.h"
+
+#include <cstdio>
+#include <cstdlib>
+
+namespace kova::security {
+
+namespace {
+
+// The switches in the order of the stored custom choice, and of a level's writes.
+constexpr const char *switch_keys[] = {"AclEnable", "SPIFWEnabled", "BlockPortScan", "BlockSynFlood"};
+enum Switch { acl, spi_firewall, port_scan, syn_flood, switch_count };
+constexpr const char *custom_key = "WebsSysFirewallCustom", *choice_key = "WebsSysFirewallCustomSettings";
+
+// What the predefined levels "0" to "2" switch on. None of them switches the ACL on.
+constexpr const char *levels[][switch_count] = {
+    {"0", "0", "0", "0"}, {"0", "0", "1", "1"}, {"0", "1", "1", "1"}};
+constexpr const char *level_names[] = {"0", "1", "2"}, *custom_level = "3";
+
+// The custom choice: four fields, of which missing ones are empty.
+struct Choice {
+  char field[switch_count][32] = {};
+  Choice() {
+    const Text stored = load(Section::config, choice_key);
+    for (int i = 0; i < switch_count; ++i)
+      getNthField(i, stored, ',', field[i], sizeof field[i]);
+  }
+};
+
+bool is_on(const char *key) {
+  return tarn_check_nvram_value(static_cast<int>(Section::config), key) != 0;
+}
+
+bool is_level(const char *const (&level)[switch_count]) {
+  for (int i = 0; i < switch_count; ++i)
+    if (is_on(switch_keys[i]) != equal(level[i], "1")) return false;
+  return !is_on(custom_key);
+}
+
+template <typename Values>
+void store_level(const Values &values, const char *custom) {
+  for (int i = 0; i < switch_count; ++i)
+    store(Section::config, switch_keys[i], values[i]);
+  store(Section::config, custom_key, custom);
+}
+
+int set_switch(Switch which, const char *value) {
+  Choice choice;
+  value = text_or_empty(value);
+  if (websInputValueRule(value, 0, 1) == 0) return -1;
+  if (which == acl && (std::atoi(value) < 0 || std::atoi(value) > 1)) return -1; // NOLINT(cert-err34-c)
+  store(Section::config, switch_keys[which], value);
+  store(Section::config, custom_key, "1");
+  const char *fields[switch_count];
+  for (int i = 0; i < switch_count; ++i)
+    fields[i] = i == which ? value : choice.field[i];
+  Text changed;
+  std::snprintf(changed.chars, Text::size, "%.60s,%.60s,%.60s,%.60s", fields[acl], fields[spi_firewall],
+                fields[port_scan], fields[syn_flood]);
+  store(Section::config, choice_key, changed);
+  return 0;
+}
+
+} // namespace
+
+} // namespace kova::security
+
+using namespace kova;
+using namespace kova::security;
+
+int kovaGetSystemSecuritySettingsSecurityLevel(char *buf, unsigned int buflen) {
+  for (int i = 0; i < 3; ++i)
+    if (is_level(levels[i])) return answer(level_names[i], buf, buflen);
+  return answer(custom_level, buf, buflen);
+}
+
+int kovasetSystemSecuritySettingsSecurityLevel(const char *value) {
+  value = text_or_empty(value);
+  const int number = std::atoi(value); // NOLINT(cert-err34-c): a text that is no number is 0
+  if (number < 0 || number > 3) return -1;
+  // The text decides, not its number: "01" changes nothing, and is no error.
+  for (int i = 0; i < 3; ++i)
+    if (equal(value, level_names[i])) store_level(levels[i], "0");
+  if (equal(value, custom_level)) store_level(Choice().field, "1");
+  return 0;
+}
+
+#define SWITCH(getter, setter, which)                                                                        \
+  KOVA_SETTING_GETTER(getter, Section::config, switch_keys[which])                                           \
+  int setter(const char *value) {                                                                            \
+    return set_switch(which, value);                                                                         \
+  }
+// clang-format off
+SWITCH(kovaGetSystemSecuritySettingsACLValue,           kovasetSystemSecuritySettingsACLValue,           acl)
+SWITCH(kovaGetSystemSecuritySettingsSPIFirewallValue,   kovasetSystemSecuritySettingsSPIFirewallValue,   spi_firewall)
+SWITCH(kovaGetSecuritySettingsBlockPortScanValue,       kovasetSecuritySettingsBlockPortScanValue,       port_scan)
+SWITCH(kovaGetSystemSecuritySettingsBlockSynFloodValue, kovasetSystemSecuritySettingsBlockSynFloodValue, syn_flood)

@@ -1,0 +1,90 @@
+// The state of the telephone line, and the apply that restarts its service.
+#include "frame/settings.hpp"
+#include "frame/shell.hpp"
+#include "frame/trace.hpp"
+#include "platform/nvram.h"
+#include "voice/voice.h"
+
+#include <cstdio>
+#include <cstdlib>
+
+using namespace kova;
+
+namespace {
+
+constexpr const char *call_file = "/tmp/voip-call-status.txt",
+                     *registration_file = "/tmp/voip-reg-status.txt";
+
+// What the voice service wrote, at most 63 bytes. False when there is no file.
+bool read_status(const char *path, char (&status)[64]) {
+  FILE *file = std::fopen(path, "r");
+  if (file == nullptr) return false;
+  status[std::fread(status, 1, sizeof status - 1, file)] = '\0';
+  std::fclose(file);
+  trim_string_newline(status);
+  return true;
+}
+
+int answer_status(const char *path, char *buf, unsigned int buflen) {
+  char status[64] = {};
+  const bool known = read_status(path, status) && *status != '\0';
+  return answer(known ? status : "None", buf, buflen);
+}
+
+// Settings are never pushed into a call. Without a file there is no line to be busy.
+bool is_busy() {
+  char state[64] = {};
+  if (!read_status(call_file, state) || equal(state, "Idle")) return false;
+  dbg_trace("[VoIP]VoIP line is busy,not allow to change SIP settings........\n");
+  return true;
+}
+
+bool is_too_soon(long up_time) {
+  constexpr long least_interval = 15; // seconds
+  const Text last = load(Section::runtime, "SIPLastRunTime");
+  if (last.empty() || up_time - std::atol(last) >= least_interval) return false; // NOLINT(cert-err34-c)
+  dbg_trace("[Error]The interval between VoIP settings must be 15 seconds at least.\n");
+  return true;
+}
+
+} // namespace
+
+int kovaGetVoiceProfileLineState(char *buf, unsigned int buflen) {
+  return answer_status(call_file, buf, buflen);
+}
+
+int kovaGetVoiceProfileLineStatus(char *buf, unsigned int buflen) {
+  return answer_status(registration_file, buf, buflen);
+}
+
+int kovaGetPCSCFServerStatus(char *buf, unsigned int buflen) {
+  char registration[64] = {};
+  read_status(registration_file, registration);
+  const Text address = load(Section::runtime, "pcscf_addr_voip");
+  const bool in_use = !address.empty() && !equal(address, "0.0.0.0") && equal(registration, "Registered") &&
+                      equal(load(Section::config, "SIPServerMode"), "1");
+  return answer(in_use ? address : "None", buf, buflen);
+}
+
+int kovaSetVoIPApply(const char *value) {
+  const bool enabled = tarn_check_nvram_value(static_cast<int>(Section::config), "SIPEnable") != 0;
+  if (is_busy()) return -1;
+  const long up_time = tarn_get_uptime();
+  if (is_too_soon(up_time)) return -1;
+  if (!equal(text_or_empty(value), "1")) {
+    dbg_trace("[Error]SIP Apply Error.\n");
+    return -1;
+  }
+  if (enabled) {
+    store(Section::runtime, "SIPAutoStartReg", "1");
+    char now[24];
+    std::snprintf(now, sizeof now, "%d", static_cast<int>(up_time));
+    store(Section::runtime, "SIPLastRunTime", now);
+    run("sc ipchg");
+    run("/etc/sysconfig/script/firewall_clear_rule.sh SIP");
+  } else {
+    run("sc disable 1"); // and the 15 seconds do not begin anew
+  }
+  kova_trigger_cpe_event("fw_sip_rule");
+  return 0;
+}

@@ -1,0 +1,180 @@
+// The settings of the telephone line.
+#include "frame/settings.hpp"
+
+#include "frame/trace.hpp"
+#include "security/security.h"
+#include "voice/voice.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+namespace kova::voice {
+
+namespace {
+
+constexpr int sip_rules = 26, line_rules = 27, codec_rules = 28; // the platform's rule groups
+
+// In which server mode a SIP setting can be set.
+enum class Needs { nothing, sip, proxy_mode, pcscf_mode };
+
+bool refuse(const char *message, const char *what) {
+  dbg_trace(message, what); // NOLINT(clang-diagnostic-format-nonliteral)
+  return false;
+}
+
+// Only a stored "0" switches SIP off: a device whose switch was never stored allows.
+bool is_open(Needs needs, const char *key) {
+  if (needs == Needs::nothing) return true;
+  if (equal(load(Section::config, "SIPEnable"), "0"))
+    return refuse("[Error]SIP disable don't set %s!\n", key);
+  if (needs == Needs::sip) return true;
+  const char *mode = needs == Needs::proxy_mode ? "0" : "1";
+  return equal(load(Section::config, "SIPServerMode"), mode) ||
+         refuse("[Error]SIP mode don't set %s!\n", key);
+}
+
+int set(const char *key, const char *value, Rule rule, Needs needs = Needs::nothing) {
+  value = text_or_empty(value);
+  if (!is_open(needs, key) || !passes(rule, value)) return -1;
+  store(Section::config, key, value);
+  return 0;
+}
+
+int load_number(const char *key) {
+  return std::atoi(load(Section::config, key));
+} // NOLINT(cert-err34-c)
+
+// ---- Gains: stored doubled
+
+int get_gain(const char *key, char *buf, unsigned int buflen) {
+  char gain[16];
+  std::snprintf(gain, sizeof gain, "%d", load_number(key) / 2);
+  return answer(gain, buf, buflen);
+}
+
+int set_gain(const char *key, const char *value) {
+  const int gain = std::atoi(text_or_empty(value)); // NOLINT(cert-err34-c): a text without a number is 0
+  if (gain > 0 || gain < -100 || gain % 20 != 0) return -1;
+  char stored[16];
+  std::snprintf(stored, sizeof stored, "%d", gain * 2);
+  store(Section::config, key, stored);
+  return 0;
+}
+
+// ---- Codecs
+
+constexpr const char *codec_keys[] = {"PRIMARYCompressionType", "SECONDARYCompressionType",
+                                      "THIRDCompressionType"};
+constexpr const char *codec_names[] = {"Primary", "Secondary", "Third"};
+
+struct Codecs {
+  char name[3][10] = {};
+  explicit Codecs(const char *list) {
+    for (int i = 0; i < 3; ++i)
+      getNthField(i, list, ',', name[i], sizeof name[i]);
+  }
+  bool valid() const {
+    if (*name[0] == '\0') return refuse("[VoIP]Input Compression Type value is %s.\n", "NULL");
+    for (int i = 0; i < 3; ++i)
+      if (!passes({codec_rules, i}, name[i]))
+        return refuse("[Error]%s Compression Type value is invalid.\n", codec_names[i]);
+    const bool differ = !equal(name[0], name[1]) && !equal(name[0], name[2]) && !equal(name[1], name[2]);
+    return differ || refuse("[VoIP]Compression types cannot be %s\n", "same");
+  }
+};
+
+// ---- RTP ports
+
+int set_port_bound(const char *key, const char *value, int item, const char *other_key, bool is_start) {
+  value = text_or_empty(value);
+  if (!passes({line_rules, item}, value)) return -1;
+  const int bound = std::atoi(value), other = load_number(other_key); // NOLINT(cert-err34-c)
+  if (is_start ? bound > other : bound < other) {
+    dbg_trace("Error, RTP Start Port should not be larger than RTP End Port.");
+    return -1;
+  }
+  store(Section::config, key, value);
+  return 0;
+}
+
+} // namespace
+
+} // namespace kova::voice
+
+using namespace kova;
+using namespace kova::voice;
+
+int kovaGetCompressionType(char *buf, unsigned int buflen) {
+  const Text primary = load(Section::config, codec_keys[0]), secondary = load(Section::config, codec_keys[1]),
+             third = load(Section::config, codec_keys[2]);
+  char list[3 * Text::size];
+  std::snprintf(list, sizeof list, "%s,%s,%s", primary.chars, secondary.chars, third.chars);
+  return answer(list, buf, buflen);
+}
+
+int kovasetCompressionType(const char *value) {
+  const Codecs codecs(text_or_empty(value));
+  if (!codecs.valid()) return -1;
+  for (int i = 0; i < 3; ++i)
+    store(Section::config, codec_keys[i], codecs.name[i]);
+  return 0;
+}
+
+// The gains are crossed: each is heard at the other end of the line.
+int kovaGetListenGain(char *buf, unsigned int buflen) {
+  return get_gain("Listen_Gain", buf, buflen);
+}
+int kovasetListenGain(const char *value) {
+  return set_gain("Speaker_Gain", value);
+}
+int kovaGetSpeakerGain(char *buf, unsigned int buflen) {
+  return get_gain("Speaker_Gain", buf, buflen);
+}
+int kovasetSpeakerGain(const char *value) {
+  return set_gain("Listen_Gain", value);
+}
+
+int kovasetRTPLocalPortMin(const char *value) {
+  return set_port_bound("RTPStartPort", value, 2, "RTPEndPort", true);
+}
+int kovasetRTPLocalPortMax(const char *value) {
+  return set_port_bound("RTPEndPort", value, 3, "RTPStartPort", false);
+}
+
+#define GETTER(getter, key) KOVA_SETTING_GETTER(getter, Section::config, key)
+#define SIP(getter, setter, key, item, needs)                                                                \
+  GETTER(getter, key)                                                                                        \
+  int setter(const char *value) {                                                                            \
+    return set(key, value, {sip_rules, item}, Needs::needs);                                                 \
+  }
+#define LINE(getter, setter, key, item)                                                                      \
+  GETTER(getter, key)                                                                                        \
+  int setter(const char *value) {                                                                            \
+    return set(key, value, {line_rules, item});                                                              \
+  }
+
+// clang-format off
+GETTER(kovaGetRTPLocalPortMin, "RTPStartPort")
+GETTER(kovaGetRTPLocalPortMax, "RTPEndPort")
+KOVA_CONSTANT_GETTER(kovaGetAuthPassword, " ")
+int kovaSetAuthPassword(const char *value) { return set("SIPPassword", value, {sip_rules, 3}, Needs::sip); }
+//   getter                         setter                         key                  item  needs
+SIP( kovaGetVoipBasicEnable,        kovaSetVoipBasicEnable,        "SIPEnable",          0,   nothing)
+SIP( kovaGetDirectoryNumber,        kovaSetDirectoryNumber,        "SIPId",              1,   sip)
+SIP( kovaGetAuthUserName,           kovaSetAuthUserName,           "SIPUserName",        2,   sip)
+SIP( kovaGetSIPServerMode,          kovaSetSIPServerMode,          "SIPServerMode",      4,   sip)
+SIP( kovaGetPCSCFServerDomain,      kovaSetPCSCFServerDomain,      "pcscfServerDomain",  5,   pcscf_mode)
+SIP( kovaGetPCSCFServerPort,        kovaSetPCSCFServerPort,        "pcscfServerPort",    6,   pcscf_mode)
+SIP( kovaGetSIPRegistrarServer,     kovaSetSIPRegistrarServer,     "SIPRegisterServer",  7,   proxy_mode)
+SIP( kovaGetSIPRegistrarServerPort, kovaSetSIPRegistrarServerPort, "SIPRegisterPort",    8,   proxy_mode)
+SIP( kovaGetSIPProxyServer,         kovaSetSIPProxyServer,         "SIPProxyServer",     9,   proxy_mode)
+SIP( kovaGetSIPProxyServerPort,     kovaSetSIPProxyServerPort,     "SIPProxyPort",      10,   proxy_mode)
+SIP( kovaGetSIPUserAgentDomain,     kovaSetSIPUserAgentDomain,     "SIPServerDomain",   11,   proxy_mode)
+LINE(kovaGetDTMFMethod,             kovasetDTMFMethod,             "DTMFMethod",         0)
+LINE(kovaGetFaxOption,              kovasetFaxOption,              "FAXOption",          1)
+LINE(kovaGetSilenceSuppression,     kovasetSilenceSuppression,     "SIPVad",             4)
+LINE(kovaGetRegions,                kovasetRegions,                "COUNTRYCode",        5)
+LINE(kovaGetCallerID,               kovasetCallerID,               "CALLERType",         6)
+LINE(kovaGetDialingInterval,        kovasetDialingInterval,        "DIALInterval",       7)
+LINE(kovaGetOffhookInterval,        kovasetOffhookInterval,        "OFFInterval",        8)

@@ -1,0 +1,85 @@
+// Speed dialling: short numbers that stand for telephone numbers.
+#include "frame/trace.hpp"
+#include "platform/nvram.h"
+#include "security/rule_list.hpp"
+#include "voice/voice.h"
+
+#include <cstring>
+
+namespace kova::voice {
+
+namespace {
+
+using namespace kova::rules;
+
+int check_row(const char *value, int position) {
+  return checkQuickdialAllParam(value) != 0 ? -1 : checkSpeedDialParamRepeated(value, position);
+}
+
+constexpr List speed_dial = {
+    "Quickdial", "SPEEDDialLists", nullptr, " ,,", {first_255, first_255, first_255}, {keeps_63, keeps_63},
+    {},          check_row};
+
+constexpr int field_rules = 29;
+enum Field { dial_number, real_number, note };
+
+int refuse(const char *message) {
+  dbg_trace("%s", message);
+  return -1;
+}
+
+// A field of a row, as a place in it.
+struct FieldText {
+  const char *begin;
+  std::size_t length;
+  bool operator==(const FieldText &other) const {
+    return length == other.length && std::memcmp(begin, other.begin, length) == 0;
+  }
+};
+
+// The number before the first comma, or between the first and the second; rows end at their list's separator.
+FieldText number_of(const char *row, Field field) {
+  constexpr const char *ends = ",;";
+  const char *begin = row;
+  if (field == real_number) {
+    begin += std::strcspn(begin, ends);
+    if (*begin == ',') ++begin;
+  }
+  return {begin, std::strcspn(begin, ends)};
+}
+
+} // namespace
+
+} // namespace kova::voice
+
+using namespace kova;
+using namespace kova::voice;
+
+KOVA_RULE_LIST(kovaaddQuickdialRule, kovaSetQuickdialRule, kovaGetQuickdialRule, kovadelQuickdialRule,
+               speed_dial)
+
+int checkQuickdialAllParam(const char *row) {
+  Text field;
+  if (getNthField(dial_number, row, ',', field.chars, Text::size) != 0) return -1;
+  if (const int code = tarn_check_param(field_rules, field, dial_number); code < 0)
+    return refuse(code == -1 ? "[Error]dial number cannot be null.\n" : "[Error]dial number must be 1~16.\n");
+  if (getNthField(real_number, row, ',', field.chars, Text::size) != 0 || field.empty() ||
+      tarn_check_param(field_rules, field, real_number) < 0)
+    return refuse("[Error]real number cannot be null.\n");
+  if (getNthField(note, row, ',', field.chars, Text::size) != 0) return -1;
+  if (const int code = tarn_check_param(field_rules, field, note); code < 0)
+    return refuse(code == -1 ? "[Error]The characters number in note exceeds 32!\n"
+                             : "[Error]Note cannot contain the following characters:\n");
+  return 0;
+}
+
+int checkSpeedDialParamRepeated(const char *row, int position) {
+  row = text_or_empty(row);
+  const FieldText dial = number_of(row, dial_number), real = number_of(row, real_number);
+  const bool repeated = any_row(load_text(speed_dial.key), [&](const Row &other, int at) {
+    if (at == position) return false;
+    if (number_of(other.begin, dial_number) == dial) return refuse("[Error]dial number repeated.\n") != 0;
+    return number_of(other.begin, real_number) == real && refuse("[Error]real number repeated.\n") != 0;
+  });
+  return repeated ? -1 : 0;
+}
