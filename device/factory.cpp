@@ -130,7 +130,7 @@ std::vector<host::NvramEntry> factory_settings() {
     add(number + "authalgo", network.cipher);
     add(number + "wpapass", network.passphrase);
   }
-  for (const auto &table : {firewall_settings(), telephone_settings()})
+  for (const auto &table : {firewall_settings(), telephone_settings(), access_settings()})
     for (const auto &[key, value] : table)
       add(key, value);
   return entries;

@@ -72,12 +72,47 @@ constexpr Setting telephone[] = {
     {"Speaker_Gain",             "0"},
     {"SPEEDDialLists",           ""},
 };
+
+// Accounts, the ping watchdog, and spectrum access
+constexpr Setting access[] = {
+    {"snmp_enable",              "0"},
+    {"snmp_username",            "monitor"},
+    {"snmp_password",            "read-only"},
+    {"WebTimeout",               "600"},        // seconds
+    {"pingWdEnable",             "0"},
+    {"pingWdIpAddress",          "192.0.2.1"},
+    {"pingWdTimeOut",            "5"},
+    {"pingWdCount",              "3"},
+    {"pingWdRebootCount",        "10"},
+    {"ROUTEHOPS_HOPHOST",        ""},
+    {"SAS_ENABLEMODE",           "0"},
+    {"SAS_USEDP",                "1"},
+    {"SAS_ADDRESS",              "https://sas.example.com/v1.2"},
+    {"SAS_STEP_CHOICE",          "0"},
+    {"SAS_USERID",               "example"},
+    {"SAS_FCCID",                "EXAMPLE-ID"},
+    {"SAS_CBSD_CATEGORY",        "A"},
+    {"SAS_RADIO_TECHNOLOGY",     "E_UTRA"},
+    {"SAS_ANTENNAGAIN",          "12"},
+    {"SAS_ANTENNAAZIMUTH",       "0"},
+    {"SAS_ANTENNADOWNTILT",      "0"},
+    {"SAS_ANTENNABEAMWIDTH",     "60"},
+    {"SAS_CPI_LATITUDE",         "37.123456"},
+    {"SAS_CPI_LONGITUDE",        "-122.654321"},
+    {"SAS_CPI_HEIGHT",           "6"},
+    {"SAS_CPI_HEIGHTUNIT",       "0"},          // 1: feet
+    {"SAS_CPI_HEIGHTTYPE",       "AGL"},
+    {"SAS_CPI_INDOORDEPLOYMENT", "0"},
+};
 // clang-format on
 
 } // namespace
 
 std::span<const Setting> firewall_settings() {
   return firewall;
+}
+std::span<const Setting> access_settings() {
+  return access;
 }
 std::span<const Setting> telephone_settings() {
   return telephone;

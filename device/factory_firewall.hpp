@@ -1,4 +1,5 @@
-// Factory settings of the packet filters, the access control, the routes and the telephone line.
+// Factory settings of the packet filters, the access control, the routes, the telephone line, the accounts and the
+// spectrum access.
 #pragma once
 
 #include <span>
@@ -8,5 +9,6 @@ namespace kova::device {
 
 std::span<const std::pair<const char *, const char *>> firewall_settings();
 std::span<const std::pair<const char *, const char *>> telephone_settings();
+std::span<const std::pair<const char *, const char *>> access_settings();
 
 } // namespace kova::device

@@ -29,15 +29,28 @@ enum Group : int {
   ip_filter = 17,
   ipv6_filter = 18,
   static_route = 19,
+  diagnostics_host = 21,
+  snmp = 24,
   sip = 26,
   telephone_line = 27,
   codec = 28,
   speed_dial = 29
 };
 
-using Rule = std::variant<Number, OneOf, Text, WpaPassPhrase, Ipv4Address, Ipv4Netmask, ServerAddressOrName,
-                          WebUrl, TimeZone, MacAddress, DottedQuad, RouteDestination, RouteNetmask,
-                          AccessHost, Sized<Text>, Sized<Number>, Sized<AnyServer>, Optional<OneOf>>;
+// An SNMP credential of at most 32 characters: a wrong length is told from wrong characters.
+struct Credential {
+  std::size_t shortest;
+  int judge(std::string_view value) const {
+    constexpr std::size_t longest = 32;
+    if (value.size() < shortest || value.size() > longest) return -1;
+    return Text{0, longest, visible_in_list, bad_value}.judge(value);
+  }
+};
+
+using Rule =
+    std::variant<Number, OneOf, Text, WpaPassPhrase, Ipv4Address, Ipv4Netmask, ServerAddressOrName, WebUrl,
+                 TimeZone, MacAddress, DottedQuad, RouteDestination, RouteNetmask, AccessHost, Sized<Text>,
+                 Sized<Number>, Sized<AnyServer>, Optional<OneOf>, Credential>;
 
 struct Row {
   Group group;
@@ -119,6 +132,13 @@ constexpr Row rows[] = {
     {management,     23, zero_or_one},                                           // fingerprint
     {management,     24, optional_text},                                         // cloud key
     {management,     25, optional_text},                                         // nick name
+    {management,     49, optional_text},                                         // registration with spectrum access
+    {management,     50, number(-137, 47)},                                      // granted EIRP, dBm/MHz
+    {management,     51, number(0, 7000000000)},                                 // granted frequencies, Hz: from
+    {management,     52, number(0, 7000000000)},                                 // to
+    {management,     53, number(-137, 47)},                                      // granted power density, dBm/MHz
+    {management,     54, OneOf{"0 1 2", bad_value}},                             // single or multiple registration step
+    {management,     55, optional_text},                                         // expiry of the transmission
 
     {operation_mode,  0, Number{0, 3}},
     {operation_mode,  1, OneOf{"0 1"}},                                          // VPN type: L2TP, GRE
@@ -207,6 +227,12 @@ constexpr Row rows[] = {
 
     {speed_dial,      0, OneOf{"1 2 3 4 5 6 7 8 9 10 11 12 13 14 15 16", bad_value}}, // in one spelling: no "07"
     {speed_dial,      1, Text{1, 27, dialled_character, bad_value}},             // 27: rows of up to 63 stay whole
+    {diagnostics_host, 1, ServerAddressOrName{}},
+
+    {snmp,            0, zero_or_one},                                           // on
+    {snmp,            2, Credential{1}},                                         // user
+    {snmp,            4, Credential{8}},                                         // password
+
     {speed_dial,      2, Sized<Text>{32, {0, 32, note_character}, /*too_long=*/-1, /*invalid=*/-2}},
 };
 // clang-format on
