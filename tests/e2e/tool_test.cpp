@@ -202,6 +202,7 @@ TEST_F(Tool, CompletesPaths) {
   };
   EXPECT_EQ(complete("dev"), "device\n");
   EXPECT_EQ(complete("device st"), "status\n");
+  EXPECT_EQ(complete("add InternetGatewayDevice.L"), "InternetGatewayDevice.Layer3Forwarding.\n");
   EXPECT_EQ(complete("get InternetGatewayDevice.LANDevice.1.X"),
             "InternetGatewayDevice.LANDevice.1.X_KOVA_LAN.\n");
   EXPECT_EQ(complete("--json get InternetGatewayDevice.LANDevice.1.X_KOVA_LAN.S"),
