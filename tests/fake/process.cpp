@@ -31,8 +31,8 @@ Function *libc(const char *name) {
 
 // Paths of the device: what is not scripted does not exist.
 bool is_device_path(const std::string &path) {
-  for (const char *prefix :
-       {"/proc/net/", "/proc/wlan0", "/var/", "/tmp/tr069_", "/tmp/udpEcho", "/tmp/sec_udpEcho"})
+  for (const char *prefix : {"/proc/net/", "/proc/wlan0", "/var/", "/tmp/tr069_", "/tmp/udpEcho",
+                             "/tmp/sec_udpEcho", "/tmp/voip-"})
     if (path.rfind(prefix, 0) == 0) return true;
   return false;
 }

@@ -1,0 +1,285 @@
+// Filter switches, the security level and its switches, web login.
+#include "rows.hpp"
+
+using fake::event;
+using fake::get;
+using fake::platform;
+using fake::Strings;
+
+namespace {
+
+class Security : public fake::Test {};
+
+struct Setting {
+  kova_getter *get;
+  kova_setter *set;
+  std::string key, mirror;
+  int item;
+};
+struct Family {
+  int rules;
+  Setting enable, mode, log;
+};
+#define SETTING(family, name)                                                                                \
+  kovaGet##family##FilteringBasicSetting##name##Value, kovaset##family##FilteringBasicSetting##name##Value
+#define FAMILY(family, rules, enable, enable_mirror, mode, mode_mirror, log)                                 \
+  {                                                                                                          \
+    rules, {SETTING(family, Enable), enable, enable_mirror, 1},                                              \
+        {SETTING(family, Mode), mode, mode_mirror, 2}, {                                                     \
+      SETTING(family, LogEnable), log, "", 3                                                                 \
+    }                                                                                                        \
+  }
+const Family families[] = {
+    FAMILY(Mac, 13, "MACFilterEnable", "WlanMACFilterEnable", "MACFilterMode", "WlanMACFilterMode",
+           "MACFilterDropLogEnable"),
+    FAMILY(Url, 15, "URLFilterEnable", "", "URLFilterMode", "", "URLFilterDropLogEnable"),
+    FAMILY(Ip, 17, "IPPortFilterEnable", "", "DefaultIPPortFilterPolicy", "", "IPPortFilterDropLogEnable"),
+    FAMILY(Ipv6, 18, "IPPort6FilterEnable", "", "DefaultIPPort6FilterPolicy", "",
+           "IPPort6FilterDropLogEnable")};
+
+Strings stores(const Setting &setting, const std::string &value) {
+  Strings result = {"nvram 0 " + setting.key + "=" + value};
+  if (!setting.mirror.empty()) result.push_back("nvram 0 " + setting.mirror + "=" + value);
+  return result;
+}
+
+TEST_F(Security, FilterSwitchesAreJudgedAndStoredWithTheirMirrors) {
+  for (const Family &family : families)
+    for (const Setting *setting : {&family.enable, &family.mode, &family.log}) {
+      SCOPED_TRACE(setting->key);
+      const std::string rule = std::to_string(family.rules) + "/" + std::to_string(setting->item) + " ";
+      platform = {};
+      EXPECT_EQ(get(setting->get), "");
+      if (setting->item != 1) { // mode and log need the family to be on
+        EXPECT_EQ(setting->set("0"), -1);
+        EXPECT_TRUE(platform.rules_asked.empty());
+        platform.nvram[{0, family.enable.key}] = "1";
+      }
+      platform.rule = [](int, const std::string &, int) { return -7; };
+      EXPECT_EQ(setting->set("0"), -1);
+      EXPECT_EQ(setting->set(nullptr), -1);
+      EXPECT_EQ(platform.rules_asked.back(), rule);
+      EXPECT_TRUE(platform.done.empty());
+      platform.rule = [](int, const std::string &, int) { return 3; };
+      platform.rules_asked.clear();
+      EXPECT_EQ(setting->set("0"), 0);
+      EXPECT_EQ(platform.rules_asked, Strings{rule + "0"});
+      EXPECT_EQ(platform.done, stores(*setting, "0"));
+      platform.nvram[{0, setting->key}] = "abcdef";
+      EXPECT_EQ(get(setting->get), "abcdef");
+      EXPECT_EQ(get(setting->get, 3), "abc"); // as much as the caller has room for
+    }
+}
+
+TEST_F(Security, WhiteModeWithAnEmptyListLetsTheManagingClientIn) {
+  std::string table = fake::neighbours_header;
+  for (int i = 0; i < 700; ++i) {
+    char mac[18];
+    std::snprintf(mac, sizeof mac, "00:1a:2b:00:%02x:%02x", i / 256, i % 256);
+    table += fake::neighbour("10.0." + std::to_string(i / 250) + "." + std::to_string(i % 250), mac);
+  }
+  const struct {
+    const char *what, *mode, *manager;
+    int section;
+    std::string white, expected, neighbours;
+  } cases[] = {{"the first of two with the address", "1", "10.0.0.7", 0, "", "AA:BB:CC:DD:EE:0F",
+                fake::neighbours_header + fake::neighbour("10.0.0.8", "00:00:00:00:00:01") +
+                    fake::neighbour("10.0.0.7", "aa:bb:cc:dd:ee:0f") +
+                    fake::neighbour("10.0.0.7", "00:00:00:00:00:02")},
+               {"the last of hundreds", "1", "10.0.2.199", 0, "", "00:1A:2B:00:02:BB", table},
+               {"no such neighbour", "1", "10.0.9.9", 0, "", "", table},
+               {"no manager", "1", "", 0, "", "", table},
+               {"no table", "1", "10.0.0.7", 0, "", "", ""},
+               {"another section's manager", "1", "10.0.0.7", 9, "", "", table},
+               {"a list with rows", "1", "10.0.0.7", 0, " ", "(untouched)", table},
+               {"black", "0", "10.0.0.7", 0, "", "(untouched)", table},
+               {"not exactly white", "1 ", "10.0.0.7", 0, "", "(untouched)", table}};
+  for (const auto &[what, mode, manager, section, white, expected, neighbours] : cases) {
+    SCOPED_TRACE(what);
+    platform = {};
+    platform.nvram = {{{0, "MACFilterEnable"}, "1"},
+                      {{0, "MACFilterWhiteRules"}, white},
+                      {{section, "curr_user_ip"}, manager}};
+    if (!neighbours.empty()) platform.files["/proc/net/arp"] = neighbours;
+    EXPECT_EQ(kovasetMacFilteringBasicSettingModeValue(mode), 0);
+    Strings done;
+    if (expected != "(untouched)")
+      done = {"nvram 0 MACFilterWhiteRules=" + expected, "nvram 0 WlanMACFilterWhiteRules=" + expected};
+    for (const std::string &entry : stores(families[0].mode, mode))
+      done.push_back(entry);
+    EXPECT_EQ(platform.done, done);
+  }
+}
+
+TEST_F(Security, ApplyRunsTheFirewallsEventsForExactlyOne) {
+  const struct {
+    kova_setter *apply;
+    Strings events;
+  } cases[] = {{kovasetMacApply, {event("fw_sec_mac_filter"), event("ce_set_wlan_mac_filter")}},
+               {kovasetUrlApply, {event("fw_sec_url_filter")}},
+               {kovasetIpApply, {event("fw_sec_ipv4_filter")}},
+               {kovasetIpv6Apply, {event("fw_sec_ipv6_filter")}},
+               {kovasetACLApply, {event("fw_sec_ddos_filter")}}};
+  for (const auto &[apply, events] : cases) {
+    SCOPED_TRACE(events[0]);
+    platform.done.clear();
+    for (const char *refused : {"", "0", "11", "true", "1 ", " 1", static_cast<const char *>(nullptr)})
+      EXPECT_EQ(apply(refused), -1);
+    EXPECT_TRUE(platform.done.empty());
+    EXPECT_EQ(apply("1"), 0);
+    EXPECT_EQ(platform.done, events);
+  }
+  EXPECT_EQ(get(kovaGetIpApply, 4), "####");
+  EXPECT_EQ(get(kovaGetIpv6Apply, 4), "####");
+}
+
+TEST_F(Security, WebLoginTakesEffectAtOnce) {
+  for (const char *refused : {"", "2", "01", "true", static_cast<const char *>(nullptr)})
+    EXPECT_EQ(kovasetWebLoginEnable(refused), -1);
+  EXPECT_TRUE(platform.done.empty());
+  for (const std::string value : {"1", "0"}) {
+    platform.done.clear();
+    EXPECT_EQ(kovasetWebLoginEnable(value.c_str()), 0);
+    EXPECT_EQ(platform.done, (Strings{"nvram 0 TR_WEB_LOGIN_ENABLE=" + value, event("fw_sec_ddos_filter")}));
+    EXPECT_EQ(get(kovaGetWebLoginEnable), value);
+  }
+}
+
+// ---- Security level
+
+Strings level_stores(const Strings &fields, const std::string &custom) {
+  return {"nvram 0 AclEnable=" + fields[0], "nvram 0 SPIFWEnabled=" + fields[1],
+          "nvram 0 BlockPortScan=" + fields[2], "nvram 0 BlockSynFlood=" + fields[3],
+          "nvram 0 WebsSysFirewallCustom=" + custom};
+}
+
+TEST_F(Security, LevelsStoreTheirSwitchesAndReadBack) {
+  const std::string long_field(40, 'x');
+  const struct {
+    const char *value, *choice;
+    int result;
+    Strings done;
+    const char *level; // read afterwards, from nothing stored
+  } cases[] = {{"0", "", 0, level_stores({"0", "0", "0", "0"}, "0"), "0"},
+               {"1", "", 0, level_stores({"0", "0", "1", "1"}, "0"), "1"},
+               {"2", "", 0, level_stores({"0", "1", "1", "1"}, "0"), "2"},
+               {"3", "1,0,1,1", 0, level_stores({"1", "0", "1", "1"}, "1"), "3"},
+               {"3", "0,1,1,1", 0, level_stores({"0", "1", "1", "1"}, "1"), "3"}, // high, but chosen
+               {"3", "", 0, level_stores({"", "", "", ""}, "1"), "3"},
+               {"3", "1,0", 0, level_stores({"1", "0", "", ""}, "1"), "3"},
+               {"3", "1,,1,1,9", 0, level_stores({"1", "", "1", "1"}, "1"), "3"},
+               {"02", "", 0, {}, "0"},
+               {" 2", "", 0, {}, "0"},
+               {"2x", "", 0, {}, "0"},
+               {"", "", 0, {}, "0"},
+               {nullptr, "", 0, {}, "0"},
+               {"none", "", 0, {}, "0"},
+               {"4", "", -1, {}, "0"},
+               {"-1", "", -1, {}, "0"},
+               {"2147483648", "", -1, {}, "0"}};
+  for (const auto &[value, choice, result, done, level] : cases) {
+    SCOPED_TRACE(std::string(value != nullptr ? value : "NULL") + " of " + choice);
+    platform = {};
+    platform.nvram[{0, "WebsSysFirewallCustomSettings"}] = choice;
+    EXPECT_EQ(kovasetSystemSecuritySettingsSecurityLevel(value), result);
+    EXPECT_EQ(platform.done, done);
+    EXPECT_EQ(get(kovaGetSystemSecuritySettingsSecurityLevel), level);
+  }
+  platform.nvram[{0, "WebsSysFirewallCustomSettings"}] = long_field + ",1,1,1";
+  EXPECT_EQ(kovasetSystemSecuritySettingsSecurityLevel("3"), 0);
+  EXPECT_EQ(platform.stored(0, "AclEnable"), long_field.substr(0, 31));
+}
+
+TEST_F(Security, AnythingButAPredefinedCombinationIsCustom) {
+  const char *keys[] = {"AclEnable", "SPIFWEnabled", "BlockPortScan", "BlockSynFlood",
+                        "WebsSysFirewallCustom"};
+  const std::map<std::string, std::string> levels = {{"00000", "0"}, {"00110", "1"}, {"01110", "2"}};
+  for (unsigned int bits = 0; bits < 32; ++bits) {
+    std::string combination;
+    for (unsigned int i = 0; i < 5; ++i) {
+      combination += (bits >> i & 1U) != 0 ? '1' : '0';
+      platform.nvram[{0, keys[i]}] = combination.substr(i);
+    }
+    const auto level = levels.find(combination);
+    EXPECT_EQ(get(kovaGetSystemSecuritySettingsSecurityLevel), level == levels.end() ? "3" : level->second)
+        << combination;
+  }
+}
+
+TEST_F(Security, ASingleSwitchMakesTheLevelCustomAndKeepsTheRestOfTheChoice) {
+  const struct {
+    kova_getter *get;
+    kova_setter *set;
+    const char *key;
+    unsigned int field;
+  } switches[] = {
+      {kovaGetSystemSecuritySettingsACLValue, kovasetSystemSecuritySettingsACLValue, "AclEnable", 0},
+      {kovaGetSystemSecuritySettingsSPIFirewallValue, kovasetSystemSecuritySettingsSPIFirewallValue,
+       "SPIFWEnabled", 1},
+      {kovaGetSecuritySettingsBlockPortScanValue, kovasetSecuritySettingsBlockPortScanValue, "BlockPortScan",
+       2},
+      {kovaGetSystemSecuritySettingsBlockSynFloodValue, kovasetSystemSecuritySettingsBlockSynFloodValue,
+       "BlockSynFlood", 3}};
+  for (const auto &[read, set, key, field] : switches) {
+    SCOPED_TRACE(key);
+    platform = {};
+    EXPECT_EQ(kovasetSystemSecuritySettingsSecurityLevel("2"), 0);
+    platform.done.clear();
+    for (const char *refused : {"", "2", "-1", "on", "1 ", static_cast<const char *>(nullptr)})
+      EXPECT_EQ(set(refused), -1);
+    EXPECT_TRUE(platform.done.empty());
+    for (const std::string before : {"a,b,c,d", "a,b", "", ",,,,"}) {
+      platform.nvram[{0, "WebsSysFirewallCustomSettings"}] = before;
+      Strings fields = fake::rows_of(before, ',');
+      fields.resize(4);
+      fields[field] = "1";
+      platform.done.clear();
+      EXPECT_EQ(set("1"), 0);
+      EXPECT_EQ(platform.done,
+                (Strings{"nvram 0 " + std::string(key) + "=1", "nvram 0 WebsSysFirewallCustom=1",
+                         "nvram 0 WebsSysFirewallCustomSettings=" + fields[0] + "," + fields[1] + "," +
+                             fields[2] + "," + fields[3]}));
+      EXPECT_EQ(get(read), "1");
+      EXPECT_EQ(get(kovaGetSystemSecuritySettingsSecurityLevel), "3");
+    }
+  }
+  // The choice outlives a predefined level.
+  for (const auto &entry : switches)
+    EXPECT_EQ(entry.set(entry.field == 1 ? "0" : "1"), 0);
+  EXPECT_EQ(kovasetSystemSecuritySettingsSecurityLevel("0"), 0);
+  platform.done.clear();
+  EXPECT_EQ(kovasetSystemSecuritySettingsSecurityLevel("3"), 0);
+  EXPECT_EQ(platform.done, level_stores({"1", "0", "1", "1"}, "1"));
+}
+
+TEST_F(Security, FieldsAndRowsOfATextAreCounted) {
+  const struct {
+    int index;
+    const char *text;
+    int outlen, result;
+    const char *expected; // "#" is what stood in the buffer
+  } cases[] = {{0, "a,b", 8, 0, "a"},
+               {1, "a,b", 8, 0, "b"},
+               {2, "a,b", 8, -1, "#"},
+               {-1, "a,b", 8, -1, "#"},
+               {0, "", 8, 0, ""},
+               {1, "", 8, -1, "#"},
+               {1, ",", 8, 0, ""},
+               {0, nullptr, 8, 0, ""},
+               {0, "abcdefgh", 8, 0, "abcdefg"},
+               {0, "abcdefg,h", 8, 0, "abcdefg"},
+               {1, "a,bcd", 1, 0, ""},
+               {0, "a", 0, -1, "#"},
+               {INT_MAX, "a,b", 8, -1, "#"},
+               {INT_MIN, "a,b", 8, -1, "#"}};
+  for (const auto &[index, text, outlen, result, expected] : cases) {
+    char field[16] = "#";
+    EXPECT_EQ(getNthField(index, text, ',', field, outlen), result) << index;
+    EXPECT_STREQ(field, expected) << index;
+  }
+  const std::pair<const char *, int> counts[] = {{nullptr, 0}, {"", 0}, {" ", 1}, {";", 2}, {"a;b;", 3}};
+  for (const auto &[text, count] : counts)
+    EXPECT_EQ(firewall_getRuleNums(text), count);
+}
+
+} // namespace

@@ -1,0 +1,327 @@
+// The telephone line: settings, codecs, gains, ports, status, apply, speed dialling.
+#include "rows.hpp"
+#include "voice/voice.h"
+
+using fake::event;
+using fake::get;
+using fake::platform;
+using fake::Strings;
+
+namespace {
+
+class Voice : public fake::Test {
+protected:
+  const char *const call_file = "/tmp/voip-call-status.txt", *const registration_file =
+                                                                 "/tmp/voip-reg-status.txt";
+  const Strings pushed = {"run sc ipchg", "run /etc/sysconfig/script/firewall_clear_rule.sh SIP",
+                          event("fw_sip_rule")};
+};
+
+struct Setting {
+  kova_getter *get;
+  kova_setter *set;
+  const char *key;
+  int group, item;
+  const char *needs; // "": nothing, "sip", or the server mode
+};
+#define SETTING(name) kovaGet##name, kovaSet##name
+#define LINE(name) kovaGet##name, kovaset##name
+const Setting settings[] = {{SETTING(VoipBasicEnable), "SIPEnable", 26, 0, ""},
+                            {SETTING(SIPServerMode), "SIPServerMode", 26, 4, "sip"},
+                            {SETTING(SIPProxyServer), "SIPProxyServer", 26, 9, "0"},
+                            {SETTING(SIPProxyServerPort), "SIPProxyPort", 26, 10, "0"},
+                            {SETTING(SIPRegistrarServer), "SIPRegisterServer", 26, 7, "0"},
+                            {SETTING(SIPRegistrarServerPort), "SIPRegisterPort", 26, 8, "0"},
+                            {SETTING(SIPUserAgentDomain), "SIPServerDomain", 26, 11, "0"},
+                            {SETTING(PCSCFServerDomain), "pcscfServerDomain", 26, 5, "1"},
+                            {SETTING(PCSCFServerPort), "pcscfServerPort", 26, 6, "1"},
+                            {SETTING(DirectoryNumber), "SIPId", 26, 1, "sip"},
+                            {SETTING(AuthUserName), "SIPUserName", 26, 2, "sip"},
+                            {SETTING(AuthPassword), "SIPPassword", 26, 3, "sip"},
+                            {LINE(DTMFMethod), "DTMFMethod", 27, 0, ""},
+                            {LINE(FaxOption), "FAXOption", 27, 1, ""},
+                            {LINE(SilenceSuppression), "SIPVad", 27, 4, ""},
+                            {LINE(RTPLocalPortMin), "RTPStartPort", 27, 2, ""},
+                            {LINE(RTPLocalPortMax), "RTPEndPort", 27, 3, ""},
+                            {LINE(Regions), "COUNTRYCode", 27, 5, ""},
+                            {LINE(CallerID), "CALLERType", 27, 6, ""},
+                            {LINE(DialingInterval), "DIALInterval", 27, 7, ""},
+                            {LINE(OffhookInterval), "OFFInterval", 27, 8, ""}};
+
+TEST_F(Voice, SettingsAreJudgedAndStoredWhereTheLineAllows) {
+  for (const Setting &setting : settings)
+    for (const std::string enable : {"", "1", "2", "0"})
+      for (const std::string mode : {"", "0", "1", "2"}) {
+        SCOPED_TRACE(std::string(setting.key) + " with SIP " + enable + ", mode " + mode);
+        const std::string needs = setting.needs,
+                          rule = std::to_string(setting.group) + "/" + std::to_string(setting.item);
+        const bool open = needs.empty() || (enable != "0" && (needs == "sip" || needs == mode));
+        platform = {};
+        if (!enable.empty()) platform.nvram[{0, "SIPEnable"}] = enable;
+        if (!mode.empty()) platform.nvram[{0, "SIPServerMode"}] = mode;
+        platform.rule = [](int, const std::string &, int) { return -3; };
+        EXPECT_EQ(setting.set("value"), -1);
+        EXPECT_TRUE(platform.done.empty());
+        platform.rule = [](int, const std::string &, int) { return 1; };
+        platform.rules_asked.clear();
+        EXPECT_EQ(setting.set("value"), open ? 0 : -1);
+        EXPECT_EQ(platform.done,
+                  open ? Strings{std::string("nvram 0 ") + setting.key + "=value"} : Strings{});
+        EXPECT_EQ(platform.rules_asked,
+                  open ? Strings{rule + " value"} : Strings{}); // a closed one is not judged
+        platform.nvram[{0, setting.key}] = "stored";
+        EXPECT_EQ(get(setting.get), setting.item == 3 && setting.group == 26 ? " " : "stored");
+        EXPECT_EQ(get(setting.get, 1), setting.item == 3 && setting.group == 26 ? " " : "s");
+        EXPECT_EQ(setting.set(nullptr), setting.set(""));
+      }
+}
+
+TEST_F(Voice, GainsAreStoredDoubledAndCrossed) {
+  const std::pair<const char *, int> accepted[] = {
+      {"0", 0},       {"-20", -20}, {"-40", -40}, {"-60", -60},    {"-80", -80},
+      {"-100", -100}, {"", 0},      {"loud", 0},  {" -20dB", -20}, {nullptr, 0}};
+  for (const auto &[value, gain] : accepted) {
+    platform = {};
+    EXPECT_EQ(kovasetListenGain(value), 0);
+    EXPECT_EQ(platform.done, Strings{"nvram 0 Speaker_Gain=" + std::to_string(2 * gain)});
+    EXPECT_EQ(get(kovaGetSpeakerGain), std::to_string(gain));
+    EXPECT_EQ(get(kovaGetListenGain), "0");
+    EXPECT_EQ(kovasetSpeakerGain(value), 0);
+    EXPECT_EQ(platform.done.back(), "nvram 0 Listen_Gain=" + std::to_string(2 * gain));
+    EXPECT_EQ(get(kovaGetListenGain), std::to_string(gain));
+  }
+  platform.done.clear();
+  for (const char *refused : {"-30", "-10", "20", "-120", "1", "2147483647", "-2147483648", "4294967276"})
+    for (kova_setter *set : {kovasetListenGain, kovasetSpeakerGain})
+      EXPECT_EQ(set(refused), -1) << refused;
+  EXPECT_TRUE(platform.done.empty());
+  platform.nvram[{0, "Listen_Gain"}] = "-41";
+  EXPECT_EQ(get(kovaGetListenGain), "-20");
+}
+
+TEST_F(Voice, CodecsMustDiffer) {
+  platform.rule = [](int group, const std::string &value, int) {
+    EXPECT_EQ(group, 28);
+    return value.find('!') == std::string::npos ? 0 : -2;
+  };
+  const struct {
+    const char *value;
+    Strings stored; // none: refused
+    int asked;
+  } cases[] = {{"A,B,C", {"A", "B", "C"}, 3},
+               {"A,B", {"A", "B", ""}, 3},
+               {"A,,C", {"A", "", "C"}, 3},
+               {"A,B,C,D", {"A", "B", "C"}, 3},
+               {"A,B,a", {"A", "B", "a"}, 3},
+               {"123456789abc,B,C", {"123456789", "B", "C"}, 3},
+               {"123456789a,123456789b,C", {}, 3}, // alike as far as they count
+               {"A,A,C", {}, 3},
+               {"A,B,A", {}, 3},
+               {"A,B,B", {}, 3},
+               {"A", {}, 3},
+               {",B,C", {}, 0},
+               {"", {}, 0},
+               {nullptr, {}, 0},
+               {"!,!,!", {}, 1},
+               {"A,!,!", {}, 2},
+               {"A,B,!", {}, 3}};
+  const char *keys[] = {"PRIMARYCompressionType", "SECONDARYCompressionType", "THIRDCompressionType"};
+  EXPECT_EQ(get(kovaGetCompressionType), ",,");
+  for (const auto &[value, stored, asked] : cases) {
+    SCOPED_TRACE(value != nullptr ? value : "NULL");
+    platform.done.clear();
+    platform.rules_asked.clear();
+    EXPECT_EQ(kovasetCompressionType(value), stored.empty() ? -1 : 0);
+    EXPECT_EQ(platform.rules_asked.size(), static_cast<std::size_t>(asked));
+    for (std::size_t i = 0; i < platform.rules_asked.size(); ++i)
+      EXPECT_EQ(platform.rules_asked[i].substr(0, 5), "28/" + std::to_string(i) + " ");
+    Strings done;
+    for (std::size_t i = 0; i < stored.size(); ++i)
+      done.push_back(std::string("nvram 0 ") + keys[i] + "=" + stored[i]);
+    EXPECT_EQ(platform.done, done);
+    if (!stored.empty()) {
+      EXPECT_EQ(get(kovaGetCompressionType), stored[0] + "," + stored[1] + "," + stored[2]);
+    }
+  }
+  for (const char *key : keys)
+    platform.nvram[{0, key}] = std::string(255, 'x');
+  EXPECT_EQ(get(kovaGetCompressionType, 1000).size(), 3U * 255 + 2);
+}
+
+TEST_F(Voice, PortsStayInOrder) {
+  const struct {
+    kova_setter *set;
+    const char *value;
+    int result;
+  } cases[] = {{kovasetRTPLocalPortMin, "20000", -1}, {kovasetRTPLocalPortMin, "10000", 0},
+               {kovasetRTPLocalPortMin, "9", 0},      {kovasetRTPLocalPortMin, "10001", -1},
+               {kovasetRTPLocalPortMax, "4999", -1},  {kovasetRTPLocalPortMax, "5000", 0},
+               {kovasetRTPLocalPortMax, "60000", 0}};
+  for (const auto &[set, value, result] : cases) {
+    platform.done.clear();
+    platform.preset(0, "RTPStartPort=5000 RTPEndPort=10000");
+    EXPECT_EQ(set(value), result) << value;
+    EXPECT_EQ(platform.done.empty(), result != 0);
+  }
+}
+
+TEST_F(Voice, StatusOfTheLine) {
+  const struct {
+    const char *content;
+    std::string status;
+  } cases[] = {
+      {nullptr, "None"}, {"", "None"}, {"\n", "None"}, {"Idle", "Idle"}, {"Registered\n", "Registered"}};
+  for (const auto &[content, status] : cases)
+    for (const auto &[path, read] : {std::pair{call_file, &kovaGetVoiceProfileLineState},
+                                     std::pair{registration_file, &kovaGetVoiceProfileLineStatus}}) {
+      platform = {};
+      if (content != nullptr) platform.files[path] = content;
+      EXPECT_EQ(get(read), status) << path;
+    }
+  platform.files[call_file] = std::string(4000, 's');
+  EXPECT_EQ(get(kovaGetVoiceProfileLineState), std::string(63, 's'));
+  EXPECT_EQ(get(kovaGetVoiceProfileLineState, 4), "ssss");
+}
+
+TEST_F(Voice, TheServerInUseIsKnownOnceRegisteredThroughIt) {
+  const struct {
+    const char *address, *mode, *registration, *expected;
+  } cases[] = {{"10.1.1.1", "1", "Registered\n", "10.1.1.1"},
+               {"10.1.1.1", "0", "Registered", "None"},
+               {"10.1.1.1", "1", "Registering", "None"},
+               {"0.0.0.0", "1", "Registered", "None"},
+               {"", "1", "Registered", "None"},
+               {"2001:db8::1", "1", "Registered", "2001:db8::1"},
+               {"10.1.1.1", "1", "", "None"}};
+  for (const auto &[address, mode, registration, expected] : cases) {
+    platform = {};
+    platform.nvram = {{{9, "pcscf_addr_voip"}, address}, {{0, "SIPServerMode"}, mode}};
+    platform.files[registration_file] = registration;
+    EXPECT_EQ(get(kovaGetPCSCFServerStatus), expected) << address << " " << mode << " " << registration;
+  }
+  platform.nvram[{9, "pcscf_addr_voip"}] = "10.1.1.1";
+  platform.files.clear();
+  EXPECT_EQ(get(kovaGetPCSCFServerStatus), "None");
+}
+
+TEST_F(Voice, ApplyWaitsForAnIdleLineAndFifteenSeconds) {
+  const struct {
+    const char *what, *value, *call, *last, *enable;
+    int result;
+  } cases[] = {{"first", "1", nullptr, nullptr, "1", 0},
+               {"idle", "1", "Idle\n", "", "1", 0},
+               {"busy", "1", "Talking", nullptr, "1", -1},
+               {"more than idle", "1", "Idle 2", nullptr, "1", -1},
+               {"empty", "1", "", nullptr, "1", -1},
+               {"busy and off", "1", "Ringing", nullptr, "0", -1},
+               {"15 seconds", "1", "Idle", "985", "1", 0},
+               {"14 seconds", "1", "Idle", "986", "1", -1},
+               {"at once", "1", "Idle", "1000", "1", -1},
+               {"before a restart", "1", "Idle", "5000", "1", -1},
+               {"14 seconds and off", "1", "Idle", "986", "0", -1},
+               {"off", "1", "Idle", "985", "0", 0},
+               {"never switched on", "1", "Idle", nullptr, "", 0},
+               {"no", "0", "Idle", nullptr, "1", -1},
+               {"eleven", "11", "Idle", nullptr, "1", -1},
+               {"empty value", "", "Idle", nullptr, "1", -1},
+               {"no value", nullptr, "Idle", nullptr, "1", -1}};
+  for (const auto &[what, value, call, last, enable, result] : cases) {
+    SCOPED_TRACE(what);
+    platform = {};
+    if (call != nullptr) platform.files[call_file] = call;
+    if (last != nullptr) platform.nvram[{9, "SIPLastRunTime"}] = last;
+    platform.nvram[{0, "SIPEnable"}] = enable;
+    EXPECT_EQ(kovaSetVoIPApply(value), result);
+    Strings done;
+    if (result == 0 && *enable == '1') {
+      done = {"nvram 9 SIPAutoStartReg=1", "nvram 9 SIPLastRunTime=1000"};
+      done.insert(done.end(), pushed.begin(), pushed.end());
+    } else if (result == 0) {
+      done = {"run sc disable 1", event("fw_sip_rule")};
+    }
+    EXPECT_EQ(platform.done, done);
+  }
+}
+
+TEST_F(Voice, NoSettingReachesTheShell) {
+  platform.nvram[{0, "SIPServerMode"}] = "0";
+  for (const std::string &text : fake::shell_syntax) {
+    platform.done.clear();
+    for (const Setting &setting : settings)
+      if (setting.needs != std::string("1") && setting.item != 4 && setting.item != 0 &&
+          std::string(setting.key).rfind("RTP", 0) != 0) {
+        EXPECT_EQ(setting.set(text.c_str()), 0) << setting.key;
+      }
+    EXPECT_EQ(kovaSetVoIPApply(text.c_str()), -1);
+    EXPECT_TRUE(fake::commands().empty());
+    platform.preset(0, "SIPEnable=1");
+    platform.nvram[{9, "SIPLastRunTime"}] = "";
+    EXPECT_EQ(kovaSetVoIPApply("1"), 0);
+    const Strings commands = fake::commands();
+    for (std::size_t i = 0; i < pushed.size(); ++i)
+      EXPECT_EQ("run " + commands.at(i), pushed[i]);
+  }
+}
+
+// ---- Speed dialling
+
+TEST_F(Voice, SpeedDialRows) {
+  platform.rule = [](int group, const std::string &value, int item) {
+    EXPECT_EQ(group, 29);
+    if (item == 0)
+      return value.empty() ? -1 : std::atoi(value.c_str()) < 1 || std::atoi(value.c_str()) > 16 ? -2 : 0;
+    if (item == 1) return value.find('!') == std::string::npos ? 2 : -2;
+    return value.size() > 32 ? -1 : value.find('!') == std::string::npos ? 0 : -2;
+  };
+  const std::string n32(32, 'n');
+  const struct {
+    std::string row;
+    int result;
+    Strings asked;
+  } cases[] = {{"3,555,note", 0, {"29/0 3", "29/1 555", "29/2 note"}},
+               {"3,555,", 0, {"29/0 3", "29/1 555", "29/2 "}},
+               {"3,555," + n32, 0, {"29/0 3", "29/1 555", "29/2 " + n32}},
+               {"3,555," + n32 + "n", -1, {"29/0 3", "29/1 555", "29/2 " + n32 + "n"}},
+               {"3,555,!", -1, {"29/0 3", "29/1 555", "29/2 !"}},
+               {"3,555", -1, {"29/0 3", "29/1 555"}},
+               {"3,!,note", -1, {"29/0 3", "29/1 !"}},
+               {"3,,note", -1, {"29/0 3"}},
+               {"3", -1, {"29/0 3"}},
+               {"0,555,", -1, {"29/0 0"}},
+               {"17,555,", -1, {"29/0 17"}},
+               {",555,", -1, {"29/0 "}},
+               {" ,,", -1, {"29/0  "}},
+               {"", -1, {"29/0 "}}};
+  for (const auto &[row, result, asked] : cases) {
+    platform.rules_asked.clear();
+    EXPECT_EQ(checkQuickdialAllParam(row.c_str()), result) << row;
+    EXPECT_EQ(platform.rules_asked, asked) << row;
+  }
+  EXPECT_EQ(checkQuickdialAllParam(("3,555," + std::string(4000, 'n')).c_str()), -1);
+  EXPECT_EQ(checkQuickdialAllParam(nullptr), -1);
+}
+
+TEST_F(Voice, NoNumberIsDialledTwice) {
+  std::string &list = platform.nvram[{0, "SPEEDDialLists"}];
+  for (int row = 0; row < 2; ++row)
+    EXPECT_EQ(kovaaddQuickdialRule(), 0);
+  EXPECT_EQ(list, " ,,; ,,");
+  const struct {
+    int index;
+    const char *value;
+    int result;
+  } steps[] = {{1, "3,555,note", 0}, {2, "3,556,", -1}, {2, "4,555,", -1},    {2, "4,556,", 0},
+               {1, "3,555,new", 0},  {1, "3,556,", -1}, {1, "4,555,", -1},    {2, "5,556,", 0},
+               {0, "5,9,", -1},      {0, "9,9,", 0},    {2, "03,0555,3", 0},  {3, "9,9,", -1},
+               {1, "30,55,", 0},     {2, "3,555,", 0},  {INT_MIN, "3,1,", -1}};
+  for (const auto &[index, value, result] : steps)
+    EXPECT_EQ(kovaSetQuickdialRule(index, value), result) << index << " " << value;
+  EXPECT_EQ(list, "30,55,;3,555,");
+  list = std::string(300, 'x') + ";8,1,"; // numbers beyond what an operation works on count too
+  EXPECT_EQ(checkSpeedDialParamRepeated("8,2,", 0), -1);
+  EXPECT_EQ(checkSpeedDialParamRepeated("7,1,", 0), -1);
+  EXPECT_EQ(checkSpeedDialParamRepeated("8,1,", 1), 0);
+  EXPECT_EQ(checkSpeedDialParamRepeated(nullptr, 0), 0);
+}
+
+} // namespace
