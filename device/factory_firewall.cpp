@@ -102,7 +102,7 @@ constexpr Setting access[] = {
     {"SAS_CPI_HEIGHT",           "6"},
     {"SAS_CPI_HEIGHTUNIT",       "0"},          // 1: feet
     {"SAS_CPI_HEIGHTTYPE",       "AGL"},
-    {"SAS_CPI_INDOORDEPLOYMENT", "0"},
+    {"SAS_CPI_INDOORDEPLYMENT", "0"},
 };
 // clang-format on
 

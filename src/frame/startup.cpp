@@ -34,7 +34,7 @@ int init_parameters(void) {
   // Earlier firmware shipped an inform interval of 3000 seconds; ACS fleets expect 300.
   char interval[15] = {};
   nvram_bufget_string(static_cast<int>(Section::config), "TR_INFORM_INTERVAL", interval, sizeof interval);
-  if (std::atoi(interval) == 3000) { // NOLINT(cert-err34-c): a text that is no number is not 3000
+  if (kova::leading_number(interval) == 3000) { // a text that is no number is not 3000
     kova::store(Section::config, "TR_INFORM_INTERVAL", "300");
     kova::store(Section::config, "S_TR_INFORM_INTERVAL", "300");
   }

@@ -3,11 +3,17 @@
 
 #include "frame/frame.h"
 
-#include <array>
+#include <climits>
+#include <cstdlib>
 #include <cstring>
 #include <iterator>
 
 namespace kova {
+
+int leading_number(const char *text) {
+  const long number = std::strtol(text, nullptr, 10);
+  return static_cast<int>(number < INT_MIN ? INT_MIN : number > INT_MAX ? INT_MAX : number);
+}
 
 int answer(const char *text, char *buf, unsigned int buflen) {
   if (buf == nullptr) return -1;

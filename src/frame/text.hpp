@@ -45,6 +45,9 @@ inline bool is_zero_or_one(const char *text) {
   return equal(text, "0") || equal(text, "1");
 }
 
+// The number that a text begins with, 0 without one; beyond the range of an int its nearest end, on every word size.
+int leading_number(const char *text);
+
 // Copies a value into the caller's buffer, padded with NULs. A value of buflen characters or more leaves the
 // buffer without a terminator: agents pass their full buffer size and terminate it themselves. 0, or -1
 // without a buffer.

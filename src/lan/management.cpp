@@ -75,7 +75,7 @@ struct Quad {
     return std::sscanf(address, "%255[^.].%255[^.].%255[^.].%255[^.]%c", part[0], part[1], part[2], part[3],
                        &beyond) == 4;
   }
-  int last() const { return std::atoi(part[3]); } // NOLINT(cert-err34-c): part of a judged address
+  int last() const { return leading_number(part[3]); } // part of a judged address
 };
 
 // Moves a pool bound into the network of the new address; it keeps its last number.
@@ -117,7 +117,7 @@ int kovaGetTR069LANMacAddress(char *buf, unsigned int buflen) {
 
 int kovasetDHCPServerEnableValue(const char *value) {
   value = text_or_empty(value);
-  if (!passes(dhcp_mode_rule, value) || std::atoi(value) == dhcp_relay) return -1; // NOLINT(cert-err34-c)
+  if (!passes(dhcp_mode_rule, value) || leading_number(value) == dhcp_relay) return -1;
   store(Section::config, "dhcpEnabled", value);
   return 0;
 }

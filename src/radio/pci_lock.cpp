@@ -18,8 +18,8 @@ constexpr const char *range_leaf = "/tarn/cell_selection/dedicated_pci_range";
 using List = GrowingText<6144>;
 
 int number(const char *text) {
-  return std::atoi(text_or_empty(text));
-} // NOLINT(cert-err34-c): no number is 0
+  return leading_number(text_or_empty(text));
+} // no number is 0
 
 struct Cell {
   int earfcn = 0, pci = 0;

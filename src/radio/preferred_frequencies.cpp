@@ -16,8 +16,8 @@ constexpr DuplexLeaves list_leaves = {"/tarn/cell_selection/fdd_dedicated_earfcn
 using List = GrowingText<Text::size>;
 
 int number(const char *text) {
-  return std::atoi(text);
-} // NOLINT(cert-err34-c): no number is 0
+  return leading_number(text);
+} // no number is 0
 
 // A band with its EARFCNs, none of them twice.
 struct PreferredBand {

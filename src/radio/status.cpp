@@ -26,7 +26,7 @@ int answer_number(long number, char *buf, unsigned int buflen) {
 
 bool is_connected() {
   constexpr int connected = 3;
-  return std::atoi(load(Section::runtime, "lte_data_state")) == connected; // NOLINT(cert-err34-c)
+  return leading_number(load(Section::runtime, "lte_data_state")) == connected;
 }
 
 // ---- The cell record: comma-separated, an empty field moves the later ones up
@@ -177,7 +177,7 @@ int getInternetDLEARFCN_vals(char *out, unsigned int outlen) {
   if (out == nullptr || band_text.empty() || equal(frequency_text, "") || equal(frequency_text, none) ||
       equal(frequency_text, "N/A"))
     return -1;
-  const long band = std::atol(band_text); // NOLINT(cert-err34-c)
+  const long band = std::atol(band_text);
   const double frequency = std::strtod(frequency_text, nullptr);
   for (const LteBand *row = g_band_list; row->band != 0; ++row) {
     if (static_cast<long>(row->band) != band) continue;
@@ -251,7 +251,7 @@ int kovaGetTR069ULFrequencyValue(char *buf, unsigned int buflen) {
 
 int kovaGetTR069BandwidthValue(char *buf, unsigned int buflen) {
   const OwnedText kilohertz(getInternetStatusBandwidth_vals());
-  return answer_number(std::atol(kilohertz) / 1000, buf, buflen); // NOLINT(cert-err34-c): "NONE" counts as 0
+  return answer_number(std::atol(kilohertz) / 1000, buf, buflen); // "NONE" counts as 0
 }
 
 int kovaGetTR069BandValue(char *buf, unsigned int buflen) {

@@ -18,7 +18,7 @@ bool anything(const char *) {
 
 template <int least, int most>
 bool degrees(const char *value) {
-  const int number = std::atoi(value); // NOLINT(cert-err34-c): a text that is no number is 0
+  const int number = leading_number(value); // a text that is no number is 0
   return number >= least && number <= most;
 }
 
@@ -137,7 +137,7 @@ CONVERTED(sasGetTr069CPIlatitude,               sasSetTr069CPIlatitude,         
 CONVERTED(sasGetTr069CPIlongitude,              sasSetTr069CPIlongitude,                "SAS_CPI_LONGITUDE",       generic,   millionths_from_degrees, degrees_from_millionths)
 CONVERTED(sasGetTr069CPIheight,                 sasSetTr069CPIheight,                   "SAS_CPI_HEIGHT",          generic,   shown_height,            stored_height)
 SETTING(sasGetTr069CPIheightType,               sasSetTr069CPIheightType,               "SAS_CPI_HEIGHTTYPE",      generic,   anything)
-SETTING(sasGetTr069CPIindoorDeployment,         sasSetTr069CPIindoorDeployment,         "SAS_CPI_INDOORDEPLOYMENT", generic,  anything)
+SETTING(sasGetTr069CPIindoorDeployment,         sasSetTr069CPIindoorDeployment,         "SAS_CPI_INDOORDEPLYMENT", generic,  anything)
 SETTING(sasGetTr069CPIgroupType,                sasSetTr069CPIgroupType,                "SAS_CPI_GROUPTYPE",       generic,   anything)
 SETTING(sasGetTr069CPIgroupId,                  sasSetTr069CPIgroupId,                  "SAS_CPI_GROUPID",         generic,   anything)
 SETTING(sasGetTr069CPIcpiId,                    sasSetTr069CPIcpiId,                    "SAS_CPI_CPIID",           generic,   anything)

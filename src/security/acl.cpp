@@ -52,8 +52,7 @@ bool judge_address(const AclRow &row, const char *address, int item, bool requir
   const int code = tarn_check_param(rules, address, item);
   if (required && code == empty) return refuse("Please input start IP address.");
   if (code == -2 || code == -3) return refuse("Invalid IP address.");
-  const bool wan =
-      std::atoi(row.interface) == std::atoi(wan_side); // NOLINT(cert-err34-c): judged by its range
+  const bool wan = leading_number(row.interface) == leading_number(wan_side); // judged by its range
   if (wan && code == in_gateway_network)
     return refuse("IP address can't be the same with gateway address network segment.");
   if (!wan && code != in_gateway_network)
@@ -172,7 +171,7 @@ int _aclConfigIpv6(const char *marker, const char *interface, const char *servic
   constexpr int done = 1, refused = 0, most_rows_before = 15;
   marker = text_or_empty(marker);
   if (*marker == '\0' && firewall_getRuleNums(load_text(list_key)) > most_rows_before) return refused;
-  const int service = std::atoi(text_or_empty(serviceType)); // NOLINT(cert-err34-c)
+  const int service = leading_number(text_or_empty(serviceType));
   if (service != 4 && service != 7 && service != 8) {
     dbg_trace("[TR069][Error_%s]:wrong proto_num.\n", __func__);
     return refused;

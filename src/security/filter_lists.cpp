@@ -104,7 +104,7 @@ int checkMacReplyParam(const char *value, const char *mode, const char *indexTex
   const OwnedText text = load_text(mac_list(text_or_empty(mode)));
   if (std::strlen(text) >= full_length) return full;
   const bool spares = !is_empty(indexText);
-  const int spared = spares ? std::atoi(indexText) : 0; // NOLINT(cert-err34-c)
+  const int spared = spares ? leading_number(indexText) : 0;
   value = text_or_empty(value);
   const bool repeated = any_row(
       text, [&](const Row &row, int position) { return row.is(value) && !(spares && position == spared); });
@@ -139,7 +139,7 @@ int checkURLParamCount(const char *modeText) {
 
 int checkURLReplyParam(const char *value, const char *indexText, const char *modeText) {
   const OwnedText text = load_text(url_list(text_or_empty(modeText)));
-  const int spared = std::atoi(text_or_empty(indexText)); // NOLINT(cert-err34-c)
+  const int spared = leading_number(text_or_empty(indexText));
   value = text_or_empty(value);
   const auto repeats = [&](const Row &row, int position) {
     return position != spared && row.is_ignoring_case(value);

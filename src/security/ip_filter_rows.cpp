@@ -63,8 +63,8 @@ bool is_whole_number(const char *text) {
   return *text != '\0' && text[std::strspn(text, "0123456789")] == '\0';
 }
 int number(const char *text) {
-  return std::atoi(text);
-} // NOLINT(cert-err34-c): no number counts as 0
+  return leading_number(text);
+} // no number counts as 0
 
 // ---- IPv4 addresses
 

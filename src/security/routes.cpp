@@ -113,7 +113,7 @@ int checkX_RouteAllParam(const char *row) {
       route_type(row, type);
   if (route_type.blank()) return type_blank;
   if (!route_type.valid(type_item)) return type_wrong;
-  const bool through_gateway = std::atoi(route_type.text) == 0; // NOLINT(cert-err34-c): judged by its rule
+  const bool through_gateway = leading_number(route_type.text) == 0; // judged by its rule
   if (through_gateway) {
     if (gateway_ip.blank()) return gateway_blank;
     if (!gateway_ip.valid(gateway_item)) return gateway_wrong;

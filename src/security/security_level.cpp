@@ -52,7 +52,7 @@ int set_switch(Switch which, const char *value) {
   Choice choice;
   value = text_or_empty(value);
   if (websInputValueRule(value, 0, 1) == 0) return -1;
-  if (which == acl && (std::atoi(value) < 0 || std::atoi(value) > 1)) return -1; // NOLINT(cert-err34-c)
+  if (which == acl && (leading_number(value) < 0 || leading_number(value) > 1)) return -1;
   store(Section::config, switch_keys[which], value);
   store(Section::config, custom_key, "1");
   const char *fields[switch_count];
@@ -80,7 +80,7 @@ int kovaGetSystemSecuritySettingsSecurityLevel(char *buf, unsigned int buflen) {
 
 int kovasetSystemSecuritySettingsSecurityLevel(const char *value) {
   value = text_or_empty(value);
-  const int number = std::atoi(value); // NOLINT(cert-err34-c): a text that is no number is 0
+  const int number = leading_number(value); // a text that is no number is 0
   if (number < 0 || number > 3) return -1;
   // The text decides, not its number: "01" changes nothing, and is no error.
   for (int i = 0; i < 3; ++i)

@@ -51,7 +51,7 @@ bool judge_lan(const Group &group, FaultNames &faults) {
              *end = pvcl_slot_value(&gPVCL.dhcpPoolEnd);
 
   // Relay cannot be set by a request. With the server off the addresses are not looked at.
-  const int mode = std::atoi(dhcp); // NOLINT(cert-err34-c): a text that is no number is not 1 or 2
+  const int mode = leading_number(dhcp); // a text that is no number is not 1 or 2
   const bool passes = mode == lan::dhcp_server
                           ? IPRangeCheck(address, mask, start, end) != 0 &&
                                 webscheckIpStartEnd(start, end) != 0 && !lan::same_address(address, start) &&

@@ -42,8 +42,8 @@ int set(const char *key, const char *value, Rule rule, Needs needs = Needs::noth
 }
 
 int load_number(const char *key) {
-  return std::atoi(load(Section::config, key));
-} // NOLINT(cert-err34-c)
+  return leading_number(load(Section::config, key));
+}
 
 // ---- Gains: stored doubled
 
@@ -54,7 +54,7 @@ int get_gain(const char *key, char *buf, unsigned int buflen) {
 }
 
 int set_gain(const char *key, const char *value) {
-  const int gain = std::atoi(text_or_empty(value)); // NOLINT(cert-err34-c): a text without a number is 0
+  const int gain = leading_number(text_or_empty(value)); // a text without a number is 0
   if (gain > 0 || gain < -100 || gain % 20 != 0) return -1;
   char stored[16];
   std::snprintf(stored, sizeof stored, "%d", gain * 2);
@@ -89,7 +89,7 @@ struct Codecs {
 int set_port_bound(const char *key, const char *value, int item, const char *other_key, bool is_start) {
   value = text_or_empty(value);
   if (!passes({line_rules, item}, value)) return -1;
-  const int bound = std::atoi(value), other = load_number(other_key); // NOLINT(cert-err34-c)
+  const int bound = leading_number(value), other = load_number(other_key);
   if (is_start ? bound > other : bound < other) {
     dbg_trace("Error, RTP Start Port should not be larger than RTP End Port.");
     return -1;

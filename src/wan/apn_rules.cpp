@@ -22,7 +22,7 @@ bool read_number(int profile, const char *leaf, int32_t &number) {
   kova::Text path, text;
   std::snprintf(path.chars, kova::Text::size, "tarn/cm_config/apnprofile/apn%d/%s", profile, leaf);
   if (!kova::read_tree_leaf(path, text)) return false;
-  number = std::atoi(text); // NOLINT(cert-err34-c): a text that is no number counts as 0
+  number = kova::leading_number(text); // a text that is no number counts as 0
   return true;
 }
 
@@ -54,7 +54,7 @@ bool judge_vlan_list(const char *list, SeenNumbers &seen) {
   std::snprintf(items, sizeof items, "%.143s", list);
   char *rest = nullptr;
   for (char *item = strtok_r(items, " ", &rest); item != nullptr; item = strtok_r(nullptr, " ", &rest)) {
-    const int id = std::atoi(item); // NOLINT(cert-err34-c): an item that is no number counts as 0
+    const int id = kova::leading_number(item); // an item that is no number counts as 0
     if (id != 0 && (id <= 9 || id > 4094)) return false;
     if (!seen.add(id)) return false;
   }

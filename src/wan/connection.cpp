@@ -38,7 +38,7 @@ struct InterfaceName {
 
 bool is_connected() {
   constexpr int connected = 3;
-  return std::atoi(load(Section::runtime, "lte_data_state")) == connected; // NOLINT(cert-err34-c)
+  return leading_number(load(Section::runtime, "lte_data_state")) == connected;
 }
 
 // The gateway of an interface's default route in the kernel's table; "" without one.

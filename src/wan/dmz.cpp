@@ -19,7 +19,7 @@ namespace {
 constexpr const char *enable_key = "DMZEnable", *host_key = "DMZAddress", *acl_key = "AclEnable";
 
 bool is_router_mode() {
-  if (std::atoi(load(Section::config, "oper_mode")) != wan::router_mode) return false; // NOLINT(cert-err34-c)
+  if (leading_number(load(Section::config, "oper_mode")) != wan::router_mode) return false;
   dbg_trace("[TR069][Error]Operation mode is Router mode can not set DMZ\n");
   return true;
 }
@@ -54,7 +54,7 @@ int answer_stored(const char *key, const char *text, char *buf, unsigned int buf
 
 // The ACL modes that keep remote management out.
 bool acl_avoids_remote_management() {
-  const int mode = std::atoi(load(Section::config, acl_key)); // NOLINT(cert-err34-c)
+  const int mode = leading_number(load(Section::config, acl_key));
   return mode == 1 || mode == 3 || mode == 4;
 }
 

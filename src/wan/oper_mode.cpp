@@ -76,7 +76,7 @@ bool load_valid(Setting setting, int &number) {
     dbg_trace("%s %s\n", setting.key, wrong ? "wrong" : "blank");
     return false;
   }
-  number = std::atoi(value); // NOLINT(cert-err34-c): the rule has judged
+  number = leading_number(value); // the rule has judged
   return true;
 }
 
