@@ -65,7 +65,7 @@ TEST_F(IpFilter, Ipv4Rows) {
        lan + "1," + c33, lan + "1," + std::string(63, 'c'), lan + "1," + std::string(64, 'c'),
        lan + "1," + std::string(4000, 'c')});
   for (const char character : std::string("\"%&'+:;<>?\\^"))
-    expect_all(checkIPFilterAllParam, -1, {lan + "1," + c20 + character + "x"});
+    expect_all(checkIPFilterAllParam, -1, {(lan + "1,x").append(1, character).append("x")});
   EXPECT_EQ(checkIPFilterAllParam(nullptr), -1);
 }
 
@@ -151,7 +151,7 @@ TEST_F(IpFilter, RowsAreSplitIntoTheirRecord) {
   for (auto *split : {IPFiltersplitAllParam, IPV6FiltersplitAllParam}) {
     IPFilterRow fields;
     std::memset(&fields, '#', sizeof fields);
-    EXPECT_EQ(split(("a,b,c,d,e,f,g,h," + c19 + "," + c33).c_str(), &fields), 0);
+    EXPECT_EQ(split(("a,b,c,d,e,f,g,h," + c19).append(",").append(c33).c_str(), &fields), 0);
     const char *texts[] = {fields.srcIPBegin, fields.srcIPEnd, fields.srcPortBegin, fields.srcPortEnd,
                            fields.dstIPBegin, fields.dstIPEnd, fields.dstPortBegin, fields.dstPortEnd};
     for (int i = 0; i < 8; ++i)

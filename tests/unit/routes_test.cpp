@@ -113,7 +113,7 @@ TEST_F(Routes, NothingOfARowReachesTheShell) {
   list() = "row";
   for (const std::string &text : fake::shell_syntax) {
     platform.done.clear();
-    const std::string row = "," + text + "," + text + ",1" + text;
+    const std::string row = std::string(",").append(text).append(",").append(text).append(",1").append(text);
     EXPECT_EQ(kovaSetXRouteRulesRule(1, row.c_str()), 0);
     EXPECT_EQ(kovaDelXRouteRulesRule(1), 0);
     const std::string stop = event("ce_route stop").substr(4), start = event("ce_route start").substr(4);

@@ -176,7 +176,8 @@ TEST_F(Security, LevelsStoreTheirSwitchesAndReadBack) {
                {"none", "", 0, {}, "0"},
                {"4", "", -1, {}, "0"},
                {"-1", "", -1, {}, "0"},
-               {"2147483648", "", -1, {}, "0"}};
+               {"2147483648", "", -1, {}, "0"},
+               {"4294967299", "", -1, {}, "0"}};
   for (const auto &[value, choice, result, done, level] : cases) {
     SCOPED_TRACE(std::string(value != nullptr ? value : "NULL") + " of " + choice);
     platform = {};
@@ -277,6 +278,8 @@ TEST_F(Security, FieldsAndRowsOfATextAreCounted) {
     EXPECT_EQ(getNthField(index, text, ',', field, outlen), result) << index;
     EXPECT_STREQ(field, expected) << index;
   }
+  char field[8] = "#"; // a text ends at its end, whatever the separator
+  EXPECT_EQ(getNthField(1, "abc\0def", '\0', field, sizeof field), -1);
   const std::pair<const char *, int> counts[] = {{nullptr, 0}, {"", 0}, {" ", 1}, {";", 2}, {"a;b;", 3}};
   for (const auto &[text, count] : counts)
     EXPECT_EQ(firewall_getRuleNums(text), count);

@@ -50,9 +50,9 @@ const Setting settings[] = {{SETTING(VoipBasicEnable), "SIPEnable", 26, 0, ""},
 
 TEST_F(Voice, SettingsAreJudgedAndStoredWhereTheLineAllows) {
   for (const Setting &setting : settings)
-    for (const std::string enable : {"", "1", "2", "0"})
-      for (const std::string mode : {"", "0", "1", "2"}) {
-        SCOPED_TRACE(std::string(setting.key) + " with SIP " + enable + ", mode " + mode);
+    for (const std::string enable : {"", "1", "0"})
+      for (const std::string mode : {"", "0", "1"}) {
+        SCOPED_TRACE(testing::Message() << setting.key << " with SIP " << enable << ", mode " << mode);
         const std::string needs = setting.needs,
                           rule = std::to_string(setting.group) + "/" + std::to_string(setting.item);
         const bool open = needs.empty() || (enable != "0" && (needs == "sip" || needs == mode));
@@ -153,10 +153,10 @@ TEST_F(Voice, PortsStayInOrder) {
     kova_setter *set;
     const char *value;
     int result;
-  } cases[] = {{kovasetRTPLocalPortMin, "20000", -1}, {kovasetRTPLocalPortMin, "10000", 0},
-               {kovasetRTPLocalPortMin, "9", 0},      {kovasetRTPLocalPortMin, "10001", -1},
-               {kovasetRTPLocalPortMax, "4999", -1},  {kovasetRTPLocalPortMax, "5000", 0},
-               {kovasetRTPLocalPortMax, "60000", 0}};
+  } cases[] = {{kovasetRTPLocalPortMin, "20000", -1},      {kovasetRTPLocalPortMin, "10000", 0},
+               {kovasetRTPLocalPortMin, "9", 0},           {kovasetRTPLocalPortMin, "10001", -1},
+               {kovasetRTPLocalPortMin, "4294967297", -1}, {kovasetRTPLocalPortMax, "4999", -1},
+               {kovasetRTPLocalPortMax, "5000", 0},        {kovasetRTPLocalPortMax, "60000", 0}};
   for (const auto &[set, value, result] : cases) {
     platform.done.clear();
     platform.preset(0, "RTPStartPort=5000 RTPEndPort=10000");
@@ -213,6 +213,7 @@ TEST_F(Voice, ApplyWaitsForAnIdleLineAndFifteenSeconds) {
                {"busy", "1", "Talking", nullptr, "1", -1},
                {"more than idle", "1", "Idle 2", nullptr, "1", -1},
                {"empty", "1", "", nullptr, "1", -1},
+               {"not idle at once", "1", "\nIdle", nullptr, "1", -1},
                {"busy and off", "1", "Ringing", nullptr, "0", -1},
                {"15 seconds", "1", "Idle", "985", "1", 0},
                {"14 seconds", "1", "Idle", "986", "1", -1},
