@@ -1,4 +1,5 @@
-/* accounts: web and SNMP credentials, web access, the ping watchdog, and checks of the diagnostics objects. */
+/* accounts: web and SNMP credentials, web access, the ping watchdog, and checks of the diagnostics
+ * objects. */
 #ifndef KOVA_ACCOUNTS_ACCOUNTS_H
 #define KOVA_ACCOUNTS_ACCOUNTS_H
 
@@ -14,10 +15,12 @@ kova_setter kovaSetAdminPassword; /* refuses markup; the password policy is not 
 kova_getter kovaGetUserPassword;  /* always one blank */
 kova_setter kovaSetUserPassword;  /* by the password policy; the first 63 characters count */
 
-/* The password policy: printable ASCII with a digit, an upper-case and a lower-case letter and a symbol (or an inner
- * blank), no white space at an end, and none of "%&'+,:;<>?\ or a double quote. 0, or -1 with a console line. */
+/* The password policy: printable ASCII with a digit, an upper-case and a lower-case letter and a symbol
+ * (or an inner blank), no white space at an end, and none of "%&'+,:;<>?\ or a double quote. 0, or -1 with
+ * a console line. */
 int mod_check_password(const char *password);
-/* What the policy looks for: 1 the text has it, 0 it has not, -1 for NULL. Each tells the console what it found. */
+/* What the policy looks for: 1 the text has it, 0 it has not, -1 for NULL. Each tells the console what it
+ * found. */
 int passwdCheckASCII(const char *text); /* 1: every character is allowed */
 int passwdCheckDigit(const char *text);
 int passwdCheckUppercase(const char *text);

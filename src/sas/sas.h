@@ -1,6 +1,7 @@
 /* sas: registration with a spectrum access system (CBRS), and the grants that a domain proxy passes on.
  *
- * Every accepted setting is written to the system log. Setters refuse markup, and what the rule checker refuses. */
+ * Every accepted setting is written to the system log. Setters refuse markup, and what the rule checker
+ * refuses. */
 #ifndef KOVA_SAS_SAS_H
 #define KOVA_SAS_SAS_H
 

@@ -123,8 +123,8 @@ bool normalise_end(const Ipv6Text &start, const char *end, Ipv6Text &normal) {
 bool append_ipv6_rule(const char *marker, const char *interface, int service, const Ipv6Text &start,
                       const Ipv6Text &end) {
   const OwnedText list = load_text(list_key);
-  char row[160];
-  std::snprintf(row, sizeof row, "%d,%s,%s,%.15s", service, start.chars, end.chars, interface);
+  char row[256];
+  std::snprintf(row, sizeof row, "%d,%s,%s,%.63s", service, start.chars, end.chars, interface);
   AclRule rule;
   if (*list != '\0' && !rule.fill(marker, service, start, end, row)) return false;
   const std::size_t room = std::strlen(list) + sizeof row + 1;

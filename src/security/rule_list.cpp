@@ -27,6 +27,7 @@ public:
   }
   // 0, or negative when the store did not take it.
   int store(const List &list) const {
+    if (text_.writable() == nullptr) return -1; // without memory the list stays as it was
     const int stored = nvram_bufset(config, list.key, text_);
     if (stored < 0 || list.mirror == nullptr) return stored;
     return nvram_bufset(config, list.mirror, text_);
@@ -189,7 +190,7 @@ int getNthField(int index, const char *text, char separator, char *out, int outl
   const char *field = kova::text_or_empty(text);
   for (; index > 0; --index) {
     field = std::strchr(field, separator);
-    if (field == nullptr) return -1;
+    if (field == nullptr || *field == '\0') return -1; // a NUL separates nothing
     ++field;
   }
   const char separators[] = {separator, '\0'};

@@ -46,7 +46,7 @@ int remove(const List &list, int index);
 // The row, or "" when there is none.
 int get(const List &list, int index, char *buf, unsigned int len);
 
-// Row number position (from 0) of a text, as a place in it; false when there is none.
+// A row, as a place in its list text.
 struct Row {
   const char *begin;
   std::size_t length;

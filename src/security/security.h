@@ -1,7 +1,9 @@
 /* security: packet filters and their rule lists, the security level, access control, static routes.
  *
- * Settings only change what is stored: the firewall takes them over when the family's apply parameter is set to
- * "1". Rule lists are tables whose rows are addressed by their number, from 1. */
+ * Filter settings only change what is stored: the firewall takes them over when the family's apply
+ * parameter is set to "1". Rule lists are tables whose rows are addressed by their number, from 1. Editing
+ * works on the first 255 characters of a list, and cuts rows that it keeps to 63 characters when another
+ * one is deleted. */
 #ifndef KOVA_SECURITY_SECURITY_H
 #define KOVA_SECURITY_SECURITY_H
 
@@ -14,12 +16,12 @@ KOVA_BEGIN_EXPORTS
 typedef int kova_row_add(void);                                      /* appends a placeholder row: 0, or -1 */
 typedef int kova_row_delete(int index);                              /* 0, or -1 */
 typedef int kova_row_setter(int index, const char *value);           /* 0, or the reason of the refusal */
-typedef int kova_row_getter(int index, char *buf, unsigned int len); /* a missing row reads as "" */
+typedef int kova_row_getter(int index, char *buf, unsigned int len); /* a missing row reads as "", 0 */
 
 /* ---- Filter switches ----------------------------------------------------------------------------------- */
 
-/* Enable "0" or "1"; mode "1" lets only listed entries pass (white), "0" all but the listed (black). Mode and log
- * are refused while the family is off. */
+/* Enable "0" or "1"; mode "1" lets only listed entries pass (white), "0" all but the listed (black). Mode
+ * and log are refused while the family is off. */
 kova_getter kovaGetMacFilteringBasicSettingEnableValue, kovaGetMacFilteringBasicSettingModeValue,
     kovaGetMacFilteringBasicSettingLogEnableValue;
 kova_setter kovasetMacFilteringBasicSettingEnableValue, kovasetMacFilteringBasicSettingLogEnableValue;
@@ -57,9 +59,9 @@ kova_setter kovasetWebLoginEnable;
 
 /* ---- Filter lists -------------------------------------------------------------------------------------- */
 
-/* A black list can be edited while the mode is not white, a white one while it is not black; rows are added and set
- * only while the family is on. MAC rows are addresses (at most 16), URL rows texts (at most 15 before a set), IP
- * rows ten comma-separated fields. */
+/* A black list can be edited while the mode is not white, a white one while it is not black; rows are
+ * added and set only while the family is on. MAC rows are addresses (at most 16), URL rows texts (with 16
+ * none can be set), IP rows ten comma-separated fields. */
 kova_row_add kovaaddMACBlackFilterSetting, kovaaddMACWhiteFilterSetting, kovaaddURLBlackFilterSetting,
     kovaaddURLWhiteFilterSetting, kovaaddIPBlackFilterSetting, kovaaddIPWhiteFilterSetting,
     kovaaddIPV6BlackFilterSetting, kovaaddIPV6WhiteFilterSetting;
@@ -75,7 +77,8 @@ kova_row_delete kovadelMACBlackFilterSetting, kovadelMACWhiteFilterSetting, kova
 
 /* Row checks: 0, or negative. */
 int checkMACFilterAllParam(const char *value);
-/* 0 not in the list, 1 it is, 2 the list is full. An index text names the position (from 0) that does not count. */
+/* 0 not in the list, 1 it is, 2 the list is full. An index text names the position (from 0) that does not
+ * count. */
 int checkMacReplyParam(const char *value, const char *mode, const char *indexText);
 int checkInvalidMacParam(const char *value);
 int checkUrlFilterParam(const char *value, int countCheck, const char *indexText, const char *modeText);
@@ -93,7 +96,8 @@ typedef struct {
 int IPFiltersplitAllParam(const char *row, IPFilterRow *out);
 int IPV6FiltersplitAllParam(const char *row, IPFilterRow *out);
 
-/* Field number index (from 0) of a separated text, cut to outlen - 1 characters; 0, or -1 when there is none. */
+/* Field number index (from 0) of a separated text, cut to outlen - 1 characters; 0, or -1 when there is
+ * none. */
 int getNthField(int index, const char *text, char separator, char *out, int outlen);
 int firewall_getRuleNums(const char *text); /* rows of a list text; 0 for the empty one */
 
@@ -104,16 +108,18 @@ kova_row_add kovaaddACLSettings;
 kova_row_setter kovaSetACLSettingsRules;
 kova_row_getter kovaGetACLSettingsRules;
 kova_row_delete kovadelACLSettings;
-int checkACLSettingsRulesAllParam(const char *row, int position); /* 0, or -1 */
-/* Appends a normalised IPv6 row to the list: 1 done, 0 refused. An empty marker bounds the list at 16 rows. */
+int checkACLSettingsRulesAllParam(const char *row,
+                                  int position); /* 0, or -1; appends an IPv6 row it accepts */
+/* Appends a normalised IPv6 row to the list: 1 done, 0 refused. An empty marker bounds the list at 16
+ * rows. */
 int _aclConfigIpv6(const char *marker, const char *interface, const char *serviceType, const char *startIP,
                    const char *endIP);
 uint32_t murmur_hash_3(const void *data, int length, uint32_t seed); /* blocks are read as big-endian words */
 
 /* ---- Static routes ------------------------------------------------------------------------------------- */
 
-/* Rows "gateway,network,mask,type". The setter answers the code of the reason (1 to 8, 10), or -1 for an index out
- * of range; the row getter -1 too. Set and delete restart the routing service. */
+/* Rows "gateway,network,mask,type". The setter answers the code of the reason (1 to 8, 10), or -1 for an
+ * index out of range; the row getter -1 too. Set and delete restart the routing service. */
 kova_getter kovaGetXRouteRulesNumberOfEntries;
 kova_row_add kovaAddXRouteRulesRule;
 kova_row_setter kovaSetXRouteRulesRule;

@@ -19,9 +19,11 @@ constexpr const char *call_file = "/tmp/voip-call-status.txt",
 bool read_status(const char *path, char (&status)[64]) {
   FILE *file = std::fopen(path, "r");
   if (file == nullptr) return false;
-  status[std::fread(status, 1, sizeof status - 1, file)] = '\0';
+  std::size_t length = std::fread(status, 1, sizeof status - 1, file);
   std::fclose(file);
-  trim_string_newline(status);
+  while (length > 0 && status[length - 1] == '\n')
+    --length;
+  status[length] = '\0';
   return true;
 }
 

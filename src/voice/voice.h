@@ -12,7 +12,7 @@ KOVA_BEGIN_EXPORTS
 
 kova_getter kovaGetVoipBasicEnable;
 kova_setter kovaSetVoipBasicEnable;
-/* The following setters are refused while SIP is off. */
+/* The following setters are refused while SIP is stored as off. */
 kova_getter kovaGetSIPServerMode; /* "0" proxy and registrar, "1" P-CSCF of the mobile network */
 kova_setter kovaSetSIPServerMode;
 /* Only in server mode "0". */
@@ -23,6 +23,7 @@ kova_setter kovaSetSIPProxyServer, kovaSetSIPProxyServerPort, kovaSetSIPRegistra
 /* Only in server mode "1". */
 kova_getter kovaGetPCSCFServerDomain, kovaGetPCSCFServerPort;
 kova_setter kovaSetPCSCFServerDomain, kovaSetPCSCFServerPort;
+/* In either mode. */
 kova_getter kovaGetDirectoryNumber, kovaGetAuthUserName;
 kova_getter kovaGetAuthPassword; /* never the password: always one blank */
 kova_setter kovaSetDirectoryNumber, kovaSetAuthUserName, kovaSetAuthPassword;
@@ -46,7 +47,7 @@ kova_setter kovasetListenGain, kovasetSpeakerGain;
 kova_getter kovaGetVoiceProfileLineState;  /* call state, "Idle" without a call; "None" while unknown */
 kova_getter kovaGetVoiceProfileLineStatus; /* registration status, as "Registered"; "None" while unknown */
 kova_getter kovaGetPCSCFServerStatus;      /* address of the P-CSCF in use, or "None" */
-/* Exactly "1"; refused while the line is busy, and within 15 seconds of the last apply. */
+/* Exactly "1"; refused while the line is busy, and within 15 seconds of the last apply with SIP on. */
 kova_setter kovaSetVoIPApply;
 
 /* ---- Speed dialling ------------------------------------------------------------------------------------ */
