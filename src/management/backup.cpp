@@ -12,7 +12,6 @@
 namespace {
 
 using kova::Section;
-using kova::Text;
 
 #define BACKUP_FILE "/var/log/.backup_settings"
 constexpr const char *backup_file = BACKUP_FILE;

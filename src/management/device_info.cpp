@@ -14,7 +14,6 @@
 #include <initializer_list>
 
 using kova::answer;
-using kova::get_setting;
 using kova::get_whole_setting;
 using kova::load;
 using kova::Section;

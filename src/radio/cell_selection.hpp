@@ -81,7 +81,8 @@ public:
     char *from = started_ ? nullptr : copy_.writable();
     const bool ended = started_ ? rest_ == nullptr : from == nullptr; // some libraries end with a null rest
     started_ = true;
-    return ended ? nullptr : strtok_r(from, separators, &rest_);
+    return ended ? nullptr
+                 : strtok_r(from, separators, &rest_); // NOLINT(clang-analyzer-unix.Malloc): copy_ owns it
   }
 
 private:

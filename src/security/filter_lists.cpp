@@ -65,7 +65,7 @@ bool is_own_mac(const char *key, const char *value) {
   const Text digits = load(Section::runtime, key);
   if (std::strlen(digits) < 12) return false;
   char mac[18] = {};
-  for (int pair = 0; pair < 6; ++pair)
+  for (std::size_t pair = 0; pair < 6; ++pair)
     std::snprintf(mac + 3 * pair, 4, "%.2s%s", digits.chars + 2 * pair, pair < 5 ? ":" : "");
   return std::strncmp(value, mac, 17) == 0;
 }
@@ -100,7 +100,7 @@ KOVA_RULE_LIST(kovaaddIPV6WhiteFilterSetting, kovaSetIPV6WhiteFilterRules, kovaG
 
 int checkMacReplyParam(const char *value, const char *mode, const char *indexText) {
   constexpr int absent = 0, found = 1, full = 2;
-  constexpr std::size_t full_length = 16 * 17; // sixteen addresses
+  constexpr std::size_t full_length = std::size_t{16} * 17; // sixteen addresses
   const OwnedText text = load_text(mac_list(text_or_empty(mode)));
   if (std::strlen(text) >= full_length) return full;
   const bool spares = !is_empty(indexText);
