@@ -81,8 +81,9 @@ public:
     char *from = started_ ? nullptr : copy_.writable();
     const bool ended = started_ ? rest_ == nullptr : from == nullptr; // some libraries end with a null rest
     started_ = true;
-    return ended ? nullptr
-                 : strtok_r(from, separators, &rest_); // NOLINT(clang-analyzer-unix.Malloc): copy_ owns it
+    if (ended) return nullptr;
+    // NOLINTNEXTLINE(clang-analyzer-unix.Malloc): copy_ owns the text
+    return strtok_r(from, separators, &rest_);
   }
 
 private:
