@@ -8,6 +8,7 @@
 #include "platform/ucfg.h"
 #include "platform/webs.h"
 #include "transaction/transaction.h"
+#include "voice/voice.h"
 #include "wan/wan.h"
 
 #include <benchmark/benchmark.h>
@@ -205,10 +206,47 @@ void full_direct() {
   look_for_daemon();
 }
 
+// ---- Setting the last row of a list of 1, 8 and 16 rows
+
+// A speed-dial row: dial number, real number, note.
+std::string dial_row(int number) {
+  return std::to_string(number) + ",55500" + std::to_string(number) + ",n";
+}
+
+const std::string &dial_list(int rows) {
+  static std::string lists[17];
+  std::string &list = lists[rows];
+  for (int row = 1; list.empty() && row <= rows; ++row)
+    list += dial_row(row) + ";";
+  if (list.back() == ';') list.pop_back();
+  return list;
+}
+
+template <int rows>
+void list_library() {
+  static const std::string row = dial_row(rows);
+  nvram_bufset(config, "SPEEDDialLists", dial_list(rows).c_str());
+  expect(kovaSetQuickdialRule(rows, row.c_str()) == 0);
+}
+
+template <int rows>
+void list_direct() {
+  static const std::string number = std::to_string(rows), real = "55500" + number;
+  nvram_bufset(config, "SPEEDDialLists", dial_list(rows).c_str());
+  std::free(nvram_bufget(config, "SPEEDDialLists"));
+  expect(tarn_check_param(29, number.c_str(), 0) >= 0 && tarn_check_param(29, real.c_str(), 1) >= 0 &&
+         tarn_check_param(29, "n", 2) >= 0);
+  std::free(nvram_bufget(config, "SPEEDDialLists"));
+  nvram_bufset(config, "SPEEDDialLists", dial_list(rows).c_str());
+}
+
 constexpr Case all_cases[] = {{"getter", get_library, get_direct, 1.15},
                               {"plain setter", set_library, set_direct, 1.15},
                               {"LAN batch", lan_library, lan_direct, 1.5},
-                              {"65-slot batch", full_library, full_direct, 1.5}};
+                              {"65-slot batch", full_library, full_direct, 1.5},
+                              {"list of 1 row", list_library<1>, list_direct<1>, 1.5},
+                              {"list of 8 rows", list_library<8>, list_direct<8>, 1.5},
+                              {"list of 16 rows", list_library<16>, list_direct<16>, 1.5}};
 
 } // namespace
 
