@@ -213,31 +213,33 @@ std::string dial_row(int number) {
   return std::to_string(number) + ",55500" + std::to_string(number) + ",n";
 }
 
-const std::string &dial_list(int rows) {
-  static std::string lists[17];
-  std::string &list = lists[rows];
-  for (int row = 1; list.empty() && row <= rows; ++row)
-    list += dial_row(row) + ";";
-  if (list.back() == ';') list.pop_back();
+template <int rows>
+const std::string &dial_list() {
+  static const std::string list = [] {
+    std::string text = dial_row(1);
+    for (int row = 2; row <= rows; ++row)
+      text += ";" + dial_row(row);
+    return text;
+  }();
   return list;
 }
 
 template <int rows>
 void list_library() {
   static const std::string row = dial_row(rows);
-  nvram_bufset(config, "SPEEDDialLists", dial_list(rows).c_str());
+  nvram_bufset(config, "SPEEDDialLists", dial_list<rows>().c_str());
   expect(kovaSetQuickdialRule(rows, row.c_str()) == 0);
 }
 
 template <int rows>
 void list_direct() {
   static const std::string number = std::to_string(rows), real = "55500" + number;
-  nvram_bufset(config, "SPEEDDialLists", dial_list(rows).c_str());
+  nvram_bufset(config, "SPEEDDialLists", dial_list<rows>().c_str());
   std::free(nvram_bufget(config, "SPEEDDialLists"));
   expect(tarn_check_param(29, number.c_str(), 0) >= 0 && tarn_check_param(29, real.c_str(), 1) >= 0 &&
          tarn_check_param(29, "n", 2) >= 0);
   std::free(nvram_bufget(config, "SPEEDDialLists"));
-  nvram_bufset(config, "SPEEDDialLists", dial_list(rows).c_str());
+  nvram_bufset(config, "SPEEDDialLists", dial_list<rows>().c_str());
 }
 
 constexpr Case all_cases[] = {{"getter", get_library, get_direct, 1.15},
