@@ -5,7 +5,9 @@
 #include "platform/host/rule_kinds.hpp"
 #include "platform/nvram.h"
 
+#include <charconv>
 #include <string_view>
+#include <system_error>
 #include <variant>
 
 namespace {
@@ -47,10 +49,22 @@ struct Credential {
   }
 };
 
+// A whole number of either sign.
+struct SignedNumber {
+  int min, max;
+  int judge(std::string_view value) const {
+    if (value.empty()) return empty_value;
+    int parsed = 0;
+    const char *end = value.data() + value.size();
+    const auto [rest, error] = std::from_chars(value.data(), end, parsed);
+    return error == std::errc() && rest == end && parsed >= min && parsed <= max ? accepted : bad_value;
+  }
+};
+
 using Rule =
     std::variant<Number, OneOf, Text, WpaPassPhrase, Ipv4Address, Ipv4Netmask, ServerAddressOrName, WebUrl,
                  TimeZone, MacAddress, DottedQuad, RouteDestination, RouteNetmask, AccessHost, Sized<Text>,
-                 Sized<Number>, Sized<AnyServer>, Optional<OneOf>, Credential>;
+                 Sized<Number>, Sized<AnyServer>, Optional<OneOf>, Credential, SignedNumber>;
 
 struct Row {
   Group group;
@@ -133,10 +147,10 @@ constexpr Row rows[] = {
     {management,     24, optional_text},                                         // cloud key
     {management,     25, optional_text},                                         // nick name
     {management,     49, optional_text},                                         // registration with spectrum access
-    {management,     50, number(-137, 47)},                                      // granted EIRP, dBm/MHz
+    {management,     50, SignedNumber{-137, 47}},                                      // granted EIRP, dBm/MHz
     {management,     51, number(0, 7000000000)},                                 // granted frequencies, Hz: from
     {management,     52, number(0, 7000000000)},                                 // to
-    {management,     53, number(-137, 47)},                                      // granted power density, dBm/MHz
+    {management,     53, SignedNumber{-137, 47}},                                      // granted power density, dBm/MHz
     {management,     54, OneOf{"0 1 2", bad_value}},                             // single or multiple registration step
     {management,     55, optional_text},                                         // expiry of the transmission
 

@@ -188,4 +188,18 @@ TEST(Rules, UnknownPairsAreRefusedAloud) {
   }
 }
 
+TEST(Rules, SnmpCredentialsAndSpectrumAccess) {
+  constexpr int snmp = 24, host = 21;
+  expect(0, snmp, 2, {"m", std::string(32, 'm')});
+  expect(-1, snmp, 2, {"", std::string(33, 'm')});
+  expect(-2, snmp, 2, {"a b", "a;b"});
+  expect(0, snmp, 4, {"12345678"});
+  expect(-1, snmp, 4, {"1234567"});
+  expect(0, host, 1, {"192.0.2.1", "host.example.com"});
+  expect(0, management, 50, {"-137", "20", "47"});
+  expect(-2, management, 50, {"48", "x"});
+  expect(0, management, 51, {"3550000000"});
+  expect(-2, management, 54, {"3"});
+}
+
 } // namespace

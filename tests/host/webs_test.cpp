@@ -2,6 +2,10 @@
 #include "platform/webs.h"
 #include "temp_device.hpp"
 
+#include <cstdlib>
+#include <cstring>
+#include <string>
+
 namespace {
 
 TEST(Webs, Addresses) {
@@ -104,6 +108,23 @@ TEST_F(OperationMode, DecidesWhichKeysAreWritable) {
     nvram_bufset(0, "vpn_type", "1");
     EXPECT_EQ(row.over_gre, OperMode_checkKeyWritableFromNvram(row.key)) << row.key;
   }
+}
+
+TEST(WebLogin, AHashIsVerifiedWithTheStoredSaltOnly) {
+  char *salt = update_rand_char(), *other = update_rand_char();
+  ASSERT_TRUE(salt != nullptr && other != nullptr);
+  EXPECT_STRNE(salt, other);
+  const auto hash = [](const char *password, const char *with) {
+    char text[64] = {};
+    EXPECT_EQ(0, gen_weblogin_passwd(password, with, static_cast<int>(std::strlen(with)), text, 32));
+    return std::string(text);
+  };
+  EXPECT_EQ(30u, hash("secret", salt).size()); // whole bytes in 31 characters
+  EXPECT_EQ(hash("secret", salt), hash("secret", salt));
+  EXPECT_NE(hash("secret", salt), hash("secret", other));
+  EXPECT_NE(hash("secret", salt), hash("Secret", salt));
+  std::free(salt);
+  std::free(other);
 }
 
 } // namespace
