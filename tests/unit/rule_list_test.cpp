@@ -124,7 +124,7 @@ public:
     Strings rows = rows_of(beginning(table.whole));
     const auto position = static_cast<long long>(index) - 1;
     if (position >= static_cast<long long>(rows.size())) return -1;
-    if (position >= 0) rows.erase(rows.begin() + position);
+    if (position >= 0) rows.erase(rows.begin() + static_cast<std::ptrdiff_t>(position));
     for (std::string &row : rows)
       row.resize(std::min<std::size_t>(row.size(), 63));
     write_in_service(list_of(rows));
