@@ -38,15 +38,9 @@ constexpr SnmpCredential password = {"snmp_password", 4,
                                      "[TR069][Error] SNMP password input 8 ~ 32 word.\n",
                                      "[TR069][Error] SNMP password can't input invalid characters.\n"};
 
-int refuse(const char *message) {
-  dbg_trace("%s", message);
-  return -1;
-}
-
 int set_credential(const SnmpCredential &credential, const char *value) {
   value = text_or_empty(value);
-  if (tarn_check_nvram_value(static_cast<int>(Section::config), snmp_enable_key) == 0)
-    return refuse(credential.disabled);
+  if (load_switch(snmp_enable_key) == 0) return refuse(credential.disabled);
   const int code = tarn_check_param(snmp_rules, value, credential.item);
   if (code < 0) return refuse(code == -1 ? credential.wrong_length : credential.invalid);
   return store_and_start_snmp(credential.key, value);

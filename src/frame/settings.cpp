@@ -7,12 +7,25 @@
 
 namespace kova {
 
-bool load(Section section, const char *key, Text &into) {
+bool load_field(Section section, const char *key, char *field, int size) {
   constexpr int exists = 1;
-  if (nvram_bufget_string(static_cast<int>(section), key, into.chars, Text::size) == exists) return true;
-  into = {};
+  std::memset(field, 0, static_cast<std::size_t>(size));
+  if (nvram_bufget_string(static_cast<int>(section), key, field, size) == exists) return true;
+  std::memset(field, 0, static_cast<std::size_t>(size));
   KOVA_TRACE_ERROR("No value.\n");
   return false;
+}
+
+bool load(Section section, const char *key, Text &into) {
+  return load_field(section, key, into.chars, Text::size);
+}
+
+OwnedText load_whole(Section section, const char *key) {
+  return OwnedText(nvram_bufget(static_cast<int>(section), key));
+}
+
+int load_switch(const char *key) {
+  return tarn_check_nvram_value(static_cast<int>(Section::config), key);
 }
 
 void store(Section section, const char *key, const char *value) {
@@ -26,7 +39,7 @@ int get_setting(Section section, const char *key, char *buf, unsigned int buflen
 }
 
 int get_whole_setting(Section section, const char *key, char *buf, unsigned int buflen) {
-  return answer(OwnedText(nvram_bufget(static_cast<int>(section), key)), buf, buflen);
+  return answer(load_whole(section, key), buf, buflen);
 }
 
 bool passes(Rule rule, const char *value) {

@@ -27,6 +27,16 @@ inline Text load(Section section, const char *key) {
   load(section, key, text);
   return text;
 }
+// Reads a setting into a field of its own size; all of it is zero for a missing key. True when the key exists.
+bool load_field(Section section, const char *key, char *field, int size);
+template <std::size_t size>
+bool load(Section section, const char *key, char (&field)[size]) {
+  return load_field(section, key, field, static_cast<int>(size));
+}
+// The whole of a setting that may be longer than the scratch type.
+OwnedText load_whole(Section section, const char *key);
+// A stored switch of the configuration as the platform reads it: 0 when it is off.
+int load_switch(const char *key);
 // Whether the store took the value is the platform's business: accessors do not look.
 void store(Section section, const char *key, const char *value);
 

@@ -1,7 +1,6 @@
 // What an agent's start may have to put right.
 #include "frame/frame.h"
 #include "frame/settings.hpp"
-#include "platform/nvram.h"
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -21,8 +20,8 @@ int isFTR(void) {
 
   char modified[32];
   std::snprintf(modified, sizeof modified, "%ld", static_cast<long>(facts.st_mtime));
-  char recorded[32] = {};
-  nvram_bufget_string(static_cast<int>(Section::config), tag_key, recorded, sizeof recorded);
+  char recorded[32];
+  kova::load(Section::config, tag_key, recorded);
   if (kova::equal(recorded, modified)) return no;
   kova::store(Section::config, tag_key, modified);
   return yes;
@@ -32,8 +31,8 @@ int init_parameters(void) {
   const int first_run = isFTR();
   if (first_run != 1) return first_run;
   // Earlier firmware shipped an inform interval of 3000 seconds; ACS fleets expect 300.
-  char interval[15] = {};
-  nvram_bufget_string(static_cast<int>(Section::config), "TR_INFORM_INTERVAL", interval, sizeof interval);
+  char interval[15];
+  kova::load(Section::config, "TR_INFORM_INTERVAL", interval);
   if (kova::leading_number(interval) == 3000) { // a text that is no number is not 3000
     kova::store(Section::config, "TR_INFORM_INTERVAL", "300");
     kova::store(Section::config, "S_TR_INFORM_INTERVAL", "300");

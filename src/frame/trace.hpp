@@ -3,4 +3,14 @@
 
 #include "frame/frame.h"
 
+namespace kova {
+
+// What a setter answers to a value that it does not take.
+inline int refuse(const char *message) {
+  dbg_trace("%s", message);
+  return -1;
+}
+
+} // namespace kova
+
 #define KOVA_TRACE_ERROR(message) dbg_trace("[Error][%s %s:%d] " message, __func__, __FILE_NAME__, __LINE__)

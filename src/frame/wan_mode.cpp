@@ -1,7 +1,6 @@
 // What the operation mode and the WAN settings say about the device as a whole.
 #include "frame/frame.h"
 #include "frame/settings.hpp"
-#include "platform/nvram.h"
 
 #include <cstdio>
 #include <cstring>
@@ -12,13 +11,9 @@ using kova::Text;
 
 namespace {
 
-OwnedText read_owned(Section section, const char *key) {
-  return OwnedText(nvram_bufget(static_cast<int>(section), key));
-}
-
 // The mode counts by its first digit ("21" is mode 2); above highest, and without a digit, it is 0.
 int operation_mode(char highest) {
-  const OwnedText mode = read_owned(Section::config, "oper_mode");
+  const OwnedText mode = kova::load_whole(Section::config, "oper_mode");
   return mode[0] >= '0' && mode[0] <= highest ? mode[0] - '0' : 0;
 }
 
@@ -35,7 +30,7 @@ bool data_pdn_is_up() {
 
 // Unlike the data state, the management state need only be published: any state counts as up.
 bool management_pdn_is_up() {
-  const OwnedText pdn = read_owned(Section::config, "lte_mgmt_pdn");
+  const OwnedText pdn = kova::load_whole(Section::config, "lte_mgmt_pdn");
   char name[128] = {};
   int state = 0;
   return std::sscanf(pdn, "%*[^,],%127[^,],%*s", name) == 1 && load_number("lte_mgmt_state", state);
@@ -44,14 +39,13 @@ bool management_pdn_is_up() {
 // The interface name is kept in a process-wide buffer of the kernel's name size.
 const char *current_interface(const char *key) {
   static char name[16];
-  std::memset(name, 0, sizeof name);
-  nvram_bufget_string(static_cast<int>(Section::runtime), key, name, sizeof name);
+  kova::load(Section::runtime, key, name);
   return name;
 }
 
 const char *management_traffic_interface() {
-  char type[64] = {};
-  if (nvram_bufget_string(static_cast<int>(Section::config), "TR_IF_TYPE", type, sizeof type) != 1) return "";
+  char type[64];
+  if (!kova::load(Section::config, "TR_IF_TYPE", type)) return "";
   if (kova::equal(type, "data_pdn") && data_pdn_is_up()) return current_interface("curr_data_if");
   if (kova::equal(type, "mgmt_pdn") && management_pdn_is_up()) return current_interface("curr_mgmt_if");
   return "";
@@ -79,10 +73,10 @@ int kovaGetTR069If(char *buf, unsigned int buflen) {
 }
 
 int checkDHCPRelayIsNotSupport(void) {
-  const OwnedText mode = read_owned(Section::config, "oper_mode");
-  const OwnedText vpn_type = read_owned(Section::config, "vpn_type");
-  const OwnedText bcp_enable = read_owned(Section::config, "bcp_enable");
-  const OwnedText gre_type = read_owned(Section::config, "gre_type");
+  const OwnedText mode = kova::load_whole(Section::config, "oper_mode");
+  const OwnedText vpn_type = kova::load_whole(Section::config, "vpn_type");
+  const OwnedText bcp_enable = kova::load_whole(Section::config, "bcp_enable");
+  const OwnedText gre_type = kova::load_whole(Section::config, "gre_type");
   if (kova::equal(mode, "1")) return 0;
   if (!kova::equal(mode, "2")) return 1;
   const bool layer_2_l2tp = kova::equal(vpn_type, "0") && kova::equal(bcp_enable, "1");
@@ -91,7 +85,7 @@ int checkDHCPRelayIsNotSupport(void) {
 }
 
 int getWanIfName(void) {
-  const OwnedText interface = read_owned(Section::runtime, "curr_data_if");
+  const OwnedText interface = kova::load_whole(Section::runtime, "curr_data_if");
   if (std::strstr(interface, "eth0.1") != nullptr) return 1;
   if (std::strstr(interface, "eth0.2") != nullptr) return 2;
   return 0;

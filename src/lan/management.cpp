@@ -14,16 +14,16 @@ namespace kova::lan {
 
 namespace {
 
-int refuse(const char *message) {
+int refuse_lan(const char *message) {
   dbg_trace("[TR069][DHCP] Error, %s\n", message);
   return -1;
 }
 
 int dhcp_mode() {
-  return tarn_check_nvram_value(static_cast<int>(Section::config), "dhcpEnabled");
+  return load_switch("dhcpEnabled");
 }
 int refuse_without_dhcp() {
-  return refuse("DHCP Server is Disabled");
+  return refuse_lan("DHCP Server is Disabled");
 }
 constexpr const char *outside_network = "IP address must be same network segment.";
 constexpr const char *meets_own_address =
@@ -33,15 +33,15 @@ constexpr const char *meets_own_address =
 int judge_address(Rule rule, const char *value) {
   switch (const int code = tarn_check_param(rule.group, value, rule.item)) {
   case -1:
-    return refuse("Please enter IP address");
+    return refuse_lan("Please enter IP address");
   case -2:
-    return refuse("IP address value error");
+    return refuse_lan("IP address value error");
   case -3:
-    return refuse("IP address format error");
+    return refuse_lan("IP address format error");
   case -4:
-    return refuse("IP address is not Local Net IP address");
+    return refuse_lan("IP address is not Local Net IP address");
   case -5:
-    return refuse("Invalid IP Address.");
+    return refuse_lan("Invalid IP Address.");
   default:
     return code < 0 ? -1 : 0;
   }
@@ -60,9 +60,9 @@ int set_pool_bound(PoolBound bound, const char *value) {
              other = load(Section::config, bound.other_key);
   if (judge_address(bound.rule, value) != 0) return -1;
   const char *start = bound.is_start ? value : other, *end = bound.is_start ? other : value;
-  if (IPRangeCheck(own, mask, start, end) == 0) return refuse(outside_network);
-  if (webscheckIpStartEnd(start, end) == 0) return refuse("Please enter a valid IP address range.");
-  if (same_address(value, own)) return refuse(meets_own_address);
+  if (IPRangeCheck(own, mask, start, end) == 0) return refuse_lan(outside_network);
+  if (webscheckIpStartEnd(start, end) == 0) return refuse_lan("Please enter a valid IP address range.");
+  if (same_address(value, own)) return refuse_lan(meets_own_address);
   store(Section::config, bound.key, value);
   return 0;
 }
@@ -168,7 +168,7 @@ int kovasetIPInterfaceIPAddressValue(const char *value) {
   const bool has_first = first.parse(start), has_last = last.parse(end);
   if (mode == dhcp_server &&
       ((has_first && address.last() == first.last()) || (has_last && address.last() == last.last())))
-    return refuse(meets_own_address);
+    return refuse_lan(meets_own_address);
 
   store(Section::config, "lan_ip", value);
   if (has_first) move_bound("dhcpStart", address, first);

@@ -4,7 +4,6 @@
 #include "frame/settings.hpp"
 #include "frame/trace.hpp"
 #include "platform/lte.h"
-#include "platform/nvram.h"
 #include "platform/webs.h"
 #include "radio/radio.h"
 
@@ -133,9 +132,8 @@ using namespace kova::radio;
 int getSupportBands(char *out, int len) {
   if (out == nullptr) return 0;
   if (len < 1) return len;
-  char duplex[4] = {};
-  if (nvram_bufget_string(static_cast<int>(Section::config), duplex_leaf, duplex, sizeof duplex) != 1)
-    return -1;
+  char duplex[4];
+  if (!load(Section::config, duplex_leaf, duplex)) return -1;
   const LteClient client;
   RrcBandList list = {};
   if (!client.list_bands(list)) return -1;

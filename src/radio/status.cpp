@@ -2,7 +2,6 @@
 #include "frame/settings.hpp"
 #include "frame/statistics.hpp"
 #include "management/management.h"
-#include "platform/nvram.h"
 #include "radio/radio.h"
 #include "wan/wan.h"
 
@@ -63,8 +62,8 @@ int answer_antenna(const char *key, int antenna, char *buf, unsigned int buflen)
 }
 
 int answer_mcs(const char *key, char *buf, unsigned int buflen) {
-  Text text;
-  nvram_bufget_string(static_cast<int>(Section::runtime), key, text.chars, Text::size - 1);
+  char text[Text::size - 1];
+  load(Section::runtime, key, text);
   return answer_terminated(text, buf, buflen);
 }
 
@@ -110,11 +109,9 @@ int answer_pdn_address(const char *ifname, char *buf, unsigned int buflen) {
 Text granted_power(const char *reported) {
   Text power;
   std::snprintf(power.chars, Text::size, "%.255s", reported);
-  char enabled[4] = {}, granted[16] = {};
-  const int config = static_cast<int>(Section::config);
-  const bool configured =
-      nvram_bufget_string(config, "SAS_CONFIG_RADIOENABLE", enabled, sizeof enabled) == 1 &&
-      nvram_bufget_string(config, "SAS_CONFIG_POWER", granted, sizeof granted) == 1;
+  char enabled[4], granted[16];
+  const bool configured = load(Section::config, "SAS_CONFIG_RADIOENABLE", enabled) &&
+                          load(Section::config, "SAS_CONFIG_POWER", granted);
   if (!configured || equal(enabled, "0") || *granted == '\0') return power;
   const float limit = std::strtof(granted, nullptr);
   if (limit > 0 && limit < std::strtof(reported, nullptr))
@@ -155,8 +152,7 @@ const char *getInternetStatusTXPWR_vals(char *record) {
 }
 
 char *getInternetStatusFrequency_vals(int which) {
-  const OwnedText stored(
-      nvram_bufget(static_cast<int>(Section::runtime), which == 1 ? "lte_cur_freq" : "lte_cur_ulfreq"));
+  const OwnedText stored = load_whole(Section::runtime, which == 1 ? "lte_cur_freq" : "lte_cur_ulfreq");
   if (equal(stored, "") || equal(stored, "-1")) return strdup(none);
   const std::size_t length = std::strlen(stored);
   auto *frequency = static_cast<char *>(std::calloc(1, length + 2));
@@ -167,7 +163,7 @@ char *getInternetStatusFrequency_vals(int which) {
 }
 
 char *getInternetStatusBandwidth_vals(void) {
-  OwnedText stored(nvram_bufget(static_cast<int>(Section::runtime), "lte_cur_bandwidth"));
+  const OwnedText stored = load_whole(Section::runtime, "lte_cur_bandwidth");
   return strdup(equal(stored, "") ? none : stored);
 }
 
@@ -255,8 +251,8 @@ int kovaGetTR069BandwidthValue(char *buf, unsigned int buflen) {
 }
 
 int kovaGetTR069BandValue(char *buf, unsigned int buflen) {
-  char band[8] = {};
-  nvram_bufget_string(static_cast<int>(Section::runtime), "lte_cur_band", band, sizeof band);
+  char band[8];
+  load(Section::runtime, "lte_cur_band", band);
   return answer(band, buf, buflen);
 }
 

@@ -41,7 +41,7 @@ struct AclRow {
   }
 };
 
-bool refuse(const char *message) {
+bool complain(const char *message) {
   dbg_trace("%s", message);
   return false;
 }
@@ -50,13 +50,13 @@ bool refuse(const char *message) {
 bool judge_address(const AclRow &row, const char *address, int item, bool required) {
   constexpr int rules = 16, empty = -1, in_gateway_network = -4;
   const int code = tarn_check_param(rules, address, item);
-  if (required && code == empty) return refuse("Please input start IP address.");
-  if (code == -2 || code == -3) return refuse("Invalid IP address.");
+  if (required && code == empty) return complain("Please input start IP address.");
+  if (code == -2 || code == -3) return complain("Invalid IP address.");
   const bool wan = leading_number(row.interface) == leading_number(wan_side); // judged by its range
   if (wan && code == in_gateway_network)
-    return refuse("IP address can't be the same with gateway address network segment.");
+    return complain("IP address can't be the same with gateway address network segment.");
   if (!wan && code != in_gateway_network)
-    return refuse("IP address must be the same with gateway address network segment.");
+    return complain("IP address must be the same with gateway address network segment.");
   return true;
 }
 

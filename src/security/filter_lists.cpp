@@ -75,11 +75,6 @@ bool is_group_address(const char *value) {
   return value[0] != '\0' && value[1] != '\0' && std::strchr("13579BDF", value[1]) != nullptr;
 }
 
-int refuse(const char *message) {
-  dbg_trace("%s", message);
-  return -1;
-}
-
 } // namespace
 
 } // namespace kova::rules

@@ -1,7 +1,6 @@
 // The packet filters' switches, modes and logs, and what makes the firewall read them.
 #include "frame/settings.hpp"
 #include "frame/trace.hpp"
-#include "platform/nvram.h"
 #include "security/manager.hpp"
 #include "security/security.h"
 
@@ -37,8 +36,7 @@ bool may_enable(const Family &family, const char *value) {
 
 // Mode and log can be changed only while the family is on.
 bool may_change(const Family &family, const char *value, Item item) {
-  if (tarn_check_nvram_value(static_cast<int>(Section::config), family.enable_key) != 0)
-    return passes({family.rules, item}, value);
+  if (load_switch(family.enable_key) != 0) return passes({family.rules, item}, value);
   dbg_trace("[TR069][Error]%s disable, don't set %s %s.\n", family.name, family.name,
             item == mode_item ? "mode" : "log");
   return false;

@@ -53,7 +53,7 @@ std::size_t room_for(std::size_t read, const char *text, const char *row) {
 }
 
 bool is_on(const Interlock &interlock) {
-  return interlock.enable_key == nullptr || tarn_check_nvram_value(config, interlock.enable_key) != 0;
+  return interlock.enable_key == nullptr || load_switch(interlock.enable_key) != 0;
 }
 
 bool allows(const List &list, const char *operation, bool asks_enable) {

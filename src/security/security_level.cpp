@@ -1,6 +1,5 @@
 // The security level, and the four switches that it stands for.
 #include "frame/settings.hpp"
-#include "platform/nvram.h"
 #include "platform/webs.h"
 #include "security/security.h"
 
@@ -32,7 +31,7 @@ struct Choice {
 };
 
 bool is_on(const char *key) {
-  return tarn_check_nvram_value(static_cast<int>(Section::config), key) != 0;
+  return load_switch(key) != 0;
 }
 
 bool is_level(const char *const (&level)[switch_count]) {

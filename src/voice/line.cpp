@@ -69,7 +69,7 @@ int kovaGetPCSCFServerStatus(char *buf, unsigned int buflen) {
 }
 
 int kovaSetVoIPApply(const char *value) {
-  const bool enabled = tarn_check_nvram_value(static_cast<int>(Section::config), "SIPEnable") != 0;
+  const bool enabled = load_switch("SIPEnable") != 0;
   if (is_busy()) return -1;
   const long up_time = tarn_get_uptime();
   if (is_too_soon(up_time)) return -1;

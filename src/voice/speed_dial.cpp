@@ -23,11 +23,6 @@ constexpr List speed_dial = {
 constexpr int field_rules = 29;
 enum Field { dial_number, real_number, note };
 
-int refuse(const char *message) {
-  dbg_trace("%s", message);
-  return -1;
-}
-
 // A field of a row, as a place in it.
 struct FieldText {
   const char *begin;
