@@ -72,6 +72,20 @@ TEST_F(Tool, EditsTheStores) {
   EXPECT_EQ(run({"tree", "get", "/tarn/nothing/here"}).status, 1);
 }
 
+TEST_F(Tool, LogsInWithTheStoredPasswordOnly) {
+  const auto login = [&](const std::string &account, const std::string &password) {
+    return shell("printf '%s\\n' '" + password + "' | " + command_line({"login", account})).status;
+  };
+  EXPECT_EQ(login("user", ""), 1) << "no password yet";
+  json({"set", "InternetGatewayDevice.UserInterface.X_KOVA_UserPassword=Corr3ct horse",
+        "InternetGatewayDevice.UserInterface.X_KOVA_AdminPassword=battery"});
+  EXPECT_EQ(login("user", "Corr3ct horse"), 0);
+  EXPECT_EQ(login("user", "Corr3ct horse "), 1);
+  EXPECT_EQ(login("user", "battery"), 1);
+  EXPECT_EQ(login("admin", "battery"), 0);
+  EXPECT_EQ(login("root", "battery"), 2);
+}
+
 TEST_F(Tool, AnswersInJsonWhateverHappens) {
   const std::pair<Words, int> commands[] = {
       {{"get", address}, 0},

@@ -21,6 +21,7 @@ struct Arguments {
   std::vector<std::string> names;       // paths or keys
   std::vector<std::string> assignments; // NAME=VALUE
   std::string prefix;
+  std::string account; // of the web interface
   std::optional<std::string> request_file;
   bool with_log = false, with_tests = false, paths_only = false, writable_only = false, lists_only = false;
   int timeout = 120;

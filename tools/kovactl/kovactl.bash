@@ -41,8 +41,9 @@ _kovactl() {
   fi
 
   case $command in
-    '') COMPREPLY=($(compgen -W "get set add delete list settings device log nvram tree completion" -- "$cur")) ;;
+    '') COMPREPLY=($(compgen -W "get set add delete list settings device log nvram tree login completion" -- "$cur")) ;;
     settings) [[ -n $sub ]] || COMPREPLY=($(compgen -W "backup restore" -- "$cur")) ;;
+    login) [[ -n $sub ]] || COMPREPLY=($(compgen -W "admin user" -- "$cur")) ;;
     device) [[ -n $sub ]] || COMPREPLY=($(compgen -W "up down reset status" -- "$cur")) ;;
     nvram) [[ -n $sub ]] || COMPREPLY=($(compgen -W "get set unset list" -- "$cur")) ;;
     tree) [[ -n $sub ]] || COMPREPLY=($(compgen -W "get set list" -- "$cur")) ;;

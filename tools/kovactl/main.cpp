@@ -3,6 +3,7 @@
 #include "frame/frame.h"
 #include "kovactl/commands.hpp"
 #include "kovactl/completion.hpp"
+#include "kovactl/login.hpp"
 #include "kovactl/settings.hpp"
 #include "kovactl/stores.hpp"
 #include "platform/host/device_dir.hpp"
@@ -36,6 +37,7 @@ public:
     add_settings();
     add_device();
     add_stores();
+    add_login();
     add_completion();
   }
 
@@ -204,6 +206,18 @@ private:
     take_prefix(add(*tree, "list", "Show all leaves",
                     on_device([](O output, A a) { return tree_list(output, a.prefix); })),
                 "Only the leaves at or below this path");
+  }
+
+  void add_login() {
+    CLI::App *login = add(
+        app_, "login", "Try a password of the web interface: that typed, or the first line of standard input",
+        on_device([](const Output &output, const Arguments &arguments) {
+          return log_in(output, arguments.account);
+        }));
+    login->add_option("ACCOUNT", arguments_.account, "admin or user")
+        ->required()
+        ->type_name("")
+        ->check(CLI::IsMember(accounts, CLI::ignore_case));
   }
 
   void add_completion() {
