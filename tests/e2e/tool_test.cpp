@@ -89,6 +89,7 @@ TEST_F(Tool, AnswersInJsonWhateverHappens) {
       {{}, 2},
       {{"get"}, 2},
       {{"set", "no assignment"}, 2},
+      {{"model", "--format", "xml"}, 2},
       {{"--device", "/dev/null/device", "get", address}, 1},
   };
   for (const auto &[words, status] : commands) {
@@ -107,12 +108,14 @@ TEST_F(Tool, AnswersToHelpAndRefusesBadUsage) {
   }
   for (const Words &words :
        {Words{}, Words{"frobnicate"}, Words{"get"}, Words{"get", address, "--frobnicate"},
-        Words{"set", address}, Words{"set", "=1"}, Words{"log", "--tail", "-1"}}) {
+        Words{"set", address}, Words{"set", "=1"}, Words{"log", "--tail", "-1"}, Words{"model"},
+        Words{"model", "--format", "json"}}) {
     const Result result = run(words);
     EXPECT_EQ(result.status, 2) << command_line(words);
     EXPECT_EQ(result.out, "");
     EXPECT_NE(result.err, "");
   }
+  EXPECT_NE(run({"model"}).err.find("xml, csv or markdown"), std::string::npos);
   EXPECT_FALSE(std::filesystem::exists(device()));
 }
 
@@ -157,7 +160,8 @@ TEST_F(Tool, KeepsStandardOutputToItself) {
   }
   EXPECT_EQ(size("nvram.mdb"), data);
   EXPECT_EQ(size("nvram.mdb-lock"), lock);
-  EXPECT_EQ(shell(command_line({"list"}) + " | head -n 1").err, "");
+  for (const Words &words : {Words{"list"}, Words{"model", "--format", "csv"}})
+    EXPECT_EQ(shell(command_line(words) + " | head -n 1").err, "");
 }
 
 TEST_F(Tool, FoldsAndShortensForThePerson) {
@@ -202,6 +206,7 @@ TEST_F(Tool, CompletesPaths) {
   };
   EXPECT_EQ(complete("dev"), "device\n");
   EXPECT_EQ(complete("device st"), "status\n");
+  EXPECT_EQ(complete("model --format m"), "markdown\n");
   EXPECT_EQ(complete("add InternetGatewayDevice.L"), "InternetGatewayDevice.Layer3Forwarding.\n");
   EXPECT_EQ(complete("get InternetGatewayDevice.LANDevice.1.X"),
             "InternetGatewayDevice.LANDevice.1.X_KOVA_LAN.\n");
