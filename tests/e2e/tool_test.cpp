@@ -219,7 +219,7 @@ TEST_F(Tool, CompletesPaths) {
 }
 
 TEST_F(Tool, ColoursAndEscapesOnlyForATerminal) {
-  json({"nvram", "set", "key=bell\a"});
+  json({"nvram", "set", "key=bell\a", "static_route_key=bell\a"});
   const std::string command = command_line({"nvram", "get", "key"});
   EXPECT_NE(shell(command).out.find("bell\a"), std::string::npos);
   EXPECT_EQ(shell(command).out.find('\033'), std::string::npos);
@@ -228,6 +228,7 @@ TEST_F(Tool, ColoursAndEscapesOnlyForATerminal) {
   EXPECT_NE(shown.find('\033'), std::string::npos);
   EXPECT_NE(plain.find("bell\\x07"), std::string::npos) << plain;
   EXPECT_EQ(plain.find('\033'), std::string::npos);
+  EXPECT_NE(on_terminal(command_line({"model", "--format", "csv"})).find("bell\\x07,"), std::string::npos);
 }
 
 } // namespace
