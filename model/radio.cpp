@@ -63,10 +63,10 @@ constexpr Parameter rows[] = {
     READ_ONLY (CELL "DLBLER", String, kovaGetTR069WANDLBler, "", "Downlink block error rate"),
 
     // Traffic and rates. Those of the rate file are N/A when it is out of date.
-    READ_ONLY (BEARER(1) "IPAddress", IPAddress, kovaGetTR069APN1IPAddress, "", "Address of the first bearer, if it has one"),
-    READ_ONLY (BEARER(2) "IPAddress", IPAddress, kovaGetTR069APN2IPAddress, "", "Address of the second bearer, if it has one"),
-    READ_ONLY (BEARER(3) "IPAddress", IPAddress, kovaGetTR069APN3IPAddress, "", "Address of the third bearer, if it has one"),
-    READ_ONLY (BEARER(4) "IPAddress", IPAddress, kovaGetTR069APN4IPAddress, "", "Address of the fourth bearer, if it has one"),
+    READ_ONLY (BEARER(1) "IPAddress", IPAddress, kovaGetTR069APN1IPAddress, "", "Address of the bearer, if it has one"),
+    READ_ONLY (BEARER(2) "IPAddress", IPAddress, kovaGetTR069APN2IPAddress, "", "Address of the bearer, if it has one"),
+    READ_ONLY (BEARER(3) "IPAddress", IPAddress, kovaGetTR069APN3IPAddress, "", "Address of the bearer, if it has one"),
+    READ_ONLY (BEARER(4) "IPAddress", IPAddress, kovaGetTR069APN4IPAddress, "", "Address of the bearer, if it has one"),
     READ_ONLY (BEARER(1) "ReceiveRate", String, kovaGetTR069Apn1RecvRateValue, "bit/s", "Received now, or N/A"),
     READ_ONLY (BEARER(1) "SendRate", String, kovaGetTR069Apn1SendRateValue, "bit/s", "Sent now, or N/A"),
     READ_ONLY (BEARER(1) "BytesReceived", String, kovaGetTR069Apn1RecvTotTptValue, "bytes", "Received, or N/A"),

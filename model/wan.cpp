@@ -13,9 +13,9 @@ namespace {
 
 #define APN_PROFILE(n) \
     CHECKED   (APN(n) "Enable", Boolean, getTR069APN##n##Enable, setTR069APN##n##Enable, chkTR069APN##n##Enable, \
-               "", "Whether profile " #n " is in use; profile 1 always is"), \
+               "", "Whether the profile is in use; the first always is"), \
     READ_ONLY (APN(n) "ProfileName", String, getTR069APN##n##ProfileName, \
-               "", "Name of profile " #n), \
+               "", "Name of the profile"), \
     READ_WRITE(APN(n) "Name", String, getTR069APN##n##Name, setTR069APN##n##Name, \
                "", "Access point name"), \
     READ_WRITE(APN(n) "Auth", UnsignedInt, getTR069APN##n##Auth, setTR069APN##n##Auth, \

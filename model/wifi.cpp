@@ -10,9 +10,9 @@ namespace {
 
 #define FURTHER_NETWORK(n) \
     READ_WRITE(NETWORK(n) "Enable", Boolean, getTR069WifiMutiStatus##n, setTR069WifiMutiStatus##n, \
-               "", "Whether further network " #n " is on"), \
+               "", "Whether this further network is on"), \
     READ_WRITE(NETWORK(n) "SSID", String, getTR069WifiMutiSSID##n, setTR069WifiMutiSSID##n, \
-               "", "Name of further network " #n), \
+               "", "Name of this further network"), \
     READ_WRITE(NETWORK(n) "HideSSID", Boolean, getTR069WifiMutiHideSSID##n, setTR069WifiMutiHideSSID##n, \
                "", "Whether the network's name is kept out of its beacons"), \
     READ_WRITE(NETWORK(n) "APIsolate", Boolean, getTR069WifiAPIsolate##n, setTR069WifiAPIsolate##n, \

@@ -103,6 +103,7 @@ TEST_F(Tool, AnswersInJsonWhateverHappens) {
       {{}, 2},
       {{"get"}, 2},
       {{"set", "no assignment"}, 2},
+      {{"model", "--format", "xml"}, 2},
       {{"--device", "/dev/null/device", "get", address}, 1},
   };
   for (const auto &[words, status] : commands) {
@@ -121,12 +122,14 @@ TEST_F(Tool, AnswersToHelpAndRefusesBadUsage) {
   }
   for (const Words &words :
        {Words{}, Words{"frobnicate"}, Words{"get"}, Words{"get", address, "--frobnicate"},
-        Words{"set", address}, Words{"set", "=1"}, Words{"log", "--tail", "-1"}}) {
+        Words{"set", address}, Words{"set", "=1"}, Words{"log", "--tail", "-1"}, Words{"model"},
+        Words{"model", "--format", "json"}}) {
     const Result result = run(words);
     EXPECT_EQ(result.status, 2) << command_line(words);
     EXPECT_EQ(result.out, "");
     EXPECT_NE(result.err, "");
   }
+  EXPECT_NE(run({"model"}).err.find("xml, csv or markdown"), std::string::npos);
   EXPECT_FALSE(std::filesystem::exists(device()));
 }
 
@@ -171,7 +174,8 @@ TEST_F(Tool, KeepsStandardOutputToItself) {
   }
   EXPECT_EQ(size("nvram.mdb"), data);
   EXPECT_EQ(size("nvram.mdb-lock"), lock);
-  EXPECT_EQ(shell(command_line({"list"}) + " | head -n 1").err, "");
+  for (const Words &words : {Words{"list"}, Words{"model", "--format", "csv"}})
+    EXPECT_EQ(shell(command_line(words) + " | head -n 1").err, "");
 }
 
 TEST_F(Tool, FoldsAndShortensForThePerson) {
@@ -216,6 +220,7 @@ TEST_F(Tool, CompletesPaths) {
   };
   EXPECT_EQ(complete("dev"), "device\n");
   EXPECT_EQ(complete("device st"), "status\n");
+  EXPECT_EQ(complete("model --format m"), "markdown\n");
   EXPECT_EQ(complete("add InternetGatewayDevice.L"), "InternetGatewayDevice.Layer3Forwarding.\n");
   EXPECT_EQ(complete("get InternetGatewayDevice.LANDevice.1.X"),
             "InternetGatewayDevice.LANDevice.1.X_KOVA_LAN.\n");
@@ -228,7 +233,7 @@ TEST_F(Tool, CompletesPaths) {
 }
 
 TEST_F(Tool, ColoursAndEscapesOnlyForATerminal) {
-  json({"nvram", "set", "key=bell\a"});
+  json({"nvram", "set", "key=bell\a", "static_route_key=bell\a"});
   const std::string command = command_line({"nvram", "get", "key"});
   EXPECT_NE(shell(command).out.find("bell\a"), std::string::npos);
   EXPECT_EQ(shell(command).out.find('\033'), std::string::npos);
@@ -237,6 +242,7 @@ TEST_F(Tool, ColoursAndEscapesOnlyForATerminal) {
   EXPECT_NE(shown.find('\033'), std::string::npos);
   EXPECT_NE(plain.find("bell\\x07"), std::string::npos) << plain;
   EXPECT_EQ(plain.find('\033'), std::string::npos);
+  EXPECT_NE(on_terminal(command_line({"model", "--format", "csv"})).find("bell\\x07,"), std::string::npos);
 }
 
 } // namespace

@@ -135,6 +135,23 @@ TEST(Model, RowsAreWellFormed) {
     const bool may_be_parked = parameter->check || parameter->path.find(".X_KOVA_") != std::string_view::npos;
     EXPECT_TRUE(!may_be_parked || parameter->path.find("Local") == std::string_view::npos);
   }
+  for (const RowList &list : lists()) {
+    EXPECT_FALSE(list.meaning.empty()) << list.path;
+    EXPECT_TRUE((list.add && list.remove) || !list.writable()) << list.path;
+  }
+}
+
+// Documents describe the instances of an object once.
+TEST(Model, InstancesOfAnObjectAgree) {
+  std::map<std::string, const Parameter *> first;
+  for (const Parameter *parameter : parameters()) {
+    SCOPED_TRACE(parameter->path);
+    const Parameter *other = first.try_emplace(with_placeholders(parameter->path), parameter).first->second;
+    EXPECT_EQ(parameter->type, other->type);
+    EXPECT_EQ(parameter->access, other->access);
+    EXPECT_EQ(parameter->unit, other->unit);
+    EXPECT_EQ(parameter->meaning, other->meaning);
+  }
 }
 
 TEST(Model, FindsRowsOfLists) {

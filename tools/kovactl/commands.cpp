@@ -3,6 +3,7 @@
 #include "device/device.hpp"
 #include "frame/frame.h"
 #include "kovactl/diagnostics_tests.hpp"
+#include "kovactl/model_documents.hpp"
 #include "kovactl/paths.hpp"
 #include "kovactl/report.hpp"
 
@@ -134,6 +135,24 @@ ExitStatus list(const Output &output, const Arguments &arguments) {
                           (likely.empty() ? "" : "; did you mean \"" + likely + "\"?"));
   }
   report(output, wanted);
+  return Success;
+}
+
+ExitStatus show_model(const Output &output, const Arguments &arguments) {
+  const std::string &format = arguments.format;
+  if (output.json()) throw UsageError("the model is not written in JSON; kovactl list --json is");
+  if (format == "xml")
+    output.print_document(device_type_document());
+  else if (format == "markdown")
+    output.print_document(markdown_page());
+  else if (format == "csv") {
+    start_agent(output);
+    const std::string everything;
+    const Reading reading = get_values(std::span(&everything, 1));
+    output.print_document(csv_table(reading));
+    return complain(output, reading.faults);
+  } else
+    throw UsageError("--format must be xml, csv or markdown; see kovactl model --help");
   return Success;
 }
 

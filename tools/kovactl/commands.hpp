@@ -20,7 +20,7 @@ struct Arguments {
 
   std::vector<std::string> names;       // paths or keys
   std::vector<std::string> assignments; // NAME=VALUE
-  std::string prefix;
+  std::string prefix, format;
   std::string account; // of the web interface
   std::optional<std::string> request_file;
   bool with_log = false, with_tests = false, paths_only = false, writable_only = false, lists_only = false;
@@ -40,6 +40,7 @@ Command on_agent(const Command &command);
 ExitStatus get(const Output &output, const Arguments &arguments);
 ExitStatus set(const Output &output, const Arguments &arguments);
 ExitStatus list(const Output &output, const Arguments &arguments);
+ExitStatus show_model(const Output &output, const Arguments &arguments);
 // Adds or deletes the row of a list that the path names.
 Command row_command(RowChange (*change)(const std::string &));
 // Acts on the device, if there is something to do, and shows its status.

@@ -6,7 +6,7 @@ _kovactl() {
   for ((i = 1; i < COMP_CWORD; i++)); do
     word=${COMP_WORDS[i]}
     case $word in
-      --device | --file | --timeout | --tail | --section | -s) ((i++)) ;;
+      --device | --file | --format | --timeout | --tail | --section | -s) ((i++)) ;;
       -*) ;;
       *)
         if [[ -z $command ]]; then
@@ -26,12 +26,17 @@ _kovactl() {
     compopt -o default 2>/dev/null
     return
   fi
+  if [[ ${COMP_WORDS[COMP_CWORD - 1]} == --format ]]; then
+    COMPREPLY=($(compgen -W "xml csv markdown" -- "$cur"))
+    return
+  fi
   if [[ $cur == -* ]]; then
     local options="--json --secondary --device --help"
     case $command in
       '') options+=" --version" ;;
       set) options+=" --file --log --wait --timeout" ;;
       list) options+=" --writable --lists --paths" ;;
+      model) options+=" --format" ;;
       add | delete) options+=" --log" ;;
       log) options+=" --tail --follow" ;;
       nvram) options+=" --section" ;;
@@ -41,7 +46,7 @@ _kovactl() {
   fi
 
   case $command in
-    '') COMPREPLY=($(compgen -W "get set add delete list settings device log nvram tree login completion" -- "$cur")) ;;
+    '') COMPREPLY=($(compgen -W "get set add delete list model settings device log nvram tree login completion" -- "$cur")) ;;
     settings) [[ -n $sub ]] || COMPREPLY=($(compgen -W "backup restore" -- "$cur")) ;;
     login) [[ -n $sub ]] || COMPREPLY=($(compgen -W "admin user" -- "$cur")) ;;
     device) [[ -n $sub ]] || COMPREPLY=($(compgen -W "up down reset status" -- "$cur")) ;;

@@ -138,6 +138,10 @@ private:
     list_command->add_flag("--lists", arguments_.lists_only, "Only lists, whose rows can be many");
     list_command->add_flag("--paths", arguments_.paths_only,
                            "Only what may follow PREFIX, one level: for completion");
+    add(app_, "model", "Write the supported data model as a document", show_model)
+        ->add_option("--format", arguments_.format,
+                     "xml: device type document, csv: with the device's values, markdown: reference page")
+        ->type_name("xml|csv|markdown");
   }
 
   void add_settings() {

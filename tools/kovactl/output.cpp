@@ -137,6 +137,18 @@ void Output::print_wide(const Table &table) const {
   write(results_, table, true);
 }
 
+void Output::print_document(std::string_view text) const {
+  while (!text.empty()) {
+    const size_t end = std::min(text.find('\n'), text.size() - 1) + 1;
+    const std::string_view line = text.substr(0, end);
+    text.remove_prefix(end);
+    if (results_.escaped && line.ends_with('\n'))
+      results_.out << escaped(line.substr(0, line.size() - 1)) << '\n';
+    else
+      results_.out << (results_.escaped ? escaped(line) : line);
+  }
+}
+
 void Output::complain(const Table &table) const {
   write(messages_, table);
 }

@@ -38,6 +38,8 @@ public:
   void print(const Table &table) const;
   // Where a terminal is too narrow for a row, its first cell stands alone and the others below it.
   void print_wide(const Table &table) const;
+  // A document, as it is.
+  void print_document(std::string_view text) const;
   // For a person, who must not take it for a result.
   void complain(const Table &table) const;
   void note(std::string_view text) const;

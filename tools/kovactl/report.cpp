@@ -162,13 +162,17 @@ void show(const Output &output, const Setting &setting, const Aftermath &afterma
 } // namespace
 
 ExitStatus report(const Output &output, const Reading &reading) {
-  if (output.json())
-    output.print(as_json(reading));
-  else {
+  if (!output.json()) {
     output.print(as_table(reading.values));
-    output.complain(as_table(reading.faults));
+    return complain(output, reading.faults);
   }
+  output.print(as_json(reading));
   return reading.faults.empty() ? Success : Failure;
+}
+
+ExitStatus complain(const Output &output, std::span<const Fault> faults) {
+  output.complain(as_table(faults));
+  return faults.empty() ? Success : Failure;
 }
 
 ExitStatus report(const Output &output, const Setting &setting, const Aftermath &aftermath) {

@@ -13,6 +13,8 @@
 namespace kova::ctl {
 
 ExitStatus report(const Output &output, const Reading &reading);
+// For a person: what went wrong, if anything. The status tells whether it did.
+ExitStatus complain(const Output &output, std::span<const Fault> faults);
 
 // What came of a request, beside the values that were stored.
 struct Aftermath {

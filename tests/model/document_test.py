@@ -1,0 +1,200 @@
+#!/usr/bin/env python3
+"""The documents of `kovactl model` as other programs read them, against what `kovactl list` and `get` say.
+
+usage: document_test.py KOVACTL PAGE [unittest arguments]
+"""
+import csv
+import io
+import json
+import os
+import re
+import subprocess
+import sys
+import tempfile
+import unittest
+import uuid
+import xml.etree.ElementTree
+from collections import defaultdict
+from pathlib import Path
+
+KOVACTL, PAGE = sys.argv[1], Path(sys.argv[2])
+SCHEMA = Path(__file__).resolve().parent / "schema"
+NUMBER = re.compile(r"(?<=\.)\d+(?=\.)")
+
+
+def run(*words, status=0):
+    result = subprocess.run([KOVACTL, *words], capture_output=True)
+    assert result.returncode == status, result.stderr.decode()
+    return result.stdout.decode()
+
+
+def answer(*words):
+    return json.loads(run("--json", *words))
+
+
+def owner(path):
+    """The object of a parameter."""
+    return path[: path.rindex(".") + 1]
+
+
+def parent(path):
+    """The object in which an object is; a number is part of it."""
+    return re.sub(r"[^.]+\.(\{i\}\.|\d+\.)?$", "", path)
+
+
+class Document(unittest.TestCase):
+    maxDiff = None
+
+    def setUp(self):
+        scratch = tempfile.TemporaryDirectory(prefix="kova-model-")
+        self.addCleanup(scratch.cleanup)
+        self.device = Path(scratch.name) / "device"
+        os.environ.update(KOVA_DEVICE=str(self.device), KOVA_FEED="off")
+        self.listed = answer("list")
+        # By object, instances as one; each with the paths that it has on the device.
+        self.parameters, self.instances = {}, defaultdict(set)
+        for one in self.listed:
+            self.parameters.setdefault(NUMBER.sub("{i}", one["path"]), one)
+            path = owner(one["path"])
+            while path:
+                self.instances[NUMBER.sub("{i}", path)].add(path)
+                path = parent(path)
+
+
+class Xml(Document):
+    def setUp(self):
+        super().setUp()
+        self.text = run("model", "--format", "xml")
+        self.document = xml.etree.ElementTree.fromstring(self.text)
+        self.objects = self.document.findall("model/object")
+
+    def test_is_valid_and_needs_no_device(self):
+        environment = {**os.environ, "XML_CATALOG_FILES": (SCHEMA / "catalog.xml").as_uri()}
+        result = subprocess.run(
+            ["xmllint", "--nonet", "--noout", "--schema", SCHEMA / "cwmp-devicetype-1-5.xsd", "-"],
+            input=self.text, text=True, capture_output=True, env=environment)
+        self.assertEqual(result.returncode, 0, result.stderr)
+        self.assertFalse(self.device.exists())
+
+    def test_has_every_parameter_once(self):
+        found = {}
+        for entry in self.objects:
+            for parameter in entry.findall("parameter"):
+                path = entry.get("ref") + parameter.get("ref")
+                self.assertNotIn(path, found)
+                syntax = list(parameter.find("syntax"))
+                type_name = syntax[0].get("ref", syntax[0].tag)
+                self.assertEqual([item.tag for item in syntax[1:]], ["string"] if type_name == "list" else [])
+                found[path] = (type_name, parameter.get("access"), parameter.findtext("annotation"))
+        self.assertEqual(found.keys(), self.parameters.keys())
+        for path, (type_name, access, annotation) in found.items():
+            expected = self.parameters[path]
+            self.assertEqual((type_name, access), (expected["type"], expected["access"]), path)
+            self.assertTrue(annotation.startswith(expected["meaning"]), path)
+            self.assertIn(expected["unit"], annotation)
+
+    def test_has_every_object_once_behind_its_parent(self):
+        seen = [""]
+        writable_lists = [owner(one["path"]) for one in answer("list", "--lists", "--writable")]
+        for entry in self.objects:
+            path = entry.get("ref")
+            self.assertIn(parent(path), seen)
+            seen.append(path)
+            instances = self.instances[path]
+            entries = str(len(instances) // len(self.instances.get(parent(path), [""])))
+            bounds = ("0", "unbounded") if any("{i}" in one for one in instances) else (entries, entries)
+            self.assertEqual((entry.get("minEntries"), entry.get("maxEntries")), bounds, path)
+            self.assertEqual(entry.get("access"),
+                             "createDelete" if instances & set(writable_lists) else "readOnly", path)
+        self.assertEqual(sorted(seen[1:]), sorted(self.instances))
+
+    def test_is_named_by_its_own_text(self):
+        given = self.document.get("uuid")
+        self.assertEqual(given, str(uuid.uuid5(uuid.NAMESPACE_URL, self.text.replace(given, str(uuid.UUID(int=0))))))
+
+
+class Csv(Document):
+    def setUp(self):
+        super().setUp()
+        self.addCleanup(run, "device", "down")
+
+    def table(self):
+        rows = list(csv.DictReader(io.StringIO(run("model", "--format", "csv"), newline="")))
+        self.assertEqual(list(rows[0]), ["Parameter", "Object", "Writable", "Value", "Value type"])
+        paths = [row["Parameter"] for row in rows]
+        self.assertEqual(paths, sorted(set(paths)))
+        return {row["Parameter"]: row for row in rows}
+
+    def test_shows_the_device(self):
+        run("nvram", "set", 'static_route_key=a "quoted", row;of two\r\nlines', "ROUTEHOPS_HOPHOST=;2")
+        before, rows, after = answer("get", ""), self.table(), answer("get", "")
+        values = {one["path"]: one["value"] for one in before["parameters"]}
+        types = {one["path"]: one["type"] for one in before["parameters"]}
+        steady = {one["path"] for one in after["parameters"] if one["value"] == values[one["path"]]}
+        self.assertGreater(len(steady), len(values) - 10)  # others count on
+        self.assertEqual({path for path, row in rows.items() if row["Object"] == "false"}, set(values))
+        for path in values:
+            if path in steady:
+                self.assertEqual(rows[path]["Value"], values[path], path)
+            plain = types[path] not in ("IPAddress", "MACAddress", "list")
+            self.assertEqual(rows[path]["Value type"], "xsd:" + (types[path] if plain else "string"), path)
+            access = self.parameters[NUMBER.sub("{i}", path)]["access"]
+            self.assertEqual(rows[path]["Writable"], "true" if access == "readWrite" else "false", path)
+
+    def test_shows_objects_and_rows(self):
+        run("nvram", "set", "static_route_key=one;two", "ROUTEHOPS_HOPHOST=hop")
+        rows = self.table()
+        writable = {path for path, row in rows.items() if row["Object"] == "true" and row["Writable"] == "true"}
+        lists = {owner(one["path"])[: -len(".{i}.")] for one in answer("list", "--lists", "--writable")}
+        self.assertLessEqual(lists, writable)
+        routes = "InternetGatewayDevice.Layer3Forwarding.X_KOVA_Route."
+        self.assertLessEqual({routes + "1", routes + "2"}, writable)
+        self.assertTrue(all(path in lists or owner(path)[:-1] in lists for path in writable), writable)
+        self.assertEqual(rows["InternetGatewayDevice.TraceRouteDiagnostics.RouteHops.1"]["Object"], "true")
+        for path, row in rows.items():
+            self.assertIn(row["Object"], ("true", "false"))
+            if path != "InternetGatewayDevice":
+                self.assertEqual(rows[owner(path)[:-1]]["Object"], "true", path)
+            if row["Object"] == "true":
+                self.assertEqual(row["Value"] + row["Value type"], "", path)
+
+    def test_leaves_empty_what_cannot_be_read(self):
+        path = "InternetGatewayDevice.ManagementServer.X_KOVA_Interface"
+        run("nvram", "set", "TR_IF_TYPE=carrier_pigeon")
+        result = subprocess.run([KOVACTL, "model", "--format", "csv"], capture_output=True, text=True)
+        self.assertEqual(result.returncode, 1)
+        self.assertIn(path + ",false,false,,xsd:string\n", result.stdout)
+        self.assertRegex(result.stderr, "^9002 .*" + path)
+
+    def test_acts_for_the_secondary_instance(self):
+        path = "InternetGatewayDevice.IPPingDiagnostics.Host"
+        run("--secondary", "set", path + "=192.0.2.2")
+        self.assertIn(path + ",false,true,192.0.2.2,xsd:string\n", run("--secondary", "model", "--format", "csv"))
+
+
+class Page(Document):
+    def test_is_in_step(self):
+        page = run("model", "--format", "markdown")
+        self.assertEqual(PAGE.read_text(), page,
+                         "The page is behind. Write it anew: kovactl model --format markdown > docs/parameters.md")
+        self.assertFalse(self.device.exists())
+
+    def test_leads_to_every_parameter(self):
+        page, shown, heading, anchors = PAGE.read_text(), [], "", []
+        for line in page.splitlines():
+            if title := re.fullmatch(r"##+ (.*)", line):
+                heading = title[1]
+                anchors.append(re.sub(r"[^\w -]", "", heading.lower()).replace(" ", "-"))
+            elif name := re.match(r"\| `(\w+)`", line):
+                shown.append(heading + name[1])
+                cells = re.split(r"(?<!\\)\|", line)[2:-1]
+                expected = self.parameters[shown[-1]]
+                self.assertEqual([cell.strip() for cell in cells[:3]],
+                                 [expected["type"], expected["access"], expected["unit"]], shown[-1])
+        self.assertEqual(sorted(shown), sorted(self.parameters))
+        self.assertEqual(len(anchors), len(set(anchors)))
+        self.assertEqual(re.findall(r"\]\(#([^)]*)\)", page), anchors[1:])  # of all but the contents
+
+
+if __name__ == "__main__":
+    unittest.main(argv=sys.argv[:1] + sys.argv[3:])

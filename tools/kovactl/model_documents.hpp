@@ -1,0 +1,19 @@
+// The supported data model as documents that others read.
+#pragma once
+
+#include "kovactl/request.hpp"
+
+#include <string>
+
+namespace kova::ctl {
+
+// What the Broadband Forum calls a device type (DT) document.
+std::string device_type_document();
+
+// The reference page.
+std::string markdown_page();
+
+// Objects and parameters of a device, with the values that were read of everything; one that could not be read is empty.
+std::string csv_table(const Reading &everything);
+
+} // namespace kova::ctl
