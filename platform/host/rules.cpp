@@ -147,10 +147,10 @@ constexpr Row rows[] = {
     {management,     24, optional_text},                                         // cloud key
     {management,     25, optional_text},                                         // nick name
     {management,     49, optional_text},                                         // registration with spectrum access
-    {management,     50, SignedNumber{-137, 47}},                                      // granted EIRP, dBm/MHz
+    {management,     50, SignedNumber{-137, 47}},                                // granted EIRP, dBm/MHz
     {management,     51, number(0, 7000000000)},                                 // granted frequencies, Hz: from
     {management,     52, number(0, 7000000000)},                                 // to
-    {management,     53, SignedNumber{-137, 47}},                                      // granted power density, dBm/MHz
+    {management,     53, SignedNumber{-137, 47}},                                // granted power density, dBm/MHz
     {management,     54, OneOf{"0 1 2", bad_value}},                             // single or multiple registration step
     {management,     55, optional_text},                                         // expiry of the transmission
 
