@@ -201,8 +201,10 @@ TEST(Rules, SnmpCredentialsAndSpectrumAccess) {
   expect(-2, snmp, 2, {"a b", "a;b"});
   expect(0, snmp, 4, {"12345678"});
   expect(-1, snmp, 4, {"1234567"});
-  expect(0, host, 1, {"192.0.2.1", "host.example.com"});
+  expect(0, host, 1, {"192.0.2.1", "host.example.com", "127.0.0.1", "::1", "2001:db8::1"});
   expect(-1, host, 1, {""});
+  expect(-2, host, 1, {"192.0.2.256"});
+  expect(-3, host, 1, {"192.0.2", "a host", "-c", "fe80::1%br0"});
   for (const int item : {50, 53}) {
     expect(0, management, item, {"-137", "20", "47"});
     expect(-1, management, item, {""});
