@@ -2,6 +2,7 @@
 #include "platform/host/address_kinds.hpp"
 #include "platform/host/characters.hpp"
 #include "platform/host/composed_kinds.hpp"
+#include "platform/host/ipv6.hpp"
 #include "platform/host/rule_kinds.hpp"
 #include "platform/nvram.h"
 
@@ -61,10 +62,18 @@ struct SignedNumber {
   }
 };
 
+// Where a diagnostics test can be led: to an address of either family, this device's own too, or to a name.
+struct TestHost {
+  int judge(std::string_view value) const {
+    const bool is_address = parse_ipv6(value) || DottedQuad{}.judge(value) == accepted;
+    return is_address ? accepted : ServerAddressOrName{}.judge(value);
+  }
+};
+
 using Rule =
     std::variant<Number, OneOf, Text, WpaPassPhrase, Ipv4Address, Ipv4Netmask, ServerAddressOrName, WebUrl,
                  TimeZone, MacAddress, DottedQuad, RouteDestination, RouteNetmask, AccessHost, Sized<Text>,
-                 Sized<Number>, Sized<AnyServer>, Optional<OneOf>, Credential, SignedNumber>;
+                 Sized<Number>, Sized<AnyServer>, Optional<OneOf>, Credential, SignedNumber, TestHost>;
 
 struct Row {
   Group group;
@@ -147,10 +156,10 @@ constexpr Row rows[] = {
     {management,     24, optional_text},                                         // cloud key
     {management,     25, optional_text},                                         // nick name
     {management,     49, optional_text},                                         // registration with spectrum access
-    {management,     50, SignedNumber{-137, 47}},                                      // granted EIRP, dBm/MHz
+    {management,     50, SignedNumber{-137, 47}},                                // granted EIRP, dBm/MHz
     {management,     51, number(0, 7000000000)},                                 // granted frequencies, Hz: from
     {management,     52, number(0, 7000000000)},                                 // to
-    {management,     53, SignedNumber{-137, 47}},                                      // granted power density, dBm/MHz
+    {management,     53, SignedNumber{-137, 47}},                                // granted power density, dBm/MHz
     {management,     54, OneOf{"0 1 2", bad_value}},                             // single or multiple registration step
     {management,     55, optional_text},                                         // expiry of the transmission
 
@@ -241,7 +250,7 @@ constexpr Row rows[] = {
 
     {speed_dial,      0, OneOf{"1 2 3 4 5 6 7 8 9 10 11 12 13 14 15 16", bad_value}}, // in one spelling: no "07"
     {speed_dial,      1, Text{1, 27, dialled_character, bad_value}},             // 27: rows of up to 63 stay whole
-    {diagnostics_host, 1, ServerAddressOrName{}},
+    {diagnostics_host, 1, TestHost{}},
 
     {snmp,            0, zero_or_one},                                           // on
     {snmp,            2, Credential{1}},                                         // user

@@ -98,8 +98,7 @@ using namespace kova::sas;
 
 int sasGetTr069cbsdSerialNumber(char *buf, unsigned int buflen) {
   const Text serial = load(Section::runtime, "CACHE_SN");
-  answer(serial, buf, buflen);
-  return serial.empty() ? -1 : 0;
+  return answer(serial, buf, buflen) == 0 && !serial.empty() ? 0 : -1;
 }
 
 #define IN_SECTION(section, getter, setter, key, item, allowed)                                              \

@@ -5,7 +5,7 @@
 
 namespace {
 
-constexpr int wifi = 1, lan = 3, time_settings = 4, management = 7, operation_mode = 9, dmz = 11,
+constexpr int wifi = 1, lan = 3, time_settings = 4, management = 7, operation_mode = 9, dmz = 11, snmp = 24,
               data_link = 30, sip_alg = 31, web_service = 41;
 
 TEST(Rules, LanAddressesAndPool) {
@@ -121,8 +121,12 @@ TEST(Rules, SwitchesNumbersAndTextsOfTheManagementServer) {
   const struct {
     int group;
     std::initializer_list<int> items;
-  } switches[] = {
-      {management, {5, 14, 21, 23}}, {time_settings, {8}}, {dmz, {1}}, {sip_alg, {1}}, {web_service, {2}}};
+  } switches[] = {{management, {5, 14, 21, 23}},
+                  {time_settings, {8}},
+                  {dmz, {1}},
+                  {sip_alg, {1}},
+                  {web_service, {2}},
+                  {snmp, {0}}};
   for (const auto &[group, items] : switches)
     for (const int item : items) {
       expect(0, group, item, {"0", "1"});
@@ -137,6 +141,8 @@ TEST(Rules, SwitchesNumbersAndTextsOfTheManagementServer) {
                  {management, 16, "1", "0", "65535", "65536"},
                  {management, 19, "0", "-1", "4294967295", "4294967296"},
                  {management, 20, "0", "-1", "4294967295", "4294967296"},
+                 {management, 51, "0", "-1", "7000000000", "7000000001"},
+                 {management, 52, "0", "-1", "7000000000", "7000000001"},
                  {web_service, 1, "1", "0", "65535", "65536"},
                  {time_settings, 11, "1", "0", "6", "7"},
                  {time_settings, 12, "0", "-1", "6", "7"},
@@ -150,7 +156,7 @@ TEST(Rules, SwitchesNumbersAndTextsOfTheManagementServer) {
     expect(-2, number.group, number.item, {number.before, number.after, "1s", "+1", "99999999999999999999"});
   }
   const std::string longest(255, 'u');
-  for (const int item : {3, 4, 7, 8, 17, 18, 22, 24, 25}) {
+  for (const int item : {3, 4, 7, 8, 17, 18, 22, 24, 25, 49, 55}) {
     expect(0, management, item, {"", "user@realm", "p&ss w0rd", longest});
     expect(-2, management, item, {longest + "u", "two\nlines", "caf\xe9"});
   }
@@ -189,17 +195,24 @@ TEST(Rules, UnknownPairsAreRefusedAloud) {
 }
 
 TEST(Rules, SnmpCredentialsAndSpectrumAccess) {
-  constexpr int snmp = 24, host = 21;
+  constexpr int host = 21;
   expect(0, snmp, 2, {"m", std::string(32, 'm')});
   expect(-1, snmp, 2, {"", std::string(33, 'm')});
   expect(-2, snmp, 2, {"a b", "a;b"});
   expect(0, snmp, 4, {"12345678"});
   expect(-1, snmp, 4, {"1234567"});
-  expect(0, host, 1, {"192.0.2.1", "host.example.com"});
-  expect(0, management, 50, {"-137", "20", "47"});
-  expect(-2, management, 50, {"48", "x"});
-  expect(0, management, 51, {"3550000000"});
-  expect(-2, management, 54, {"3"});
+  expect(0, host, 1, {"192.0.2.1", "host.example.com", "127.0.0.1", "::1", "2001:db8::1"});
+  expect(-1, host, 1, {""});
+  expect(-2, host, 1, {"192.0.2.256"});
+  expect(-3, host, 1, {"192.0.2", "a host", "-c", "fe80::1%br0"});
+  for (const int item : {50, 53}) {
+    expect(0, management, item, {"-137", "20", "47"});
+    expect(-1, management, item, {""});
+    expect(-2, management, item, {"-138", "48", "x", "1.5", "+1"});
+  }
+  expect(0, management, 54, {"0", "2"});
+  expect(-1, management, 54, {""});
+  expect(-2, management, 54, {"3", "01"});
 }
 
 } // namespace

@@ -11,53 +11,63 @@ namespace {
 class Accounts : public fake::Test {};
 
 TEST_F(Accounts, ThePasswordPolicyNamesItsFirstObjection) {
-  const std::pair<const char *, const char *> cases[] = {
-      {"Passw0rd!", ""},
-      {"Passw 0rd", ""}, // an inner blank is a symbol
-      {"P\x7f", "require chars of ascii table are inbetween 32 and 126"},
-      {"P\xc3\xa4", "require chars of ascii table are inbetween 32 and 126"},
-      {"Password!", "require at least one digit number\n"},
-      {"passw0rd!", "require at least one upper case char\n"},
-      {"PASSW0RD!", "require at least one lowerr case char\n"},
-      {"Passw0rd! ", "no space is allowed\n"},
-      {" Passw0rd!", "no space is allowed\n"},
-      {"Passw0rd", "require at least one symbol"},
-      {"Passw0rd:", "Found invalid character\n"},
-      {"Passw0rd%!", "Found invalid character\n"}};
-  for (const auto &[password, objection] : cases) {
+  const std::string digit = "[passwdCheckDigit] digit:0\n", upper = "[passwdCheckUppercase] uppercase:B\n",
+                    lower = "[passwdCheckLowercase] lowercase:a\n", policy = "[mod_check_password] ";
+  // What is said of a password; those that are refused would mostly fail the later rules too.
+  const std::pair<const char *, Strings> cases[] = {
+      {"aB 0!", {digit, upper, lower, "[passwdCheckPunctuationCharacter] punctuation_character:!\n"}},
+      {"aB 0", {digit, upper, lower, "[passwdCheckInnerSpace] password has space\n"}}, // a symbol, too
+      {" \x7f",
+       {"[passwdCheckASCII] invalidASCII:\x7f\n",
+        policy + "require chars of ascii table are inbetween 32 and 126"}},
+      {" ", {policy + "require at least one digit number\n"}},
+      {"0 ", {digit, policy + "require at least one upper case char\n"}},
+      {"0B ", {digit, upper, policy + "require at least one lowerr case char\n"}},
+      {" aB0",
+       {digit, upper, lower, "[passwdCheckSpace] The first character is space\n",
+        policy + "no space is allowed\n"}},
+      {"aB0 ",
+       {digit, upper, lower, "[passwdCheckSpace] The last character is space\n",
+        policy + "no space is allowed\n"}},
+      {"aB0", {digit, upper, lower, policy + "require at least one symbol"}},
+      {"aB 0:",
+       {digit, upper, lower, "[passwdCheckPunctuationCharacter] punctuation_character::\n",
+        "[passwdCheckInvalidCharacter] invalid_character::\n", policy + "Found invalid character\n"}}};
+  for (const auto &[password, said] : cases) {
     SCOPED_TRACE(password);
     platform.done.clear();
-    EXPECT_EQ(mod_check_password(password), *objection == '\0' ? 0 : -1);
-    const std::string line = "console [mod_check_password] " + std::string(objection);
-    bool said = false;
-    for (const std::string &entry : platform.done)
-      said = said || entry == line;
-    EXPECT_EQ(said, *objection != '\0');
+    const bool refused = said.back().starts_with(policy);
+    EXPECT_EQ(mod_check_password(password), refused ? -1 : 0);
+    Strings expected;
+    for (const std::string &line : said)
+      expected.push_back("console " + line);
+    if (said.back() == policy + "no space is allowed\n") expected.emplace_back("event 170 2 6");
+    EXPECT_EQ(platform.done, expected);
   }
+  std::string invalid;
+  for (char c = ' '; c <= '~'; ++c)
+    if (mod_check_password((std::string("aB0!") + c + "x").c_str()) != 0) invalid += c;
+  EXPECT_EQ(invalid, "\"%&'+,:;<>?\\");
+
   platform.done.clear();
-  EXPECT_EQ(passwdCheckDigit("a5b6"), 1);
-  EXPECT_EQ(passwdCheckSpace(" "), 1);
-  EXPECT_EQ(passwdCheckInnerSpace("a b"), 1);
-  EXPECT_EQ(passwdCheckUppercase(nullptr), -1);
-  EXPECT_EQ(platform.done, (Strings{"console [passwdCheckDigit] digit:5\n",
-                                    "console [passwdCheckSpace] password has space\n",
-                                    "console [passwdCheckInnerSpace] password has space\n",
-                                    "console [passwdCheckUppercase] illegal parameter\n"}));
-  EXPECT_EQ(passwdCheckInnerSpace("a "), 0);
-  EXPECT_EQ(passwdCheckASCII("ok"), 1);
-  EXPECT_EQ(passwdCheckASCII("\n"), 0);
+  EXPECT_EQ(passwdCheckSpace("\t") + passwdCheckSpace("a\n"), 2);
+  EXPECT_EQ(passwdCheckASCII(nullptr), -1);
+  EXPECT_EQ(platform.done[0] + platform.done[2], "console [passwdCheckSpace] password has space\n"
+                                                 "console [passwdCheckASCII] illegal parameter\n");
+  EXPECT_EQ(passwdCheckInnerSpace(" ab ") + passwdCheckInnerSpace(" "), 0);
 }
 
 TEST_F(Accounts, PasswordsAreStoredAsSaltedHashes) {
   EXPECT_EQ(kovaSetAdminPassword(nullptr), -1);
   EXPECT_EQ(kovaSetAdminPassword("a<b"), -1);
+  EXPECT_EQ(kovaSetUserPassword(nullptr), -1);
   EXPECT_EQ(kovaSetUserPassword("weak"), -1);
   EXPECT_EQ(platform.done.back(), "console [kovaSetUserPassword] failed to verify soundess of password\n");
   platform.done.clear();
   EXPECT_EQ(kovaSetAdminPassword("weak"), 0); // no policy here
   EXPECT_EQ(platform.done, (Strings{"nvram 0 WebsPassword=hash(weak,salt)", "nvram 0 PswdSalt=salt"}));
-  const std::string longest = "Passw0rd!" + std::string(54, 'x');
-  EXPECT_EQ(kovaSetUserPassword((longest + "dropped").c_str()), 0);
+  const std::string longest = "Password!" + std::string(53, 'x') + "0";
+  EXPECT_EQ(kovaSetUserPassword((longest + ":dropped").c_str()), 0);
   EXPECT_EQ(platform.stored(0, "WebsPassword2"), "hash(" + longest.substr(0, 50) + ",salt)");
   EXPECT_EQ(platform.stored(0, "PswdSalt2"), "salt");
   EXPECT_EQ(get(kovaGetAdminPassword), "");
@@ -83,9 +93,10 @@ TEST_F(Accounts, SnmpCredentialsNeedTheService) {
     EXPECT_EQ(platform.done, (Strings{"nvram 0 " + key + "=1", started[0], started[1]}));
     platform.rule = [](int, const std::string &, int) { return -3; };
     EXPECT_EQ(set("1"), -1);
+    EXPECT_EQ(set(nullptr), -1);
     platform.rule = nullptr;
   }
-  EXPECT_EQ(get(kovaGetSNMPUserName), "1");
+  EXPECT_EQ(get(kovaGetSNMPEnable) + get(kovaGetSNMPUserName), "11");
   EXPECT_EQ(get(kovaGetSNMPPassword), " ");
 }
 
@@ -100,11 +111,18 @@ TEST_F(Accounts, TheWebLockTimeIsWholeSeconds) {
 }
 
 TEST_F(Accounts, DiagnosticsObjects) {
-  EXPECT_EQ(kovasetDiagnosticsHost("h"), 0);
-  EXPECT_EQ(platform.rules_asked, Strings{"21/1 h"});
+  platform.rule = [](int, const std::string &host, int) { return host.empty() ? -1 : 1; };
+  for (kova_setter *set : {kovasetDiagnosticsHost, kovasetTraceRouteDiagnosticsHost}) {
+    platform.rules_asked.clear();
+    EXPECT_EQ(set("h"), 0);
+    EXPECT_EQ(set(nullptr), -1);
+    EXPECT_EQ(platform.rules_asked, (Strings{"21/1 h", "21/1 "}));
+  }
   for (kova_setter *set : {kovasetIPingInterface, kovasetTraceRouteDiagnosticsInterface}) {
     EXPECT_EQ(set("lo"), 0);
     EXPECT_EQ(set(""), 0);
+    EXPECT_EQ(set(nullptr), 0);
+    EXPECT_EQ(set("InternetGatewayDevice.WANDevice.1.WANConnectionDevice.1.WANIPConnection.1"), 0);
     EXPECT_EQ(set("InternetGatewayDevice.LANDevice.1.LANHostConfigManagement.IPInterface.1"), 0);
     EXPECT_EQ(set("eth0"), -1);
   }
@@ -123,15 +141,26 @@ TEST_F(Accounts, TheWatchdogTakesAnythingButMarkup) {
     EXPECT_EQ(setTR069PingWatchdogEnable(value), 0);
     EXPECT_EQ(get(getTR069PingWatchdogEnable), stored) << value;
   }
-  EXPECT_EQ(setTR069PingWatchdogIPAddress("no address"), 0);
-  EXPECT_EQ(setTR069PingWatchdogIPAddress("(x)"), -1);
-  EXPECT_EQ(platform.stored(0, "pingWdIpAddress"), "no address");
-  EXPECT_EQ(setTR069PingWatchdogTimeout("1") + setTR069PingWatchdogCount("2") +
-                setTR069PingWatchdogFailureCountToReboot("3"),
-            0);
-  EXPECT_EQ(platform.stored(0, "pingWdTimeOut") + platform.stored(0, "pingWdCount") +
-                platform.stored(0, "pingWdRebootCount"),
-            "123");
+  EXPECT_EQ(setTR069PingWatchdogEnable("1("), -1);
+  struct {
+    kova_getter *get;
+    kova_setter *set;
+    const char *key;
+  } const settings[] = {{getTR069PingWatchdogIPAddress, setTR069PingWatchdogIPAddress, "pingWdIpAddress"},
+                        {getTR069PingWatchdogTimeout, setTR069PingWatchdogTimeout, "pingWdTimeOut"},
+                        {getTR069PingWatchdogCount, setTR069PingWatchdogCount, "pingWdCount"},
+                        {getTR069PingWatchdogFailureCountToReboot, setTR069PingWatchdogFailureCountToReboot,
+                         "pingWdRebootCount"}};
+  setSecondaryInstance(); // has the same watchdog
+  for (const auto &[getter, set, key] : settings) {
+    EXPECT_EQ(set(nullptr), 0);
+    EXPECT_EQ(platform.stored(0, key), "");
+    EXPECT_EQ(set("no address"), 0);
+    EXPECT_EQ(set("%3cx"), -1);
+    EXPECT_EQ(platform.stored(0, key), "no address");
+    EXPECT_EQ(get(getter), "no address");
+  }
+  EXPECT_TRUE(platform.rules_asked.empty());
 }
 
 } // namespace
