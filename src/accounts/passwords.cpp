@@ -54,9 +54,11 @@ int find_first(const char *helper, const char *text, bool (*is_wanted)(char), co
 
 int store_hash(const char *password, const char *hash_key, const char *salt_key, const char *whose) {
   const OwnedText salt(update_rand_char());
+  if (salt.writable() == nullptr) return -1;
   char hash[64] = {};
   constexpr int hash_size = 32;
   gen_weblogin_passwd(password, salt, static_cast<int>(std::strlen(salt)), hash, hash_size);
+  if (*hash == '\0') return -1; // an empty hash would lock the account
   store(Section::config, hash_key, hash);
   store(Section::config, salt_key, salt);
   dbg_trace("[TR069] Set %s password successfully\n", whose);

@@ -65,3 +65,9 @@ void sasSyslogMessage(const char *format, ...) {
   std::snprintf(command, sizeof command, "logger -p 5 -t easycwmpd \"%s\"", escaped);
   kova::run(command);
 }
+
+// Always terminated, unlike other getters: the path goes straight into a command line.
+int kovaGetUpgradeScript(char *buf, unsigned int buflen) {
+  if (buf != nullptr) std::snprintf(buf, buflen, "%s", "/etc/sysconfig/script/tr069_fwupdate.sh");
+  return 0;
+}

@@ -11,8 +11,9 @@ namespace kova::management {
 namespace {
 
 Rule rule(int item) {
-  return {7, item};
-} // the platform's rule group for the management server
+  constexpr int management_server = 7; // the platform's rule group
+  return {management_server, item};
+}
 
 int get(InstanceKey key, char *buf, unsigned int buflen) {
   return get_setting(Section::config, key.current(), buf, buflen);

@@ -108,8 +108,13 @@ bool is_full(const model::RowList &list, std::span<const std::string> rows) {
   return list.longest_text != 0 && used >= list.longest_text;
 }
 
-std::string refusal(const model::RowList &list, int code) {
-  return list.reason && code > 0 ? std::string(" is refused: ") + list.reason(code) : " is refused";
+Fault refused(const Assignment &assignment, const std::string &reason = "") {
+  return {assignment.path, FaultCode::InvalidValue,
+          quoted(assignment.value) + " is refused" + (reason.empty() ? "" : ": " + reason)};
+}
+
+std::string reason_of(const model::RowList &list, int code) {
+  return list.reason && code > 0 ? list.reason(code) : "";
 }
 
 std::optional<Fault> check_row(const model::RowName &row, const std::string &path) {
@@ -121,7 +126,8 @@ std::optional<Fault> check_row(const model::RowName &row, const std::string &pat
 // Phase 1: each value by itself. An accepted value is parked for the batch validation.
 std::vector<Fault> check_each(std::span<const Assignment> request) {
   std::vector<Fault> faults;
-  for (const auto &[path, value] : request) {
+  for (const Assignment &assignment : request) {
+    const auto &[path, value] = assignment;
     const model::Parameter *parameter = model::find(path);
     if (const auto row = model::row_at(path)) {
       if (auto fault = check_row(*row, path)) faults.push_back(std::move(*fault));
@@ -130,7 +136,7 @@ std::vector<Fault> check_each(std::span<const Assignment> request) {
     else if (!parameter->writable())
       faults.push_back({path, FaultCode::NotWritable, ""});
     else if (parameter->check && parameter->check.call(path.c_str(), value.c_str()) != 0)
-      faults.push_back({path, FaultCode::InvalidValue, quoted(value) + " is refused"});
+      faults.push_back(refused(assignment));
   }
   return faults;
 }
@@ -156,15 +162,11 @@ bool check_together(std::span<const Assignment> request, std::vector<Fault> &fau
 
 std::optional<Fault> store_one(const Assignment &assignment) {
   const auto &[path, value] = assignment;
-  std::string refused = " is refused";
-  int code = 0;
   if (const auto row = model::row_at(path)) {
-    code = row->list->set.call(row->index, value.c_str());
-    refused = refusal(*row->list, code);
-  } else
-    code = model::find(path)->set.call(value.c_str());
-  if (code == 0) return std::nullopt;
-  return Fault{path, FaultCode::InvalidValue, quoted(value) + refused};
+    const int code = row->list->set.call(row->index, value.c_str());
+    return code == 0 ? std::nullopt : std::optional(refused(assignment, reason_of(*row->list, code)));
+  }
+  return model::find(path)->set.call(value.c_str()) == 0 ? std::nullopt : std::optional(refused(assignment));
 }
 
 // Phase 3: stores in order, up to the first refusal.

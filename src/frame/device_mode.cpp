@@ -61,12 +61,6 @@ int _getOperationMode(void) {
   return operation_mode('2');
 }
 
-// Always terminated, unlike other getters: the path goes straight into a command line.
-int kovaGetUpgradeScript(char *buf, unsigned int buflen) {
-  if (buf != nullptr) std::snprintf(buf, buflen, "%s", "/etc/sysconfig/script/tr069_fwupdate.sh");
-  return 0;
-}
-
 int kovaGetTR069If(char *buf, unsigned int buflen) {
   const char *name = management_traffic_interface();
   return kova::answer(name, buf, buflen) == 0 && *name != '\0' ? 0 : -1;
