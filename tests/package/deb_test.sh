@@ -7,7 +7,7 @@ cmake=$1 cpack=$2 build=$3 source=$4 version=$5
 scratch=$(mktemp -d)
 root=$scratch/root
 export KOVA_DEVICE=$scratch/device KOVA_FEED=off
-trap '"$root/usr/bin/kovactl" device down >/dev/null 2>&1; rm -rf "$scratch"' EXIT
+trap '"$root/usr/bin/kovactl" device down >/dev/null 2>&1 || true; rm -rf "$scratch"' EXIT
 
 expect() { # expect WHAT EXPECTED ACTUAL
   [ "$2" = "$3" ] || { printf '%s: expected\n%s\nbut got\n%s\n' "$1" "$2" "$3"; exit 1; }
