@@ -11,7 +11,7 @@ cmake --build --preset release >/dev/null || cmake --build --preset release
 export PATH=$PWD/build/release/bin:$PATH
 KOVA_DEVICE=$(mktemp -d)
 export KOVA_DEVICE
-trap 'kovactl device down >/dev/null; rm -rf "$KOVA_DEVICE"' EXIT
+trap 'kovactl device down >/dev/null || true; rm -rf "$KOVA_DEVICE"' EXIT
 
 say() { printf '\n== %s\n' "$*"; }
 show() {

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Installs what is needed, then checks the format, builds the dev and the release presets and runs the tests of both, runs
-# the unit tests as a 32-bit big-endian program, and clang-tidy.
-#   scripts/test.sh [--quick]     --quick: without the last two
+# the unit tests as a 32-bit big-endian program, compiles the library for 32-bit big-endian ARM, and runs clang-tidy.
+#   scripts/test.sh [--quick]     --quick: without the last three
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -20,4 +20,10 @@ for preset in "${presets[@]}"; do
   cmake --build --preset "$preset"
   ctest --preset "$preset" -j "$(nproc)"
 done
-$quick || scripts/tidy.sh
+! $quick || exit 0
+
+cmake --preset armeb >/dev/null
+cmake --build --preset armeb
+find build/armeb/src -name '*.o' -exec readelf -h {} + | sed -n 's/^ *\(Class\|Data\|Machine\): *//p' | LC_ALL=C sort -u |
+  diff - <(printf '%s\n' "2's complement, big endian" ARM ELF32)
+scripts/tidy.sh

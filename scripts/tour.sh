@@ -6,7 +6,7 @@ cd "$(dirname "$0")/.."
 export PATH=$PWD/build/release/bin:$PATH
 scratch=$(mktemp -d)
 export KOVA_DEVICE=$scratch/device
-trap 'kovactl device down >/dev/null 2>&1; rm -rf "$scratch"' EXIT
+trap 'kovactl device down >/dev/null 2>&1 || true; rm -rf "$scratch"' EXIT
 
 tour() {
   while IFS= read -r command; do

@@ -1,0 +1,8 @@
+# Run by cpack on what it packs: the umask of whoever builds a package is no concern of its directories.
+file(GLOB_RECURSE paths LIST_DIRECTORIES true ${CPACK_TEMPORARY_DIRECTORY}/*)
+foreach(path IN LISTS paths)
+  if(IS_DIRECTORY ${path})
+    file(CHMOD ${path} PERMISSIONS
+      OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
+  endif()
+endforeach()
