@@ -15,7 +15,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr int runtime_section = 9;
+constexpr int configuration_section = 0, runtime_section = 9;
 
 bool reads_requested(const std::string &key) {
   std::array<char, 32> text{};
@@ -46,7 +46,8 @@ void ResultKeys::await_request() const {
 void ResultKeys::store(const Results &results, const std::string &state) const {
   std::vector<host::NvramEntry> entries;
   for (const auto &[key, value] : results)
-    entries.push_back({runtime_section, prefix_ + key, value});
+    entries.push_back(key == route_hosts ? host::NvramEntry{configuration_section, key, value}
+                                         : host::NvramEntry{runtime_section, prefix_ + key, value});
   entries.push_back({runtime_section, prefix_ + "STATE", state});
   host::nvram_store(entries);
 }
