@@ -10,8 +10,6 @@
 namespace kova::device {
 namespace {
 
-constexpr int persistent = 0, runtime = 9;
-
 // clang-format off
 constexpr Setting settings[] = {
     // LAN
@@ -104,7 +102,7 @@ constexpr Setting facts[] = {
 std::vector<host::NvramEntry> factory_settings() {
   std::vector<host::NvramEntry> entries;
   const auto add = [&entries](std::string key, std::string value) {
-    entries.push_back({persistent, std::move(key), std::move(value)});
+    entries.push_back({host::configuration_section, std::move(key), std::move(value)});
   };
   for (const std::span<const Setting> table :
        {std::span<const Setting>(settings), identity_settings(), system_settings(), firewall_settings(),
@@ -160,7 +158,7 @@ std::vector<std::pair<std::string, std::string>> factory_tree() {
 std::vector<host::NvramEntry> runtime_facts() {
   std::vector<host::NvramEntry> entries;
   const auto add = [&entries](const char *key, std::string value) {
-    entries.push_back({runtime, key, std::move(value)});
+    entries.push_back({host::runtime_section, key, std::move(value)});
   };
   for (const std::span<const Setting> table : {std::span<const Setting>(facts), radio_facts()})
     for (const auto &[key, value] : table)

@@ -74,10 +74,8 @@ std::string posix_rule(const Changeover &changeover, int year) {
   return formatted(",M%d.%d.%d", changeover.month, (day - 1) / 7 + 1, changeover.weekday);
 }
 
-constexpr int configuration_section = 0;
-
 std::string stored(const std::string &key) {
-  return host::nvram_find(configuration_section, key).value_or("");
+  return host::nvram_find(host::configuration_section, key).value_or("");
 }
 
 Changeover stored_changeover(const std::string &prefix) {
@@ -104,7 +102,7 @@ void store_posix_zone() {
     saving = {stored_changeover("NTP_DST_START_"), stored_changeover("NTP_DST_END_")};
   const auto today = calendar::floor<calendar::days>(calendar::system_clock::now());
   const auto year = static_cast<int>(calendar::year_month_day(today).year());
-  const host::NvramEntry zone{configuration_section, "envTZ", posix_zone(stored("TZ"), saving, year)};
+  const host::NvramEntry zone{host::configuration_section, "envTZ", posix_zone(stored("TZ"), saving, year)};
   host::nvram_store({&zone, 1});
 }
 

@@ -55,8 +55,7 @@ private:
 
   // Only into the store of a device that is there and booted: a writing would bring a removed store back.
   void publish() const {
-    constexpr int runtime_section = 9;
-    if (host::nvram_find(runtime_section, "lte_data_state")) host::nvram_store(radio_.readings());
+    if (host::nvram_find(host::runtime_section, "lte_data_state")) host::nvram_store(radio_.readings());
   }
 
   device::Radio radio_{std::random_device{}()};

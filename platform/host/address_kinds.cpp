@@ -3,6 +3,7 @@
 #include "platform/host/characters.hpp"
 #include "platform/host/ipv4.hpp"
 #include "platform/host/ipv6.hpp"
+#include "platform/host/nvram_sections.hpp"
 #include "platform/nvram.h"
 
 namespace kova::host {
@@ -10,7 +11,6 @@ namespace kova::host {
 namespace {
 
 std::uint32_t stored_address(const char *key) {
-  constexpr int configuration_section = 0;
   char text[32] = "";
   nvram_bufget_string(configuration_section, key, text, sizeof text);
   return parse_quad(text).address;

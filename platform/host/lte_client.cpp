@@ -1,4 +1,5 @@
 // The LTE daemon's client. What the daemon's modem can do is a setting of the virtual device.
+#include "platform/host/nvram_sections.hpp"
 #include "platform/lte.h"
 #include "platform/nvram.h"
 
@@ -16,7 +17,6 @@ struct lted_client {
 
 namespace {
 
-constexpr int configuration_section = 0;
 constexpr const char *bands_key = "lte_supported_bands"; // band numbers, separated by commas
 
 bool add(RrcBandList &list, std::string_view piece) {
@@ -44,8 +44,8 @@ RrcBandList parse(std::string_view text) {
 
 // A device without bands has no modem, and so no daemon.
 lted_client *new_lted_client(void) {
-  const std::unique_ptr<char, decltype(&std::free)> text(nvram_bufget(configuration_section, bands_key),
-                                                         std::free);
+  const std::unique_ptr<char, decltype(&std::free)> text(
+      nvram_bufget(kova::host::configuration_section, bands_key), std::free);
   const RrcBandList bands = parse(text == nullptr ? "" : text.get());
   return bands.count == 0 ? nullptr : new (std::nothrow) lted_client{bands};
 }

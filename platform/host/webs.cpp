@@ -2,6 +2,7 @@
 #include "platform/webs.h"
 
 #include "platform/host/ipv4.hpp"
+#include "platform/host/nvram_sections.hpp"
 #include "platform/nvram.h"
 
 #include <charconv>
@@ -44,9 +45,8 @@ int number_of(std::string_view text) {
 }
 
 uint32_t stored_address(const char *key) {
-  constexpr int configuration_section = 0;
   char text[32] = "";
-  nvram_bufget_string(configuration_section, key, text, sizeof text);
+  nvram_bufget_string(kova::host::configuration_section, key, text, sizeof text);
   return parse_quad(text).address;
 }
 
