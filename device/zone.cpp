@@ -1,9 +1,9 @@
 #include "device/zone.hpp"
 
 #include "platform/host/nvram_admin.hpp"
+#include "platform/host/whole_number.hpp"
 
 #include <algorithm>
-#include <charconv>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -15,20 +15,13 @@ namespace calendar = std::chrono;
 
 constexpr int hour = 60; // minutes
 
-std::optional<int> number(std::string_view text) {
-  int value = 0;
-  const auto parsed = std::from_chars(text.data(), text.data() + text.size(), value);
-  if (parsed.ec != std::errc() || parsed.ptr != text.data() + text.size()) return std::nullopt;
-  return value;
-}
-
 // "001", "-08", "09:30", "-3:30", "+13:30" as minutes east of Greenwich.
 std::optional<int> minutes(std::string_view offset) {
   const bool west = offset.starts_with('-');
   if (west || offset.starts_with('+')) offset.remove_prefix(1);
   const std::size_t colon = offset.find(':');
-  const auto hours = number(offset.substr(0, colon));
-  const auto rest = colon == std::string_view::npos ? 0 : number(offset.substr(colon + 1));
+  const auto hours = host::whole_number<int>(offset.substr(0, colon));
+  const auto rest = colon == std::string_view::npos ? 0 : host::whole_number<int>(offset.substr(colon + 1));
   if (!hours || !rest || *hours < 0 || *hours > 14 || *rest < 0 || *rest > 59) return std::nullopt;
   return (west ? -1 : 1) * (*hours * hour + *rest);
 }
@@ -79,7 +72,9 @@ std::string stored(const std::string &key) {
 }
 
 Changeover stored_changeover(const std::string &prefix) {
-  const auto part = [&prefix](const char *name) { return number(stored(prefix + name)).value_or(-1); };
+  const auto part = [&prefix](const char *name) {
+    return host::whole_number<int>(stored(prefix + name)).value_or(-1);
+  };
   return {part("M"), part("W"), part("D")};
 }
 
