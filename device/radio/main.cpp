@@ -1,6 +1,7 @@
 // The radio and rate feed of the virtual device: publishes, once a second, what the router's LTE daemon and its rate
 // sampler would.
 #include "device/background.hpp"
+#include "device/daemons.hpp"
 #include "device/error.hpp"
 #include "device/paths.hpp"
 #include "device/pid_file.hpp"
@@ -70,7 +71,7 @@ void tick(Feed &feed, std::string &complaint) {
     feed.tick();
     complaint.clear();
   } catch (const std::exception &error) {
-    if (complaint != error.what()) std::fprintf(stderr, "kova-radiod: %s\n", error.what());
+    if (complaint != error.what()) std::fprintf(stderr, "%s: %s\n", device::radio_feed.program, error.what());
     complaint = error.what();
   }
 }
@@ -85,7 +86,7 @@ int milliseconds_to_next_tick() {
 }
 
 void serve() {
-  const device::PidFile pid_file(device::run_dir() / "radiod.pid");
+  const device::PidFile pid_file(device::run_dir() / device::radio_feed.pid_file);
   if (chdir("/") != 0) device::fail("cannot enter /"); // keeps no directory of another's
   const device::Fd stop = device::end_signals();
   Feed feed;
@@ -101,5 +102,5 @@ void serve() {
 } // namespace
 
 int main(int argc, char **argv) {
-  return device::run_in_background("kova-radiod", argc, argv, serve);
+  return device::run_in_background(device::radio_feed.program, argc, argv, serve);
 }

@@ -1,6 +1,7 @@
 // The service daemon of the virtual device: accepts what agents ask of the device's services, logs it, and runs the
 // diagnostics tests.
 #include "device/background.hpp"
+#include "device/daemons.hpp"
 #include "device/error.hpp"
 #include "device/log.hpp"
 #include "device/paths.hpp"
@@ -74,7 +75,7 @@ device::Fd listen_on_socket() {
 }
 
 void serve() {
-  const device::PidFile pid_file(device::pid_file());
+  const device::PidFile pid_file(device::run_dir() / device::service_daemon.pid_file);
   const device::Fd signals = device::end_signals(), removal = removal_of_device();
   const device::Fd stop = device::any_readable({signals.get(), removal.get()});
   const device::Fd listener = listen_on_socket();
@@ -94,5 +95,5 @@ void serve() {
 } // namespace
 
 int main(int argc, char **argv) {
-  return device::run_in_background("kova-serviced", argc, argv, serve);
+  return device::run_in_background(device::service_daemon.program, argc, argv, serve);
 }
