@@ -9,6 +9,7 @@
 #include "device/serviced/any_readable.hpp"
 #include "device/serviced/running_tests.hpp"
 #include "device/serviced/server.hpp"
+#include "frame/channel.hpp"
 
 #include <nlohmann/json.hpp>
 #include <sys/inotify.h>
@@ -30,13 +31,13 @@ std::string hexadecimal(uint32_t number) {
 }
 
 void log_request(const device::Request &request) {
-  if (request.command == device::connect_announcement) return;
+  if (request.command == channel::connect_announcement) return;
   nlohmann::json record{{"kind", "service"},
                         {"pid", request.pid},
                         {"request", device::request_name(request.command)},
                         {"command", hexadecimal(request.command)},
                         {"payload", request.payload}};
-  if (request.destination_type != device::daemon_type) record["destination"] = request.destination_type;
+  if (request.destination_type != channel::daemon_type) record["destination"] = request.destination_type;
   if (request.word != 0) record["word"] = request.word;
   device::log_record(std::move(record));
 }
