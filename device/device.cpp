@@ -27,8 +27,6 @@ namespace fs = std::filesystem;
 namespace kova::device {
 namespace {
 
-constexpr int runtime_section = 9;
-
 // Marks in run/. Each is set when its step is complete, so that a step that was interrupted is taken again.
 fs::path created_mark() {
   return run_dir() / "created";
@@ -133,7 +131,7 @@ void create() {
 void boot() {
   stop_service();
   stop_feed();
-  host::nvram_clear_section(runtime_section);
+  host::nvram_clear_section(host::runtime_section);
   host::nvram_store(runtime_facts());
   store_posix_zone();
   lay_out_files();

@@ -1,6 +1,5 @@
 #include "device/factory.hpp"
 
-#include "device/factory_firewall.hpp"
 #include "device/factory_tables.hpp"
 #include "device/radio/radio.hpp"
 #include "device/routes.hpp"
@@ -10,8 +9,6 @@
 
 namespace kova::device {
 namespace {
-
-constexpr int persistent = 0, runtime = 9;
 
 // clang-format off
 constexpr Setting settings[] = {
@@ -47,10 +44,6 @@ constexpr Setting settings[] = {
     {"gre_type",             "0"},              // 0 layer 3, 1 layer 2
     {"internet_mtu",         "1500"},
     {"lte_mgmt_pdn",         "2,mgmt,ipv4"},    // profile, APN, type of the management bearer
-    // Management
-    {"TR_IF_TYPE",           "data_pdn"},       // bearer of the management traffic
-    {"TR_INFORM_INTERVAL",   "300"},            // seconds
-    {"S_TR_INFORM_INTERVAL", "300"},
     // WiFi radio
     {"Wifi_enable",          "1"},
     {"0_rfmode",             "BGN"},
@@ -109,10 +102,11 @@ constexpr Setting facts[] = {
 std::vector<host::NvramEntry> factory_settings() {
   std::vector<host::NvramEntry> entries;
   const auto add = [&entries](std::string key, std::string value) {
-    entries.push_back({persistent, std::move(key), std::move(value)});
+    entries.push_back({host::configuration_section, std::move(key), std::move(value)});
   };
   for (const std::span<const Setting> table :
-       {std::span<const Setting>(settings), identity_settings(), service_settings()})
+       {std::span<const Setting>(settings), identity_settings(), system_settings(), firewall_settings(),
+        telephone_settings(), access_settings()})
     for (const auto &[key, value] : table)
       add(key, value);
   for (const auto &[key, primary, secondary] : management_settings()) {
@@ -130,9 +124,6 @@ std::vector<host::NvramEntry> factory_settings() {
     add(number + "authalgo", network.cipher);
     add(number + "wpapass", network.passphrase);
   }
-  for (const auto &table : {firewall_settings(), telephone_settings(), access_settings()})
-    for (const auto &[key, value] : table)
-      add(key, value);
   return entries;
 }
 
@@ -167,7 +158,7 @@ std::vector<std::pair<std::string, std::string>> factory_tree() {
 std::vector<host::NvramEntry> runtime_facts() {
   std::vector<host::NvramEntry> entries;
   const auto add = [&entries](const char *key, std::string value) {
-    entries.push_back({runtime, key, std::move(value)});
+    entries.push_back({host::runtime_section, key, std::move(value)});
   };
   for (const std::span<const Setting> table : {std::span<const Setting>(facts), radio_facts()})
     for (const auto &[key, value] : table)

@@ -24,6 +24,7 @@ constexpr InstanceSetting management[] = {
     {"ACS_USER",      "021122-KV100-KV0000000042",        "021122-KV100-KV0000000042"},
     {"ACS_PASS",      "acs secret",                       "second acs secret"},
     {"INFORM_ENABLE", "1",                                "1"},
+    {"INFORM_INTERVAL", "300",                            "300"},  // seconds
     {"INFORM_TIME",   "0001-01-01T00:00:00Z",             "0001-01-01T00:00:00Z"},
     {"PARAMKEY",      "",                                 ""},
     {"CR_USER",       "acs",                              "acs2"},
@@ -44,7 +45,8 @@ constexpr InstanceSetting management[] = {
     {"NICKNAME",      "lab router",                       "lab router"},
 };
 
-constexpr Setting services[] = {
+constexpr Setting system[] = {
+    {"TR_IF_TYPE",             "data_pdn"},     // bearer of the management traffic
     {"TR_X_FINGERPRINTENABLE", "0"},
     {"TR_X_STUN_REALM",        "example.com"},
     {"/cwmp/loglevel",         "3"},
@@ -108,8 +110,8 @@ std::span<const Setting> identity_settings() {
 std::span<const InstanceSetting> management_settings() {
   return management;
 }
-std::span<const Setting> service_settings() {
-  return services;
+std::span<const Setting> system_settings() {
+  return system;
 }
 std::span<const Setting> cell_selection_leaves() {
   return cell_selection;

@@ -17,9 +17,6 @@ inline std::filesystem::path bin_dir() {
 inline std::filesystem::path log_dir() {
   return host::device_dir() / "log";
 }
-inline std::filesystem::path pid_file() {
-  return run_dir() / "serviced.pid";
-}
 
 // Where an absolute path of the device lies: on_device("/tmp/mrhd_socket").
 inline std::filesystem::path on_device(std::string_view path) {

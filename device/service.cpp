@@ -22,7 +22,6 @@ namespace kova::device {
 namespace {
 
 constexpr auto patience = std::chrono::seconds(10);
-constexpr Daemon service{"kova-serviced", "serviced.pid", "serviced.log", "the service daemon"};
 
 // Input from nowhere, output (the daemon's first line) to the pipe, messages to a file.
 class SpawnActions {
@@ -122,15 +121,15 @@ void stop_daemon(const Daemon &daemon) {
 }
 
 std::optional<pid_t> service_pid() {
-  return daemon_pid(service);
+  return daemon_pid(service_daemon);
 }
 
 void start_service() {
-  start_daemon(service);
+  start_daemon(service_daemon);
 }
 
 void stop_service() {
-  stop_daemon(service);
+  stop_daemon(service_daemon);
   remove_tree(on_device("/tmp/mrhd_socket")); // likewise
 }
 

@@ -1,16 +1,14 @@
 // The device's background programs, seen from outside.
 #pragma once
 
+#include "device/daemons.hpp"
+
 #include <sys/types.h>
 
 #include <optional>
 
 namespace kova::device {
 
-struct Daemon {
-  const char *program, *pid_file, *messages; // the files below run/ and log/
-  const char *what;                          // for a person
-};
 std::optional<pid_t> daemon_pid(const Daemon &daemon);
 // Returns when it is ready. Throws std::runtime_error when it does not come up.
 void start_daemon(const Daemon &daemon);

@@ -1,9 +1,9 @@
 #include "device/zone.hpp"
 
 #include "platform/host/nvram_admin.hpp"
+#include "platform/host/whole_number.hpp"
 
 #include <algorithm>
-#include <charconv>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -15,20 +15,13 @@ namespace calendar = std::chrono;
 
 constexpr int hour = 60; // minutes
 
-std::optional<int> number(std::string_view text) {
-  int value = 0;
-  const auto parsed = std::from_chars(text.data(), text.data() + text.size(), value);
-  if (parsed.ec != std::errc() || parsed.ptr != text.data() + text.size()) return std::nullopt;
-  return value;
-}
-
 // "001", "-08", "09:30", "-3:30", "+13:30" as minutes east of Greenwich.
 std::optional<int> minutes(std::string_view offset) {
   const bool west = offset.starts_with('-');
   if (west || offset.starts_with('+')) offset.remove_prefix(1);
   const std::size_t colon = offset.find(':');
-  const auto hours = number(offset.substr(0, colon));
-  const auto rest = colon == std::string_view::npos ? 0 : number(offset.substr(colon + 1));
+  const auto hours = host::whole_number<int>(offset.substr(0, colon));
+  const auto rest = colon == std::string_view::npos ? 0 : host::whole_number<int>(offset.substr(colon + 1));
   if (!hours || !rest || *hours < 0 || *hours > 14 || *rest < 0 || *rest > 59) return std::nullopt;
   return (west ? -1 : 1) * (*hours * hour + *rest);
 }
@@ -74,14 +67,14 @@ std::string posix_rule(const Changeover &changeover, int year) {
   return formatted(",M%d.%d.%d", changeover.month, (day - 1) / 7 + 1, changeover.weekday);
 }
 
-constexpr int configuration_section = 0;
-
 std::string stored(const std::string &key) {
-  return host::nvram_find(configuration_section, key).value_or("");
+  return host::nvram_find(host::configuration_section, key).value_or("");
 }
 
 Changeover stored_changeover(const std::string &prefix) {
-  const auto part = [&prefix](const char *name) { return number(stored(prefix + name)).value_or(-1); };
+  const auto part = [&prefix](const char *name) {
+    return host::whole_number<int>(stored(prefix + name)).value_or(-1);
+  };
   return {part("M"), part("W"), part("D")};
 }
 
@@ -104,7 +97,7 @@ void store_posix_zone() {
     saving = {stored_changeover("NTP_DST_START_"), stored_changeover("NTP_DST_END_")};
   const auto today = calendar::floor<calendar::days>(calendar::system_clock::now());
   const auto year = static_cast<int>(calendar::year_month_day(today).year());
-  const host::NvramEntry zone{configuration_section, "envTZ", posix_zone(stored("TZ"), saving, year)};
+  const host::NvramEntry zone{host::configuration_section, "envTZ", posix_zone(stored("TZ"), saving, year)};
   host::nvram_store({&zone, 1});
 }
 

@@ -59,7 +59,10 @@ const std::vector<Test> &tests() {
        "PINGDIAG",
        diag::ping,
        {{"SUC_CNT", "0"}, {"FAI_CNT", "0"}, {"AVG_TIME", "0"}, {"MIN_TIME", "0"}, {"MAX_TIME", "0"}}},
-      {"traceroute_diag", "TRACEROUTEDIAG", diag::trace_route, {{"RSP_TIME", "0"}, {"HOPS_NUM", "0"}}},
+      {"traceroute_diag",
+       "TRACEROUTEDIAG",
+       diag::trace_route,
+       {{"RSP_TIME", "0"}, {"HOPS_NUM", "0"}, {diag::route_hosts, ""}}},
   };
   return all;
 }

@@ -15,11 +15,9 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr int runtime_section = 9;
-
 bool reads_requested(const std::string &key) {
   std::array<char, 32> text{};
-  return nvram_bufget_string(runtime_section, key.c_str(), text.data(), text.size()) == 1 &&
+  return nvram_bufget_string(host::runtime_section, key.c_str(), text.data(), text.size()) == 1 &&
          std::string_view(text.data()) == state::requested;
 }
 
@@ -46,8 +44,9 @@ void ResultKeys::await_request() const {
 void ResultKeys::store(const Results &results, const std::string &state) const {
   std::vector<host::NvramEntry> entries;
   for (const auto &[key, value] : results)
-    entries.push_back({runtime_section, prefix_ + key, value});
-  entries.push_back({runtime_section, prefix_ + "STATE", state});
+    entries.push_back(key == route_hosts ? host::NvramEntry{host::configuration_section, key, value}
+                                         : host::NvramEntry{host::runtime_section, prefix_ + key, value});
+  entries.push_back({host::runtime_section, prefix_ + "STATE", state});
   host::nvram_store(entries);
 }
 

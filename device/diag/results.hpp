@@ -1,4 +1,4 @@
-// What a test leaves in the run-time section of the store, under the keys of its instance.
+// What a test leaves in the store: in the run-time section, under the keys of its instance.
 #pragma once
 
 #include <ctime>
@@ -10,6 +10,8 @@ namespace kova::diag {
 
 // End of the key ("SUC_CNT") and value.
 using Results = std::vector<std::pair<std::string, std::string>>;
+// The one that is a whole key, a setting that both instances share: the hosts of the hops, joined by ";".
+constexpr const char *route_hosts = "ROUTEHOPS_HOPHOST";
 
 // For a time that never was.
 constexpr const char *unknown_time = "0001-01-01T00:00:00Z";

@@ -10,8 +10,22 @@
 namespace kova::diag {
 namespace {
 
+constexpr const char *unanswered = "*"; // by the hop; also in place of its address
+
 std::string without_scope(const std::string &address) {
   return address.substr(0, address.find('%'));
+}
+
+// As many of them, whole, as a value has room for.
+std::string joined(const std::vector<std::string> &hosts) {
+  constexpr std::size_t longest_value = 255;
+  std::string list;
+  for (const std::string &host : hosts) {
+    const std::string piece = (list.empty() ? "" : ";") + host;
+    if (list.size() + piece.size() > longest_value) break;
+    list += piece;
+  }
+  return list;
 }
 
 } // namespace
@@ -23,6 +37,7 @@ void Route::take_line(std::string_view line) {
   unsigned long number = 0;
   if (!(words >> number)) return;
   hops_ += std::string(line) + "\n";
+  hosts_.emplace_back(unanswered);
   length_ = number;
   reached_ = false;
   refusal_.clear();
@@ -30,6 +45,7 @@ void Route::take_line(std::string_view line) {
   answers_ = 0;
   std::string before;
   for (std::string word; words >> word; before = word) {
+    if (hosts_.back() == unanswered) hosts_.back() = word;
     if (word[0] == '!') refusal_ = word;
     if (without_scope(word) == without_scope(target_)) reached_ = true;
     if (word != "ms") continue;
@@ -43,7 +59,8 @@ Results Route::results() const {
   if (!reached_ && !refusal_.empty()) throw Failure(state::other, last + " answers " + refusal_);
   if (!reached_) throw Failure(state::too_many_hops, last + " is not " + target_);
   return {{"RSP_TIME", std::to_string(answers_ == 0 ? 0 : std::lround(total_ms_ / answers_))},
-          {"HOPS_NUM", std::to_string(length_)}};
+          {"HOPS_NUM", std::to_string(length_)},
+          {route_hosts, joined(hosts_)}};
 }
 
 Results trace_route(const Options &options) {

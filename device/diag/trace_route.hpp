@@ -6,6 +6,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace kova::diag {
 
@@ -21,6 +22,7 @@ public:
 
 private:
   std::string target_, hops_;
+  std::vector<std::string> hosts_; // of each hop the first that answered
   unsigned long length_ = 0;
   bool reached_ = false;
   std::string refusal_; // "!H": what a hop said instead of passing the packet on

@@ -6,14 +6,9 @@
 #include <string_view>
 
 namespace kova::device {
-namespace {
-
-constexpr Daemon feed{"kova-radiod", "radiod.pid", "radiod.log", "the radio feed"};
-
-} // namespace
 
 std::optional<pid_t> feed_pid() {
-  return daemon_pid(feed);
+  return daemon_pid(radio_feed);
 }
 
 bool feed_wanted() {
@@ -25,11 +20,11 @@ void settle_feed() {
   if (!feed_wanted())
     stop_feed();
   else if (!feed_pid())
-    start_daemon(feed);
+    start_daemon(radio_feed);
 }
 
 void stop_feed() {
-  stop_daemon(feed);
+  stop_daemon(radio_feed);
 }
 
 } // namespace kova::device

@@ -1,6 +1,7 @@
 // The radio and rate feed of the virtual device: publishes, once a second, what the router's LTE daemon and its rate
 // sampler would.
 #include "device/background.hpp"
+#include "device/daemons.hpp"
 #include "device/error.hpp"
 #include "device/paths.hpp"
 #include "device/pid_file.hpp"
@@ -55,8 +56,7 @@ private:
 
   // Only into the store of a device that is there and booted: a writing would bring a removed store back.
   void publish() const {
-    constexpr int runtime_section = 9;
-    if (host::nvram_find(runtime_section, "lte_data_state")) host::nvram_store(radio_.readings());
+    if (host::nvram_find(host::runtime_section, "lte_data_state")) host::nvram_store(radio_.readings());
   }
 
   device::Radio radio_{std::random_device{}()};
@@ -71,7 +71,7 @@ void tick(Feed &feed, std::string &complaint) {
     feed.tick();
     complaint.clear();
   } catch (const std::exception &error) {
-    if (complaint != error.what()) std::fprintf(stderr, "kova-radiod: %s\n", error.what());
+    if (complaint != error.what()) std::fprintf(stderr, "%s: %s\n", device::radio_feed.program, error.what());
     complaint = error.what();
   }
 }
@@ -86,7 +86,7 @@ int milliseconds_to_next_tick() {
 }
 
 void serve() {
-  const device::PidFile pid_file(device::run_dir() / "radiod.pid");
+  const device::PidFile pid_file(device::run_dir() / device::radio_feed.pid_file);
   if (chdir("/") != 0) device::fail("cannot enter /"); // keeps no directory of another's
   const device::Fd stop = device::end_signals();
   Feed feed;
@@ -102,5 +102,5 @@ void serve() {
 } // namespace
 
 int main(int argc, char **argv) {
-  return device::run_in_background("kova-radiod", argc, argv, serve);
+  return device::run_in_background(device::radio_feed.program, argc, argv, serve);
 }

@@ -8,7 +8,6 @@
 namespace kova::device {
 namespace {
 
-constexpr int runtime_section = 9;
 constexpr int cell = 12;                                            // PCI
 constexpr double downlink_peak = 150e6 / 8, uplink_peak = 50e6 / 8; // bytes in a second, over 20 MHz
 constexpr int best_downlink_scheme = 28, best_uplink_scheme = 24;
@@ -89,7 +88,7 @@ std::vector<host::NvramEntry> Radio::readings() const {
   const double errors = std::clamp(2 - best_quality / 20 + interference_.value / 4, 0.0, 10.0); // percent
   std::vector<host::NvramEntry> entries;
   const auto add = [&entries](const char *key, std::string value) {
-    entries.push_back({runtime_section, key, std::move(value)});
+    entries.push_back({host::runtime_section, key, std::move(value)});
   };
   add("DM_CELL_STAT_INFO", record);
   add("lte_rsrp_per_antenna", pair(rounded(antenna_power(0)), rounded(antenna_power(1))));

@@ -1,6 +1,7 @@
 // The service daemon of the virtual device: accepts what agents ask of the device's services, logs it, and runs the
 // diagnostics tests.
 #include "device/background.hpp"
+#include "device/daemons.hpp"
 #include "device/error.hpp"
 #include "device/log.hpp"
 #include "device/paths.hpp"
@@ -8,6 +9,7 @@
 #include "device/serviced/any_readable.hpp"
 #include "device/serviced/running_tests.hpp"
 #include "device/serviced/server.hpp"
+#include "frame/channel.hpp"
 
 #include <nlohmann/json.hpp>
 #include <sys/inotify.h>
@@ -29,13 +31,13 @@ std::string hexadecimal(uint32_t number) {
 }
 
 void log_request(const device::Request &request) {
-  if (request.command == device::connect_announcement) return;
+  if (request.command == channel::connect_announcement) return;
   nlohmann::json record{{"kind", "service"},
                         {"pid", request.pid},
                         {"request", device::request_name(request.command)},
                         {"command", hexadecimal(request.command)},
                         {"payload", request.payload}};
-  if (request.destination_type != device::daemon_type) record["destination"] = request.destination_type;
+  if (request.destination_type != channel::daemon_type) record["destination"] = request.destination_type;
   if (request.word != 0) record["word"] = request.word;
   device::log_record(std::move(record));
 }
@@ -74,7 +76,7 @@ device::Fd listen_on_socket() {
 }
 
 void serve() {
-  const device::PidFile pid_file(device::pid_file());
+  const device::PidFile pid_file(device::run_dir() / device::service_daemon.pid_file);
   const device::Fd signals = device::end_signals(), removal = removal_of_device();
   const device::Fd stop = device::any_readable({signals.get(), removal.get()});
   const device::Fd listener = listen_on_socket();
@@ -94,5 +96,5 @@ void serve() {
 } // namespace
 
 int main(int argc, char **argv) {
-  return device::run_in_background("kova-serviced", argc, argv, serve);
+  return device::run_in_background(device::service_daemon.program, argc, argv, serve);
 }

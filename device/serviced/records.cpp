@@ -1,12 +1,14 @@
 #include "device/serviced/records.hpp"
 
+#include "frame/channel.hpp"
+
 #include <algorithm>
 #include <cstring>
 
 namespace kova::device {
 namespace {
 
-constexpr std::string_view magic = "MRHD";
+constexpr std::string_view magic(channel::magic, sizeof channel::magic);
 
 std::string_view without_prefix(std::string_view name) {
   return name.substr(name.find('_') + 1);
@@ -20,7 +22,7 @@ std::optional<Request> RecordStream::next() {
   MsgRecord header{};
   if (bytes_.size() < sizeof header) return std::nullopt;
   std::memcpy(&header, bytes_.data(), sizeof header);
-  if (header.length > longest_payload)
+  if (header.length > channel::most_payload)
     throw Malformed("a payload of " + std::to_string(header.length) + " bytes");
   if (bytes_.size() < sizeof header + header.length) return std::nullopt;
   Request request{.pid = header.sourcePid,
@@ -51,9 +53,9 @@ MsgRecord confirmation_of(const Request &request, uint32_t result, uint32_t own_
   MsgRecord reply{};
   std::memcpy(&reply.magic, magic.data(), magic.size());
   reply.sourcePid = own_pid;
-  reply.sourceType = daemon_type;
+  reply.sourceType = channel::daemon_type;
   reply.destinationType = request.source_type;
-  reply.command = confirmation;
+  reply.command = channel::confirmation;
   reply.cookie = request.cookie;
   reply.wordData = result;
   return reply;

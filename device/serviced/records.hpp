@@ -11,10 +11,6 @@
 
 namespace kova::device {
 
-constexpr uint32_t longest_payload = 2048;
-constexpr uint32_t daemon_type = 1; // the module number of the service daemon
-constexpr uint32_t connect_announcement = 0x10000002, confirmation = 1;
-
 struct Request {
   uint32_t pid, source_type, destination_type, command, confirm, cookie, word;
   std::string payload;

@@ -3,23 +3,11 @@
 #include "platform/host/characters.hpp"
 #include "platform/host/ipv4.hpp"
 #include "platform/host/ipv6.hpp"
-#include "platform/nvram.h"
+#include "platform/host/lan.hpp"
 
 namespace kova::host {
 
 namespace {
-
-std::uint32_t stored_address(const char *key) {
-  constexpr int configuration_section = 0;
-  char text[32] = "";
-  nvram_bufget_string(configuration_section, key, text, sizeof text);
-  return parse_quad(text).address;
-}
-
-bool on_lan(std::uint32_t address) {
-  const std::uint32_t mask = stored_address("lan_netmask");
-  return is_netmask(mask) && ((address ^ stored_address("lan_ip")) & mask) == 0;
-}
 
 // Link-local or unique-local.
 bool on_lan(const in6_addr &address) {
@@ -70,7 +58,7 @@ int AccessHost::judge(std::string_view value) const {
   }
   const int code = Ipv4Address{Ipv4Address::Of::server}.judge(value);
   if (code != accepted) return code == bad_host ? bad_format : code;
-  return on_lan(parse_quad(value).address) ? bad_network : accepted;
+  return stored_lan().holds(parse_quad(value).address) ? bad_network : accepted;
 }
 
 int AnyServer::judge(std::string_view value) const {

@@ -1,14 +1,14 @@
 // The LTE daemon's client. What the daemon's modem can do is a setting of the virtual device.
+#include "platform/host/nvram_sections.hpp"
+#include "platform/host/whole_number.hpp"
 #include "platform/lte.h"
 #include "platform/nvram.h"
 
-#include <charconv>
 #include <cstdlib>
 #include <iterator>
 #include <memory>
 #include <new>
 #include <string_view>
-#include <system_error>
 
 struct lted_client {
   RrcBandList bands; // as they were when the client was made
@@ -16,14 +16,11 @@ struct lted_client {
 
 namespace {
 
-constexpr int configuration_section = 0;
 constexpr const char *bands_key = "lte_supported_bands"; // band numbers, separated by commas
 
 bool add(RrcBandList &list, std::string_view piece) {
-  uint16_t band = 0;
-  const auto parsed = std::from_chars(piece.data(), piece.data() + piece.size(), band);
-  const bool is_number = parsed.ec == std::errc() && parsed.ptr == piece.data() + piece.size();
-  if (!is_number || band == 0 || list.count == std::size(list.band)) return false;
+  const uint16_t band = kova::host::whole_number<uint16_t>(piece).value_or(0);
+  if (band == 0 || list.count == std::size(list.band)) return false;
   list.band[list.count++] = band;
   return true;
 }
@@ -44,8 +41,8 @@ RrcBandList parse(std::string_view text) {
 
 // A device without bands has no modem, and so no daemon.
 lted_client *new_lted_client(void) {
-  const std::unique_ptr<char, decltype(&std::free)> text(nvram_bufget(configuration_section, bands_key),
-                                                         std::free);
+  const std::unique_ptr<char, decltype(&std::free)> text(
+      nvram_bufget(kova::host::configuration_section, bands_key), std::free);
   const RrcBandList bands = parse(text == nullptr ? "" : text.get());
   return bands.count == 0 ? nullptr : new (std::nothrow) lted_client{bands};
 }

@@ -2,6 +2,8 @@
 // filling many keys at once. Failures throw std::runtime_error with a text for a person.
 #pragma once
 
+#include "platform/host/nvram_sections.hpp"
+
 #include <optional>
 #include <span>
 #include <string>

@@ -1,4 +1,5 @@
 // The operation-mode record: how the router connects its LAN, and through which tunnel.
+#include "platform/host/nvram_sections.hpp"
 #include "platform/nvram.h"
 #include "platform/webs.h"
 
@@ -7,14 +8,13 @@
 
 namespace {
 
-constexpr int configuration_section = 0;
 constexpr int vpn_mode = 2, l2tp = 0, gre = 1;
 
 // A missing key reads as 0. False: the store cannot be read.
 template <class Field>
 bool load(const char *key, Field &field) {
   char text[16] = "";
-  if (nvram_bufget_string(configuration_section, key, text, sizeof text) < 0) return false;
+  if (nvram_bufget_string(kova::host::configuration_section, key, text, sizeof text) < 0) return false;
   field = static_cast<Field>(std::atoi(text));
   return true;
 }

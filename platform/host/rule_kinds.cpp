@@ -1,13 +1,12 @@
 #include "platform/host/rule_kinds.hpp"
 
 #include "platform/host/ipv4.hpp"
+#include "platform/host/whole_number.hpp"
 
 #include <arpa/inet.h>
 
 #include <algorithm>
-#include <charconv>
 #include <string>
-#include <system_error>
 
 namespace kova::host {
 
@@ -105,9 +104,8 @@ bool host_name_character(char c) {
 int Number::judge(std::string_view value) const {
   if (value.empty()) return empty;
   if (!std::ranges::all_of(value, digit)) return outside;
-  std::int64_t number = 0;
-  const auto parsed = std::from_chars(value.data(), value.data() + value.size(), number);
-  return parsed.ec == std::errc() && number >= min && number <= max ? accepted : outside;
+  const auto number = whole_number<std::int64_t>(value);
+  return number && *number >= min && *number <= max ? accepted : outside;
 }
 
 int OneOf::judge(std::string_view value) const {

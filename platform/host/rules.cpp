@@ -4,11 +4,10 @@
 #include "platform/host/composed_kinds.hpp"
 #include "platform/host/ipv6.hpp"
 #include "platform/host/rule_kinds.hpp"
+#include "platform/host/whole_number.hpp"
 #include "platform/nvram.h"
 
-#include <charconv>
 #include <string_view>
-#include <system_error>
 #include <variant>
 
 namespace {
@@ -55,10 +54,8 @@ struct SignedNumber {
   int min, max;
   int judge(std::string_view value) const {
     if (value.empty()) return empty_value;
-    int parsed = 0;
-    const char *end = value.data() + value.size();
-    const auto [rest, error] = std::from_chars(value.data(), end, parsed);
-    return error == std::errc() && rest == end && parsed >= min && parsed <= max ? accepted : bad_value;
+    const auto number = whole_number<int>(value);
+    return number && *number >= min && *number <= max ? accepted : bad_value;
   }
 };
 

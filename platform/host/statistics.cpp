@@ -1,4 +1,5 @@
 // Uptime, traffic counters and hardware addresses, from the running kernel.
+#include "platform/host/nvram_sections.hpp"
 #include "platform/nvram.h"
 
 #include <fcntl.h>
@@ -79,9 +80,8 @@ int tarn_get_ifname_statistic(const char *logical, char *text, int size, int cou
   const std::string_view name = logical == nullptr ? "" : logical;
   if (name == "lan") return write_statistic("eth0", counter, text, size);
   if (name != "wan") return -1;
-  constexpr int runtime_section = 9;
   char data_interface[IFNAMSIZ] = "";
-  nvram_bufget_string(runtime_section, "curr_data_if", data_interface, sizeof data_interface);
+  nvram_bufget_string(kova::host::runtime_section, "curr_data_if", data_interface, sizeof data_interface);
   return write_statistic(*data_interface == '\0' ? "lte0pdn0" : data_interface, counter, text, size);
 }
 

@@ -2,11 +2,10 @@
 #include "platform/webs.h"
 
 #include "platform/host/ipv4.hpp"
-#include "platform/nvram.h"
+#include "platform/host/lan.hpp"
+#include "platform/host/whole_number.hpp"
 
-#include <charconv>
 #include <string_view>
-#include <system_error>
 
 using kova::host::parse_quad;
 using kova::host::QuadFault;
@@ -36,26 +35,11 @@ const RadioMode *find_radio_mode(const char *name) {
   return nullptr;
 }
 
-// A whole decimal number, or -1.
-int number_of(std::string_view text) {
-  int number = -1;
-  const auto parsed = std::from_chars(text.data(), text.data() + text.size(), number);
-  return parsed.ec == std::errc() && parsed.ptr == text.data() + text.size() ? number : -1;
-}
-
-uint32_t stored_address(const char *key) {
-  constexpr int configuration_section = 0;
-  char text[32] = "";
-  nvram_bufget_string(configuration_section, key, text, sizeof text);
-  return parse_quad(text).address;
-}
-
 // A host of the network other than the router, the network itself and the broadcast address.
 bool is_lan_client(uint32_t address) {
-  const uint32_t router = stored_address("lan_ip"), mask = stored_address("lan_netmask");
-  const uint32_t host = address & ~mask;
-  return kova::host::is_netmask(mask) && ((address ^ router) & mask) == 0 && address != router && host != 0 &&
-         host != ~mask;
+  const kova::host::Lan lan = kova::host::stored_lan();
+  const uint32_t host = address & ~lan.mask;
+  return lan.holds(address) && address != lan.router && host != 0 && host != ~lan.mask;
 }
 
 } // namespace
@@ -87,7 +71,7 @@ int CheckRFModeAndBW(const char *mode, const char *bandwidth) {
 int CheckRFModeAndRate(const char *mode, const char *rate) {
   constexpr int automatic = 0, last_of_b = 4, last = 12;
   const RadioMode *radio = find_radio_mode(mode);
-  const int index = number_of(text_of(rate));
+  const int index = kova::host::whole_number<int>(text_of(rate)).value_or(-1);
   if (index == automatic) return compatible;
   if (radio == nullptr || index < automatic || index > last) return incompatible;
   const bool spoken = index <= last_of_b ? radio->b : radio->g || radio->n;

@@ -2,14 +2,13 @@
 #include "platform/host/characters.hpp"
 #include "platform/host/ipv4.hpp"
 #include "platform/host/ipv6.hpp"
+#include "platform/host/whole_number.hpp"
 #include "platform/webs.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cstring>
 #include <string>
 #include <string_view>
-#include <system_error>
 
 using kova::host::parse_ipv6;
 using kova::host::parse_quad;
@@ -27,9 +26,8 @@ bool is_digit(char c) {
 
 // In the one spelling that a number has: who stores "01" for a switch has not switched it on.
 bool in_range(std::string_view text, int min, int max) {
-  int number = 0;
-  const auto parsed = std::from_chars(text.data(), text.data() + text.size(), number);
-  return parsed.ec == std::errc() && number >= min && number <= max && text == std::to_string(number);
+  const auto number = kova::host::whole_number<int>(text);
+  return number && *number >= min && *number <= max && text == std::to_string(*number);
 }
 
 // Codes of the range checks.

@@ -1,4 +1,5 @@
 // The message layer of the service-control channel.
+#include "frame/channel.hpp"
 #include "frame/frame.h"
 #include "frame/text.hpp"
 
@@ -18,11 +19,9 @@
 
 namespace {
 
+using namespace kova::channel;
+
 constexpr const char *socket_path = "/tmp/mrhd_socket";
-constexpr char magic[4] = {'M', 'R', 'H', 'D'};
-constexpr uint32_t connect_announcement = 0x10000002, confirmation = 1;
-constexpr uint32_t daemon_type = 1;
-constexpr uint32_t most_payload = 2048;
 constexpr std::size_t header_size = offsetof(MsgRecord, payload);
 constexpr std::size_t receive_area = 2048;
 constexpr int confirm_seconds = 10;

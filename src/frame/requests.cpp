@@ -1,17 +1,19 @@
 // Requests to the service-control daemon: each opens its own connection, sends one record and closes. Whoever
 // asks is not told about a failure: a setting is stored whether or not its service is there to hear of it.
+#include "frame/channel.hpp"
 #include "frame/frame.h"
 
 #include <cstring>
 
 namespace {
 
-constexpr uint32_t our_type = 2, daemon_type = 1;
+using namespace kova::channel;
+
 constexpr std::size_t longest_text = 256;
 
 void request(uint32_t command, const char *text = nullptr) {
   MsgHandle handle;
-  if (const int error = msg_handleInit(our_type, &handle); error != 0) {
+  if (const int error = msg_handleInit(agent_type, &handle); error != 0) {
     dbg_trace("Fail to init msghandle, error(%d)\n", error);
     return;
   }

@@ -1,5 +1,6 @@
 // The service daemon's protocol and loop against clients that do not behave.
 #include "device/serviced/server.hpp"
+#include "frame/channel.hpp"
 
 #include <gtest/gtest.h>
 #include <sys/eventfd.h>
@@ -22,8 +23,8 @@ std::string record(uint32_t command, const std::string &payload = "", uint32_t c
   MsgRecord header{};
   std::memcpy(&header.magic, "MRHD", 4);
   header.sourcePid = 42;
-  header.sourceType = 2;
-  header.destinationType = daemon_type;
+  header.sourceType = channel::agent_type;
+  header.destinationType = channel::daemon_type;
   header.command = command;
   header.confirm = confirm;
   header.cookie = 99;
@@ -33,7 +34,7 @@ std::string record(uint32_t command, const std::string &payload = "", uint32_t c
 
 std::string oversized() {
   std::string bytes = record(0x10000005);
-  const uint32_t length = longest_payload + 1;
+  const uint32_t length = channel::most_payload + 1;
   std::memcpy(bytes.data() + offsetof(MsgRecord, length), &length, sizeof length);
   return bytes;
 }
@@ -45,7 +46,7 @@ TEST(RequestNames, AreThoseOfTheRequestsWithoutTheirPrefix) {
 }
 
 TEST(RecordStream, TakesRecordsInPiecesOfAnySize) {
-  const std::string bytes = record(0x10000008, std::string(longest_payload, 'x')) + record(0x10000005);
+  const std::string bytes = record(0x10000008, std::string(channel::most_payload, 'x')) + record(0x10000005);
   for (const std::size_t piece : {std::size_t{1}, std::size_t{35}, std::size_t{37}, bytes.size()}) {
     RecordStream stream;
     std::vector<Request> requests;
@@ -55,7 +56,7 @@ TEST(RecordStream, TakesRecordsInPiecesOfAnySize) {
         requests.push_back(*request);
     }
     ASSERT_EQ(requests.size(), 2U) << piece;
-    EXPECT_EQ(requests[0].payload.size(), longest_payload);
+    EXPECT_EQ(requests[0].payload.size(), channel::most_payload);
     EXPECT_EQ(requests[1].command, 0x10000005U);
     EXPECT_EQ(stream.waiting(), 0U);
   }
@@ -109,7 +110,8 @@ protected:
     send_bytes(client, record(0x10000005, "", 1));
     MsgRecord reply{};
     EXPECT_EQ(recv(client.get(), &reply, sizeof reply, MSG_WAITALL), static_cast<ssize_t>(sizeof reply));
-    EXPECT_TRUE(reply.command == confirmation && reply.cookie == 99 && reply.destinationType == 2);
+    EXPECT_TRUE(reply.command == channel::confirmation && reply.cookie == 99 &&
+                reply.destinationType == channel::agent_type);
     return reply.wordData;
   }
 
@@ -153,7 +155,7 @@ TEST_F(ServerTest, LosesNoneOfThousandsOfShortConnections) {
   for (std::thread &thread : threads)
     thread = std::thread([this] {
       for (int n = 0; n < each; n++)
-        send_bytes(connected(), record(connect_announcement) + record(0x10000006));
+        send_bytes(connected(), record(channel::connect_announcement) + record(0x10000006));
     });
   for (std::thread &thread : threads)
     thread.join();

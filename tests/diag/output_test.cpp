@@ -51,7 +51,8 @@ TEST(Route, EndsAtTheHostOrInAFailure) {
   const std::string head =
       "traceroute to host (192.0.2.9), 30 hops max, 38 byte packets\n 1  10.0.0.1  0.4 ms *\n";
   const Route reached = read(Route("192.0.2.9"), head + " 2  *  192.0.2.9  11.0 ms  13.5 ms\n");
-  EXPECT_EQ(reached.results(), (Results{{"RSP_TIME", "12"}, {"HOPS_NUM", "2"}}));
+  EXPECT_EQ(reached.results(),
+            (Results{{"RSP_TIME", "12"}, {"HOPS_NUM", "2"}, {"ROUTEHOPS_HOPHOST", "10.0.0.1;192.0.2.9"}}));
   EXPECT_EQ(reached.hops(), " 1  10.0.0.1  0.4 ms *\n 2  *  192.0.2.9  11.0 ms  13.5 ms\n");
   const std::map<std::string, std::string> failures{
       {" 2  * * *\n", "Error_MaxHopCountExceeded"},
@@ -67,6 +68,15 @@ TEST(Route, EndsAtTheHostOrInAFailure) {
       EXPECT_EQ(failure.state, state) << lines;
     }
   }
+}
+
+TEST(Route, ListsTheHostOfEachHop) {
+  const std::string host(60, 'a'); // the fourth of them fills the value
+  std::string lines = " 1  * * *\n 2  *  192.0.2.1  4 ms  192.0.2.2  4 ms\n";
+  for (int hop = 3; hop <= 7; hop++)
+    lines += " " + std::to_string(hop) + "  " + host + "  4 ms\n";
+  EXPECT_EQ(read(Route(host), lines).results().back().second,
+            "*;192.0.2.1;" + host + ";" + host + ";" + host + ";" + host);
 }
 
 Options parsed(const std::string &line) {

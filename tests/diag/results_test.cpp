@@ -55,6 +55,7 @@ TEST_P(Results, AreThoseOfTheWorkDone) {
 
     EXPECT_EQ(end_state("TRACEROUTEDIAG"), "Complete");
     EXPECT_EQ(stored("TRACEROUTEDIAG_HOPS_NUM"), "1");
+    EXPECT_EQ(host::nvram_find(0, "ROUTEHOPS_HOPHOST"), "127.0.0.1");
     EXPECT_LT(std::stoul(stored("TRACEROUTEDIAG_RSP_TIME")), 1000U);
     EXPECT_TRUE(fs::exists(device_.directory() / ("root/tmp/" + tool("tracerouteResults"))));
 
@@ -108,6 +109,7 @@ TEST_F(Agent, AFailureLeavesItsStateAndNoResults) {
     for (const Case &one : cases) {
       store("DLDIAG_TESTRCVD", "123");
       store("PINGDIAG_SUC_CNT", "123");
+      nvram_bufset(0, "ROUTEHOPS_HOPHOST", "192.0.2.1");
       store(one.test + "_STATE", "None");
       one.launch(one.line.c_str());
       store(one.test + "_STATE", "Requested");
@@ -115,6 +117,7 @@ TEST_F(Agent, AFailureLeavesItsStateAndNoResults) {
       EXPECT_TRUE(one.test != "DLDIAG" || stored("DLDIAG_TESTRCVD") == "0");
       EXPECT_TRUE(one.test != "DLDIAG" || stored("DLDIAG_ETIME") == "0001-01-01T00:00:00Z");
       EXPECT_TRUE(one.test != "PINGDIAG" || stored("PINGDIAG_SUC_CNT") == "0");
+      EXPECT_EQ(host::nvram_find(0, "ROUTEHOPS_HOPHOST"), one.test == "TRACEROUTEDIAG" ? "" : "192.0.2.1");
     }
     EXPECT_TRUE(is_logged(tool("ping_diag") + ": Error_CannotResolveHostName: aaa"));
   });

@@ -36,6 +36,16 @@ TEST_F(Tool, KeepsSettingsAndLosesThemOnlyOnReset) {
   EXPECT_EQ(value(address), factory);
 }
 
+TEST_F(Tool, TellsWhichDaemonsRun) {
+  const Json without = json({"device", "up"});
+  EXPECT_TRUE(without["serviced"].is_number() && without["radiod"].is_null()) << without;
+  unsetenv("KOVA_FEED");
+  const std::string feed = json({"device", "up"})["radiod"].dump();
+  EXPECT_EQ(read("/proc/" + feed + "/comm"), "kova-radiod\n");
+  const std::string text = run({"device", "status"}).out;
+  EXPECT_NE(text.find("radio feed      running, pid " + feed + "\n"), std::string::npos) << text;
+}
+
 TEST_F(Tool, ChoosesItsDevice) {
   const std::string other = (directory() / "other").string();
   run({"--device", other, "nvram", "set", "lan_ip=10.9.8.7"});

@@ -35,20 +35,28 @@ ExitStatus show_paths(const Output &output, const std::set<std::string> &paths) 
   return Success;
 }
 
+std::string running(std::optional<pid_t> daemon) {
+  return daemon ? "running, pid " + std::to_string(*daemon) : "not running";
+}
+
+Json process_id(std::optional<pid_t> daemon) {
+  return daemon ? Json(*daemon) : Json();
+}
+
 ExitStatus show_status(const Output &output) {
   const device::Status status = device::status();
   const char *state = !status.created ? "not created" : status.booted ? "up" : "down";
-  const std::string daemon =
-      status.serviced ? "running, pid " + std::to_string(*status.serviced) : "not running";
   if (output.json())
     output.print(Json{{"directory", status.directory},
                       {"created", status.created},
                       {"booted", status.booted},
-                      {"serviced", status.serviced ? Json(*status.serviced) : Json()}});
+                      {"serviced", process_id(status.serviced)},
+                      {"radiod", process_id(status.radiod)}});
   else
     output.print(Table{{{"directory"}, {status.directory.string()}},
                        {{"device"}, {state, Style::Bold}},
-                       {{"service daemon"}, {daemon}}});
+                       {{"service daemon"}, {running(status.serviced)}},
+                       {{"radio feed"}, {running(status.radiod)}}});
   return Success;
 }
 

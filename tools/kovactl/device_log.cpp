@@ -1,6 +1,6 @@
 #include "kovactl/device_log.hpp"
 
-#include "device/serviced/records.hpp"
+#include "frame/channel.hpp"
 #include "frame/frame.h"
 
 #include <sys/stat.h>
@@ -73,11 +73,10 @@ void LogReader::skip() {
 
 // The daemon takes its clients in the order in which they came: when it confirms this one, earlier ones are served.
 void await_service() {
-  constexpr uint32_t agent_type = 2;
   MsgHandle handle{};
-  if (msg_handleInit(agent_type, &handle) != 0) return;
+  if (msg_handleInit(channel::agent_type, &handle) != 0) return;
   MsgRecord record{};
-  msg_init(&record, device::daemon_type, device::connect_announcement);
+  msg_init(&record, channel::daemon_type, channel::connect_announcement);
   msg_sendComfirm(&handle, &record);
   msg_handleCleanup(&handle);
 }

@@ -1,5 +1,6 @@
 #include "kovactl/login.hpp"
 
+#include "platform/host/nvram_sections.hpp"
 #include "platform/nvram.h"
 #include "platform/webs.h"
 
@@ -18,8 +19,8 @@ struct Account {
 constexpr Account known[] = {{"admin", "WebsPassword", "PswdSalt"}, {"user", "WebsPassword2", "PswdSalt2"}};
 
 std::string stored(const char *key) {
-  constexpr int configuration = 0;
-  const std::unique_ptr<char, decltype(&std::free)> value(nvram_bufget(configuration, key), &std::free);
+  const std::unique_ptr<char, decltype(&std::free)> value(nvram_bufget(host::configuration_section, key),
+                                                          &std::free);
   return value.get();
 }
 

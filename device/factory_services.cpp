@@ -1,9 +1,9 @@
-#include "device/factory_firewall.hpp"
+// Factory settings of what the router does for its users: packet filters and routes, telephone, accounts, watchdog,
+// spectrum access.
+#include "device/factory_tables.hpp"
 
 namespace kova::device {
 namespace {
-
-using Setting = std::pair<const char *, const char *>;
 
 // Modes: 0 black list, 1 white list.
 // clang-format off
@@ -111,11 +111,11 @@ constexpr Setting access[] = {
 std::span<const Setting> firewall_settings() {
   return firewall;
 }
-std::span<const Setting> access_settings() {
-  return access;
-}
 std::span<const Setting> telephone_settings() {
   return telephone;
+}
+std::span<const Setting> access_settings() {
+  return access;
 }
 
 } // namespace kova::device
