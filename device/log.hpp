@@ -1,7 +1,7 @@
 // The device log: what the device was asked to do, by whom and when. One JSON object a line, appended with a single
 // write so that lines of several processes never mix. Every record has
 //   "time"  UTC, "2026-11-21T03:16:16.123Z"
-//   "kind"  "service" | "event" | "command" | "device"
+//   "kind"  "service" | "event" | "command" | "syslog" | "device"
 //   "pid"   the asking process
 // and by kind
 //   service  "request" (name without prefix: "restart_dhcp_server", or "unknown"), "command" ("0x10000006"), "payload";
@@ -9,6 +9,7 @@
 //            "malformed", empty command and payload, and a "reason"
 //   event    "method" ("notify", "call", "is_busy"), "event" (the text)
 //   command  "program", "args" (array); "process" where it is a diagnostics test that was started
+//   syslog   "priority" ("5"), "tag" (who says it: "easycwmpd"), "text"
 //   device   "what", in words: "created", "booted", "stopped", "daemon restarted", "clock synchronised" (with
 //            the "server"); for the tests "ping_diag ended with
 //            status 1", "ping_diag stopped", "ping_diag: Error_Other: ...", "refused launch_pingDiag: ..."

@@ -29,8 +29,10 @@ std::string joined(std::string text, const std::string &more) {
 }
 
 std::string what_happened(const nlohmann::json &record) {
-  std::string text;
-  for (const char *field : {"request", "payload", "method", "event", "program", "what", "server", "reason"})
+  std::string text = text_of(record, "tag");
+  if (!text.empty()) text += ':';
+  for (const char *field :
+       {"request", "payload", "method", "event", "program", "what", "server", "reason", "text"})
     text = joined(text, text_of(record, field));
   if (const auto arguments = record.find("args"); arguments != record.end())
     for (const auto &argument : *arguments)

@@ -10,7 +10,6 @@
 
 #include <cstdio>
 #include <cstdlib>
-#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -32,16 +31,41 @@ void log_command(const std::string &program, const Arguments &arguments) {
       {{"kind", "command"}, {"pid", asking_process()}, {"program", program}, {"args", arguments}});
 }
 
+std::string joined(Arguments::const_iterator word, Arguments::const_iterator end) {
+  std::string text = *word;
+  while (++word != end)
+    text += " " + *word;
+  return text;
+}
+
 int log_event(const Arguments &arguments) {
   const std::string method = arguments.empty() ? "" : arguments[0];
   if (arguments.size() < 2 || (method != "notify" && method != "call" && method != "is_busy")) {
     std::fputs("usage: test_cpeevent notify|call|is_busy EVENT...\n", stderr);
     return 1;
   }
-  std::string event = arguments[1];
-  for (const std::string &word : std::span(arguments).subspan(2))
-    event += " " + word;
-  device::log_record({{"kind", "event"}, {"pid", asking_process()}, {"method", method}, {"event", event}});
+  device::log_record({{"kind", "event"},
+                      {"pid", asking_process()},
+                      {"method", method},
+                      {"event", joined(arguments.begin() + 1, arguments.end())}});
+  return 0;
+}
+
+// logger [-p PRIORITY] [-t TAG] TEXT...
+int log_message(const Arguments &arguments) {
+  std::string priority, tag;
+  auto word = arguments.begin();
+  for (; arguments.end() - word >= 2 && (*word == "-p" || *word == "-t"); word += 2)
+    (*word == "-p" ? priority : tag) = word[1];
+  if (word == arguments.end() || word->starts_with('-')) {
+    std::fputs("usage: logger [-p PRIORITY] [-t TAG] TEXT...\n", stderr);
+    return 1;
+  }
+  device::log_record({{"kind", "syslog"},
+                      {"pid", asking_process()},
+                      {"priority", priority},
+                      {"tag", tag},
+                      {"text", joined(word, arguments.end())}});
   return 0;
 }
 
@@ -81,6 +105,7 @@ int main(int argc, char **argv) {
     return 1;
   }
   if (program == "test_cpeevent") return log_event(arguments);
+  if (program == "logger") return log_message(arguments);
   // A look at the routes changes nothing and is no request to the device.
   if (program == "route" && arguments.empty()) return print_routes(false);
   if (program == "route" && arguments == Arguments{"-n"}) return print_routes(true);

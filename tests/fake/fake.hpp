@@ -39,6 +39,10 @@ struct Platform {
   std::function<void()>
       watch; // called whenever the library reads a setting, asks about a band or does something
 
+  // What keys, leaves, counters, files and outputs of commands that are not scripted read as; unset: they do not exist.
+  std::optional<std::string> otherwise;
+  bool judges = true; // false: the web-validation library's rules pass everything
+
   Store nvram;
   std::string refused_key;                 // the store does not take it
   std::map<std::string, std::string> tree; // by path without the leading "/"
@@ -84,8 +88,15 @@ struct Platform {
       false;              // strtok_r() forgets its place after the last token, as some C libraries do
   int tokens_left = 1000; // how many it hands out then
   std::map<std::string, std::string> output; // of commands run through popen()
+  Strings piped;                             // which those were
   std::vector<Interface> interfaces;
 
+  // What is scripted for the key, or otherwise; nullptr for neither.
+  template <typename Map, typename Key>
+  const std::string *scripted(const Map &map, const Key &key) const {
+    if (const auto found = map.find(key); found != map.end()) return &found->second;
+    return otherwise ? &*otherwise : nullptr;
+  }
   std::string stored(int section, const std::string &key) const;
   void preset(int section, const std::string &settings); // "key=value key=value"
   // What was done, without the records of reads and of opening the tree.

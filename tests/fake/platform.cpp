@@ -22,8 +22,8 @@ static long count_descriptors() {
 }
 
 std::string Platform::stored(int section, const std::string &key) const {
-  const auto found = nvram.find({section, key});
-  return found == nvram.end() ? "(missing)" : found->second;
+  const std::string *value = scripted(nvram, std::pair{section, key});
+  return value == nullptr ? "(missing)" : *value;
 }
 
 void Platform::preset(int section, const std::string &settings) {
@@ -78,8 +78,7 @@ namespace {
 const std::string *find(int section, const char *key) {
   platform.keys_read.push_back(std::to_string(section) + " " + key);
   if (platform.watch) platform.watch();
-  const auto found = platform.nvram.find({section, key});
-  return found == platform.nvram.end() ? nullptr : &found->second;
+  return platform.scripted(platform.nvram, std::pair{section, std::string(key)});
 }
 
 std::string without_slash(const char *path) {
@@ -87,9 +86,9 @@ std::string without_slash(const char *path) {
 }
 
 int copy_counter(const std::string &name, int counter, char *text, int size) {
-  const auto found = platform.counters.find(name + " " + std::to_string(counter));
-  if (found == platform.counters.end()) return -1;
-  std::snprintf(text, static_cast<std::size_t>(size), "%s", found->second.c_str());
+  const std::string *value = platform.scripted(platform.counters, name + " " + std::to_string(counter));
+  if (value == nullptr) return -1;
+  std::snprintf(text, static_cast<std::size_t>(size), "%s", value->c_str());
   return 0;
 }
 
@@ -164,8 +163,9 @@ int tarn_getIfMac(const char *ifname, char *out, int size) {
     std::snprintf(out, static_cast<std::size_t>(size), "%s", interface->mac.c_str());
     return 0;
   }
-  if (std::strcmp(ifname, "br0") != 0 || platform.mac.empty()) return -1;
-  std::snprintf(out, static_cast<std::size_t>(size), "%s", platform.mac.c_str());
+  const std::string mac = platform.otherwise.value_or(std::strcmp(ifname, "br0") == 0 ? platform.mac : "");
+  if (mac.empty()) return -1;
+  std::snprintf(out, static_cast<std::size_t>(size), "%s", mac.c_str());
   return 0;
 }
 
@@ -189,9 +189,9 @@ int init_ucfg_ex() {
 
 int read_ucfg_xml(int, const char *path, char *dst) {
   platform.keys_read.push_back(path);
-  const auto found = platform.tree.find(without_slash(path));
-  if (found == platform.tree.end()) return platform.tree_failure;
-  std::snprintf(dst, 256, "%s", found->second.c_str());
+  const std::string *leaf = platform.scripted(platform.tree, without_slash(path));
+  if (leaf == nullptr) return platform.tree_failure;
+  std::snprintf(dst, 256, "%s", leaf->c_str());
   return 0;
 }
 
@@ -282,7 +282,7 @@ int webscheckSameSubnet(const char *ip, const char *mask, const char *other) {
 }
 
 int webscheckIpStartEnd(const char *start, const char *end) {
-  return websIP2Num(start) <= websIP2Num(end) ? 1 : 0;
+  return websIP2Num(start) <= websIP2Num(end) || !platform.judges ? 1 : 0;
 }
 
 int CheckRFModeAndBW(const char *mode, const char *bandwidth) {

@@ -61,9 +61,9 @@ FILE *writer_to(const char *path) {
 
 // A descriptor of a scripted device file; -1 when there is none.
 int open_device_file(const char *path, int flags) {
-  const auto found = platform.files.find(path);
+  const std::string *text = platform.scripted(platform.files, std::string(path));
   errno = ENOENT;
-  if (found == platform.files.end() || !platform.files_open) return -1;
+  if (text == nullptr || !platform.files_open) return -1;
   const auto special = platform.special_files.find(path);
   const char kind = special == platform.special_files.end() ? 'f' : special->second;
   if (kind == 'd') return libc<int(const char *, int, ...)>("open")("/", flags);
@@ -71,11 +71,11 @@ int open_device_file(const char *path, int flags) {
     EXPECT_TRUE(flags & O_NONBLOCK) << "could wait for ever";
     int ends[2];
     if (pipe(ends) != 0) return -1;
-    EXPECT_GE(write(ends[1], found->second.data(), found->second.size()), 0);
+    EXPECT_GE(write(ends[1], text->data(), text->size()), 0);
     close(ends[1]);
     return ends[0];
   }
-  FILE *stream = stream_of(found->second);
+  FILE *stream = stream_of(*text);
   const int fd = dup(fileno(stream));
   std::fclose(stream);
   return fd;
@@ -93,8 +93,9 @@ int system(const char *command) {
 }
 
 FILE *popen(const char *command, const char *) {
-  const auto found = platform.output.find(command);
-  return found == platform.output.end() ? nullptr : stream_of(found->second);
+  platform.piped.push_back(command);
+  const std::string *output = platform.scripted(platform.output, std::string(command));
+  return output == nullptr ? nullptr : stream_of(*output);
 }
 
 int pclose(FILE *stream) {
@@ -102,6 +103,8 @@ int pclose(FILE *stream) {
 }
 
 unsigned int sleep(unsigned int seconds) {
+  if (gettid() != getpid())
+    return libc<unsigned int(unsigned int)>("sleep")(seconds); // not the library's thread
   fake::did("sleep " + std::to_string(seconds));
   return 0;
 }
@@ -109,13 +112,11 @@ unsigned int sleep(unsigned int seconds) {
 FILE *fopen(const char *path, const char *mode) {
   if (is_device_path(path) && !platform.files_open) return nullptr;
   if (is_device_path(path) && *mode == 'w') return writer_to(path);
-  const auto found = platform.files.find(path);
-  if (found != platform.files.end()) return stream_of(found->second);
-  if (is_device_path(path)) {
-    errno = ENOENT;
-    return nullptr;
-  }
-  return libc<FILE *(const char *, const char *)>("fopen")(path, mode);
+  if (!is_device_path(path) && !platform.files.contains(path))
+    return libc<FILE *(const char *, const char *)>("fopen")(path, mode);
+  const std::string *text = platform.scripted(platform.files, std::string(path));
+  errno = ENOENT;
+  return text == nullptr ? nullptr : stream_of(*text);
 }
 
 int stat(const char *path, struct stat *facts) noexcept {
@@ -135,7 +136,7 @@ int open(const char *path, int flags, ...) {
 
 int access(const char *path, int mode) noexcept {
   if (!is_device_path(path)) return libc<int(const char *, int)>("access")(path, mode);
-  return platform.files.contains(path) ? 0 : -1;
+  return platform.scripted(platform.files, std::string(path)) != nullptr ? 0 : -1;
 }
 
 int flock(int, int operation) noexcept {

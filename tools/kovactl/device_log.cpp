@@ -43,6 +43,7 @@ std::string description(const Json &record) {
   const std::string kind = field(record, "kind");
   if (kind == "event") return field(record, "method") + " " + quoted(field(record, "event"));
   if (kind == "command") return command_line(record);
+  if (kind == "syslog") return field(record, "tag") + ": " + field(record, "text");
   if (kind == "device") return field(record, "what");
   if (kind != "service") return record.contains("unreadable") ? field(record, "unreadable") : record.dump();
   std::string text = field(record, "request");
