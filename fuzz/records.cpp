@@ -1,6 +1,7 @@
 // What the service daemon takes from a connection: the same records, however the bytes are cut into pieces.
 #include "device/serviced/records.hpp"
 
+#include "frame/channel.hpp"
 #include "fuzz/input.hpp"
 
 #include <algorithm>
@@ -41,11 +42,11 @@ std::string stream_of(fuzz::Input &input) {
     const std::string payload = input.text();
     if (kind % 4 != 0) {
       MsgRecord header{};
-      std::memcpy(&header.magic, "MRHD", 4);
-      header.command = device::connect_announcement + kind;
+      std::memcpy(&header.magic, channel::magic, sizeof channel::magic);
+      header.command = channel::connect_announcement + kind;
       header.cookie = kind;
       header.length =
-          static_cast<uint32_t>(kind == 255 ? device::longest_payload + payload.size() : payload.size());
+          static_cast<uint32_t>(kind == 255 ? channel::most_payload + payload.size() : payload.size());
       bytes.append(reinterpret_cast<const char *>(&header), sizeof header);
     }
     bytes += payload;
@@ -63,7 +64,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, std::size_t size) {
   std::size_t taken = 0;
   for (const device::Request &request : whole.requests) {
     taken += sizeof(MsgRecord) + request.payload.size();
-    fuzz::require(request.payload.size() <= device::longest_payload);
+    fuzz::require(request.payload.size() <= channel::most_payload);
     fuzz::require(!device::request_name(request.command).empty());
     fuzz::require(device::confirmation_of(request, 0, 1).cookie == request.cookie);
   }

@@ -12,11 +12,10 @@ namespace kova::device {
 namespace {
 
 void log_synchronisation(int asking_process) {
-  constexpr int configuration_section = 0;
   log_record({{"kind", "device"},
               {"pid", asking_process},
               {"what", "clock synchronised"},
-              {"server", host::nvram_find(configuration_section, "NTPServerIP").value_or("")}});
+              {"server", host::nvram_find(host::configuration_section, "NTPServerIP").value_or("")}});
 }
 
 } // namespace
