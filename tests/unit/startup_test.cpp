@@ -32,16 +32,6 @@ TEST_F(Startup, InstanceAndInterface) {
   EXPECT_STREQ(key.current(), "S_TR_ACS_URL");
 }
 
-TEST_F(Startup, BooleanTexts) {
-  std::string switches;
-  for (const char *text : {"true", "xTRUEx", "False,True", "FALSE", "1false", "1x", "1", "01", "yes", " 1",
-                           "", static_cast<const char *>(nullptr)}) {
-    const char *stored = kova::boolean_setting(text);
-    switches += stored == nullptr ? "-" : stored;
-  }
-  EXPECT_EQ(switches, "11100110----");
-}
-
 TEST_F(Startup, CopyOutFillsTheBuffer) {
   kova_getter *const plain = [](char *buf, unsigned int buflen) {
     return kova::get_setting(Section::config, "key", buf, buflen);
