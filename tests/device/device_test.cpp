@@ -147,18 +147,6 @@ TEST(Device, ADeadDaemonIsSeenAndOnlyUpStartsItAgain) {
   EXPECT_EQ(changes(device).back(), "daemon restarted");
 }
 
-TEST(Device, TheDaemonEndsWithItsDirectory) {
-  const TemporaryDevice device;
-  device.bring_up();
-  const fs::path program = "/proc/" + std::to_string(status().serviced.value()) + "/exe";
-  // The daemon removes files of its own at the same time.
-  for (std::error_code met; fs::remove_all(device.directory(), met), met;) {
-  }
-  for (int i = 0; i < 500 && fs::exists(program); i++)
-    std::this_thread::sleep_for(std::chrono::milliseconds(10));
-  EXPECT_FALSE(fs::exists(program));
-}
-
 TEST(Device, DevicesSideBySideDoNotMeet) {
   const TemporaryDevice one, other;
   one.bring_up();

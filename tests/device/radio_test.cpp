@@ -151,6 +151,12 @@ TEST_F(Feed, LivesWithTheDevice) {
   EXPECT_TRUE(device_.run([] { EXPECT_TRUE(host::nvram_find(9, "DM_CELL_STAT_INFO")); }));
   unsetenv("KOVA_FEED");
   device_.bring_up();
+  ASSERT_TRUE(status().radiod);
+  setenv("KOVA_FEED", "off", 1);
+  device_.bring_up();
+  EXPECT_FALSE(status().radiod);
+  unsetenv("KOVA_FEED");
+  device_.bring_up();
   const auto feed = status().radiod;
   ASSERT_TRUE(feed);
   device_.bring_up();
@@ -159,12 +165,6 @@ TEST_F(Feed, LivesWithTheDevice) {
   EXPECT_TRUE(soon([] { return !status().radiod; }));
   EXPECT_TRUE(device_.run(device::ensure_booted));
   EXPECT_FALSE(status().radiod);
-  device_.bring_up();
-  EXPECT_TRUE(status().radiod);
-  setenv("KOVA_FEED", "off", 1);
-  device_.bring_up();
-  EXPECT_FALSE(status().radiod);
-  unsetenv("KOVA_FEED");
   device_.bring_up();
   EXPECT_TRUE(status().radiod);
   device::down();

@@ -48,6 +48,11 @@ inline std::string neighbour(const std::string &ip, const char *mac, const char 
 inline const std::string neighbours_header =
     "IP address       HW type     Flags       HW address            Mask     Device\n";
 
+inline void expect_all(int (*check)(const char *row), int result, const Strings &rows) {
+  for (const std::string &row : rows)
+    EXPECT_EQ(check(row.c_str()), result) << row.substr(0, 100);
+}
+
 inline std::string event(const std::string &name) {
   return "run test_cpeevent call \"" + name + "\"";
 }
