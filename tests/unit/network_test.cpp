@@ -1,9 +1,9 @@
 // Interfaces, routes, neighbours and traffic counters.
-#include "fake/fake.hpp"
+#include "rows.hpp"
 
-#include <climits>
 #include <cstring>
 
+using fake::neighbour;
 using fake::platform;
 
 namespace {
@@ -97,28 +97,18 @@ TEST_F(Network, LinkSpeedAndRanges) {
   EXPECT_EQ(IPRangeCheck("10.1.1.1", mask, nullptr, nullptr), 0);
 }
 
-// A line of the ARP table, in the kernel's columns.
-std::string neighbour(const char *ip, const char *flags, const char *mac, const char *device) {
-  char line[128];
-  std::snprintf(line, sizeof line, "%-16s 0x%-10x%-12s%-17s     *        %s\n", ip, 1, flags, mac, device);
-  return line;
-}
-
 TEST_F(Network, NeighboursOfTheBridge) {
   constexpr const char *mac = "00:1a:2b:3c:4d:5e";
-  const std::string header =
-      "IP address       HW type     Flags       HW address            Mask     Device\n";
-  const std::string first = neighbour("192.168.1.20", "0x2", mac, "br0");
-  std::string table = header + first + first +
-                      "192.168.1.6 0x2\n\r\n" + // columns of an earlier line do not count
-                      neighbour("192.168.1.5", "0x2", mac, "br0").substr(0, 72) + "\n" +
-                      neighbour("10.0.0.1", "0x2", mac, "eth0") + neighbour("10.0.0.2", "0x2", mac, "br01") +
-                      neighbour("192.168.1.3", "0x0", mac, "br0") + // incomplete
-                      neighbour("192.168.1.8", "0x2", "<none>", "br0") +
-                      neighbour("192.168.1.4", "0x2", "00:00:00:00:00:00", "br0") +
-                      neighbour("192.168.1.21", "0x6", "00:1A:2B:3C:4D:5E", "br0") +
-                      neighbour("192.168.1.20", "0x2", "ff:1a:2b:3c:4d:5e", "br0") + "\n" + // ends the table
-                      neighbour("192.168.1.7", "0x2", mac, "br0");
+  const std::string &header = fake::neighbours_header;
+  const std::string first = neighbour("192.168.1.20", mac);
+  std::string table =
+      header + first + first + "192.168.1.6 0x2\n\r\n" + // columns of an earlier line do not count
+      neighbour("192.168.1.5", mac).substr(0, 72) + "\n" + neighbour("10.0.0.1", mac, "0x2", "eth0") +
+      neighbour("10.0.0.2", mac, "0x2", "br01") + neighbour("192.168.1.3", mac, "0x0") + // incomplete
+      neighbour("192.168.1.8", "<none>") + neighbour("192.168.1.4", "00:00:00:00:00:00") +
+      neighbour("192.168.1.21", "00:1A:2B:3C:4D:5E", "0x6") + neighbour("192.168.1.20", "ff:1a:2b:3c:4d:5e") +
+      "\n" + // ends the table
+      neighbour("192.168.1.7", mac);
   std::vector<LanInfo> list(200);
   const auto read = [&](const std::string &text) {
     platform.files["/proc/net/arp"] = text;
@@ -134,7 +124,7 @@ TEST_F(Network, NeighboursOfTheBridge) {
 
   table = header;
   for (int i = 1; i <= 200; ++i)
-    table += neighbour(("10.0.0." + std::to_string(i)).c_str(), "0x2", mac, "br0");
+    table += neighbour("10.0.0." + std::to_string(i), mac);
   EXPECT_EQ(read(table), 200);
   EXPECT_EQ(list[199].ip[3], 200);
 

@@ -1,7 +1,6 @@
-// Static routes: numbered refusals, the routing service around the store.
+// Static routes: numbered refusals and the count; their changes are those of the rule lists.
 #include "rows.hpp"
 
-using fake::event;
 using fake::get;
 using fake::platform;
 using fake::Strings;
@@ -46,15 +45,9 @@ TEST_F(Routes, RowsAreRefusedWithTheReason) {
                {"g,n,m,0,more", 0, {"19/3 0", "19/0 g", "19/1 n", "19/2 m"}}};
   for (const auto &[row, code, asked] : cases) {
     SCOPED_TRACE(row);
-    list() = "before";
-    platform.done.clear();
     platform.rules_asked.clear();
     EXPECT_EQ(checkX_RouteAllParam(row.c_str()), code);
     EXPECT_EQ(platform.rules_asked, asked);
-    EXPECT_EQ(kovaSetXRouteRulesRule(1, row.c_str()), code);
-    EXPECT_EQ(platform.done, code != 0 ? Strings{}
-                                       : (Strings{event("ce_route stop"), "nvram 0 static_route_key=" + row,
-                                                  event("ce_route start")}));
   }
   EXPECT_EQ(checkX_RouteAllParam(nullptr), 1);
 }
@@ -80,46 +73,13 @@ TEST_F(Routes, EveryCodeHasItsText) {
     EXPECT_STREQ(RouteSetting_getErrStr(code), "Unknown.");
 }
 
-TEST_F(Routes, TheTableIsCountedReadAndChangedWhole) {
+TEST_F(Routes, TheTableIsCountedWhole) {
   EXPECT_EQ(get(kovaGetXRouteRulesNumberOfEntries), "0");
-  EXPECT_EQ(kovaAddXRouteRulesRule(), 0);
-  EXPECT_EQ(platform.done, Strings{"nvram 0 static_route_key= , , ,0"}); // a placeholder is no route yet
-  EXPECT_EQ(get(kovaGetXRouteRulesNumberOfEntries), "1");
-  list() = "";
   for (int i = 0; i < 100; ++i)
     EXPECT_EQ(kovaAddXRouteRulesRule(), 0);
   EXPECT_EQ(get(kovaGetXRouteRulesNumberOfEntries), "100");
-  EXPECT_EQ(fake::row(kovaGetXRouteRulesRule, 100), " , , ,0"); // beyond what a set works on
-  for (const int index : {0, -1, 101, INT_MAX, INT_MIN})
-    EXPECT_EQ(fake::row(kovaGetXRouteRulesRule, index, 4, -1), "####");
   EXPECT_EQ(kovaDelXRouteRulesRule(100), 0);
   EXPECT_EQ(list().size(), 99U * 8 - 1);
-  EXPECT_EQ(kovaDelXRouteRulesRule(100), -1);
-  EXPECT_EQ(kovaSetXRouteRulesRule(33, ",1,1,1"), -1); // 255 characters hold 32 rows
-  EXPECT_EQ(kovaSetXRouteRulesRule(32, ",1,1,1"), 0);
-  EXPECT_EQ(get(kovaGetXRouteRulesNumberOfEntries), "32");
-}
-
-TEST_F(Routes, ARepetitionIsRefusedAndTheRowsOwnTextIsNone) {
-  list() = ",1,1,1;,2,2,1";
-  EXPECT_EQ(kovaSetXRouteRulesRule(1, ",2,2,1"), 10);
-  EXPECT_TRUE(platform.done.empty());
-  EXPECT_EQ(kovaSetXRouteRulesRule(2, ",2,2,1"), 0);
-  EXPECT_EQ(kovaSetXRouteRulesRule(3, ",3,3,1"), -1);
-  EXPECT_EQ(list(), ",1,1,1;,2,2,1");
-}
-
-TEST_F(Routes, NothingOfARowReachesTheShell) {
-  list() = "row";
-  for (const std::string &text : fake::shell_syntax) {
-    platform.done.clear();
-    const std::string row = std::string(",").append(text).append(",").append(text).append(",1").append(text);
-    EXPECT_EQ(kovaSetXRouteRulesRule(1, row.c_str()), 0);
-    EXPECT_EQ(kovaDelXRouteRulesRule(1), 0);
-    const std::string stop = event("ce_route stop").substr(4), start = event("ce_route start").substr(4);
-    EXPECT_EQ(fake::commands(), (Strings{stop, start, stop, start})) << text;
-    list() = "row";
-  }
 }
 
 } // namespace

@@ -68,7 +68,7 @@ const Values route_rows = {
     {"192.168.1.254,10.0.0.0,255.0.0.0,", 1}, {",10.0.0.0,255.0.0.0,0", 3}, {"1.1.1.1,10.0.0.0,!,0", 8}, {"", 1}};
 const Values dial_rows = {
     {"3,555123,office"}, {"3,555124,"}, {"4,555123,home"}, {"4,555123,office"}, {"16,1,"}, {"7,8," + comment},
-    {"9,8," + comment}, {"!,1,", -1}, {"5,,", -1}, {"5,6", -1}, {"", -1}};
+    {"9,8," + comment}, {"03,0555123,"}, {"!,1,", -1}, {"5,,", -1}, {"5,6", -1}, {"", -1}};
 
 #define LIST(family, colour, white, kind, keys, mirror, blank, mode, refused, kept, values)                  \
   {keys " " #colour, kovaadd##family##colour##FilterSetting, kovaSet##family##colour##FilterRules,           \

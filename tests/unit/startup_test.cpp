@@ -32,40 +32,22 @@ TEST_F(Startup, InstanceAndInterface) {
   EXPECT_STREQ(key.current(), "S_TR_ACS_URL");
 }
 
-TEST_F(Startup, BooleanTexts) {
-  std::string switches;
-  for (const char *text : {"true", "xTRUEx", "False,True", "FALSE", "1false", "1x", "1", "01", "yes", " 1",
-                           "", static_cast<const char *>(nullptr)}) {
-    const char *stored = kova::boolean_setting(text);
-    switches += stored == nullptr ? "-" : stored;
-  }
-  EXPECT_EQ(switches, "11100110----");
+TEST_F(Startup, AnAnswerFillsTheBufferToItsEnd) {
+  platform.nvram[{0, "key"}] = "abc";
+  char buf[] = "######";
+  EXPECT_EQ(kova::get_setting(Section::config, "key", buf, 3), 0);
+  EXPECT_STREQ(buf, "abc###"); // no terminator
+  EXPECT_EQ(kova::get_setting(Section::config, "key", buf, 5), 0);
+  EXPECT_EQ(std::memcmp(buf, "abc\0\0#", 6), 0);
+  EXPECT_EQ(kova::get_setting(Section::config, "key", nullptr, 5), -1);
 }
 
-TEST_F(Startup, CopyOutFillsTheBuffer) {
-  kova_getter *const plain = [](char *buf, unsigned int buflen) {
-    return kova::get_setting(Section::config, "key", buf, buflen);
-  };
+TEST_F(Startup, ATreeThatCannotBeReadLeavesTheBufferAlone) {
   kova_getter *const leaf = [](char *buf, unsigned int buflen) {
     return kova::get_tree_leaf("/tarn/leaf", buf, buflen);
   };
-  for (kova_getter *getter : {plain, leaf}) {
-    platform.nvram[{0, "key"}] = platform.tree["tarn/leaf"] = "abc";
-    char buf[] = "######";
-    EXPECT_EQ(getter(buf, 0), 0);
-    EXPECT_STREQ(buf, "######");
-    EXPECT_EQ(getter(buf, 3), 0);
-    EXPECT_STREQ(buf, "abc###"); // no terminator
-    EXPECT_EQ(getter(buf, 5), 0);
-    EXPECT_EQ(std::memcmp(buf, "abc\0\0#", 6), 0);
-    EXPECT_EQ(getter(nullptr, 5), -1);
-    platform.nvram[{0, "key"}] = platform.tree["tarn/leaf"] = std::string(300, 'v');
-    EXPECT_EQ(get(getter), std::string(255, 'v'));
-  }
-  EXPECT_EQ(platform.tree_opened, 0);
-
-  platform.nvram.clear();
-  EXPECT_EQ(get(plain), "");
+  platform.tree["tarn/leaf"] = std::string(300, 'v');
+  EXPECT_EQ(get(leaf), std::string(255, 'v'));
   platform.tree.clear();
   platform.done.clear();
   for (const bool opens : {false, true}) {

@@ -228,6 +228,9 @@ TEST_F(Time, DateTimeTexts) {
     EXPECT_EQ(date.tm_isdst, -1);
   }
   EXPECT_EQ(getDateTime("2024-03-10T02:04:05", nullptr), -1);
+  tm any;
+  for (const char *beyond : {"2147483648-01-01T00:00:00", "2024-2147483648-1T0:0:0", "99999999999-1-1T0:0:0"})
+    getDateTime(beyond, &any); // survived
   char text[256];
   tm date = {};
   setDateTime(text, &date);
@@ -235,12 +238,6 @@ TEST_F(Time, DateTimeTexts) {
   date.tm_year = INT_MAX - 1900;
   setDateTime(text, &date);
   EXPECT_STREQ(text, "2147483647-01-00T00:00:00");
-}
-
-TEST_F(Time, YearsBeyondAllNumbersAreSurvived) {
-  tm date;
-  for (const char *text : {"2147483648-01-01T00:00:00", "2024-2147483648-1T0:0:0", "99999999999-1-1T0:0:0"})
-    getDateTime(text, &date);
 }
 
 TEST_F(Time, LocalTimeFollowsTheZoneThatTheScriptDerives) {
