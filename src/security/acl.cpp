@@ -21,9 +21,15 @@ int check_row(const char *value, int position) {
   return checkACLSettingsRulesAllParam(value, position);
 }
 
-constexpr List access_list = {
-    "ACL",         list_key, nullptr, "4, ,,0", {first_255, first_255, first_255}, {keeps_255, keeps_63},
-    {"AclEnable"}, check_row};
+constexpr List access_list = {"ACL",
+                              "ACLSettings",
+                              list_key,
+                              nullptr,
+                              "4, ,,0",
+                              {first_255, first_255, first_255},
+                              {keeps_255, keeps_63},
+                              {"AclEnable"},
+                              check_row};
 
 constexpr const char *wan_side = "0";
 
@@ -47,11 +53,12 @@ bool complain(const char *message) {
 }
 
 // A host on the WAN side must not have an address of the gateway's network, one on the LAN side must.
-bool judge_address(const AclRow &row, const char *address, int item, bool required) {
-  constexpr int rules = 16, empty = -1, in_gateway_network = -4;
-  const int code = tarn_check_param(rules, address, item);
-  if (required && code == empty) return complain("Please input start IP address.");
-  if (code == -2 || code == -3) return complain("Invalid IP address.");
+bool judge_address(const AclRow &row, bool is_start) {
+  constexpr int rules = 16, start_item = 8, end_item = 9, empty = -1, in_gateway_network = -4;
+  const int code = tarn_check_param(rules, is_start ? row.start : row.end, is_start ? start_item : end_item);
+  if (is_start && code == empty) return complain("Please input start IP address.");
+  if (code == -2 || code == -3)
+    return complain(is_start ? "Invalid start IP address." : "Invalid end IP address.");
   const bool wan = leading_number(row.interface) == leading_number(wan_side); // judged by its range
   if (wan && code == in_gateway_network)
     return complain("IP address can't be the same with gateway address network segment.");
@@ -61,14 +68,13 @@ bool judge_address(const AclRow &row, const char *address, int item, bool requir
 }
 
 bool judge_fields(const AclRow &row) {
-  constexpr int start_item = 8, end_item = 9;
   if (*row.interface == '\0' || webscheckRange(row.interface, 0, 1) == 0) return false;
   if (*row.service == '\0' ||
       (webscheckRange(row.service, 4, 4) == 0 && webscheckRange(row.service, 7, 8) == 0))
     return false;
-  if (!judge_address(row, row.start, start_item, true)) return false;
+  if (!judge_address(row, true)) return false;
   const bool single_host = *row.start != '\0' && *row.end == '\0';
-  return single_host || judge_address(row, row.end, end_item, false);
+  return single_host || judge_address(row, false);
 }
 
 // ---- The IPv6 path

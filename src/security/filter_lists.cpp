@@ -1,5 +1,6 @@
 // The eight filter lists, and the checks of MAC and URL rows.
 #include "frame/trace.hpp"
+#include "platform/nvram.h"
 #include "platform/webs.h"
 #include "security/manager.hpp"
 #include "security/rule_list.hpp"
@@ -46,16 +47,16 @@ int check_ipv6_row(const char *value, int) {
 constexpr const char *blank = " ", *ip_placeholder = " ,,,,,,,,1,1";
 
 // clang-format off
-//                          name            key                       mirror                     placeholder     reads: add, set, delete           keeps: set, delete      on while               mode, refused
+//                          name    its rows           key                       mirror                     placeholder     reads: add, set, delete           keeps: set, delete      on while               mode, refused
 constexpr List
-    mac_black  = {"MAC",  "MACFilterRules",          "WlanMACFilterRules",      blank,          {first_255, first_255, first_255}, {keeps_255, keeps_63}, {"MACFilterEnable",     "MACFilterMode",              white}, check_mac_row},
-    mac_white  = {"MAC",  "MACFilterWhiteRules",     "WlanMACFilterWhiteRules", blank,          {first_255, first_255, first_255}, {keeps_255, keeps_63}, {"MACFilterEnable",     "MACFilterMode",              black}, check_mac_row},
-    url_black  = {"URL",  "URLFilterRules",          nullptr,                   blank,          {first_255, first_255, first_255}, {keeps_63,  keeps_63}, {"URLFilterEnable",     "URLFilterMode",              white}, check_url_row},
-    url_white  = {"URL",  "URLFilterWhiteRules",     nullptr,                   blank,          {first_255, first_255, first_255}, {keeps_63,  keeps_63}, {"URLFilterEnable",     "URLFilterMode",              black}, check_url_row},
-    ip_black   = {"IP",   "IPPortFilterRules",       nullptr,                   ip_placeholder, {first_255, first_255, first_255}, {keeps_255, keeps_63}, {"IPPortFilterEnable",  "DefaultIPPortFilterPolicy",  white}, check_ip_row},
-    ip_white   = {"IP",   "IPPortFilterWhiteRules",  nullptr,                   ip_placeholder, {first_255, first_255, first_255}, {keeps_255, keeps_63}, {"IPPortFilterEnable",  "DefaultIPPortFilterPolicy",  black}, check_ip_row},
-    ipv6_black = {"IPv6", "IPPort6FilterRules",      nullptr,                   ip_placeholder, {first_255, first_255, first_255}, {keeps_255, keeps_63}, {"IPPort6FilterEnable", "DefaultIPPort6FilterPolicy", white}, check_ipv6_row},
-    ipv6_white = {"IPv6", "IPPort6FilterWhiteRules", nullptr,                   ip_placeholder, {first_255, first_255, first_255}, {keeps_255, keeps_63}, {"IPPort6FilterEnable", "DefaultIPPort6FilterPolicy", black}, check_ipv6_row};
+    mac_black  = {"MAC",  "MACBlackFilter",  "MACFilterRules",          "WlanMACFilterRules",      blank,          {first_255, first_255, first_255}, {keeps_255, keeps_63}, {"MACFilterEnable",     "MACFilterMode",              white}, check_mac_row},
+    mac_white  = {"MAC",  "MACWhiteFilter",  "MACFilterWhiteRules",     "WlanMACFilterWhiteRules", blank,          {first_255, first_255, first_255}, {keeps_255, keeps_63}, {"MACFilterEnable",     "MACFilterMode",              black}, check_mac_row},
+    url_black  = {"URL",  "URLBlackFilter",  "URLFilterRules",          nullptr,                   blank,          {first_255, first_255, first_255}, {keeps_63,  keeps_63}, {"URLFilterEnable",     "URLFilterMode",              white}, check_url_row},
+    url_white  = {"URL",  "URLWhiteFilter",  "URLFilterWhiteRules",     nullptr,                   blank,          {first_255, first_255, first_255}, {keeps_63,  keeps_63}, {"URLFilterEnable",     "URLFilterMode",              black}, check_url_row},
+    ip_black   = {"IP",   "IPBlackFilter",   "IPPortFilterRules",       nullptr,                   ip_placeholder, {first_255, first_255, first_255}, {keeps_255, keeps_63}, {"IPPortFilterEnable",  "DefaultIPPortFilterPolicy",  white}, check_ip_row},
+    ip_white   = {"IP",   "IPWhiteFilter",   "IPPortFilterWhiteRules",  nullptr,                   ip_placeholder, {first_255, first_255, first_255}, {keeps_255, keeps_63}, {"IPPortFilterEnable",  "DefaultIPPortFilterPolicy",  black}, check_ip_row},
+    ipv6_black = {"IPv6", "IPV6BlackFilter", "IPPort6FilterRules",      nullptr,                   ip_placeholder, {first_255, first_255, first_255}, {keeps_255, keeps_63}, {"IPPort6FilterEnable", "DefaultIPPort6FilterPolicy", white}, check_ipv6_row},
+    ipv6_white = {"IPv6", "IPV6WhiteFilter", "IPPort6FilterWhiteRules", nullptr,                   ip_placeholder, {first_255, first_255, first_255}, {keeps_255, keeps_63}, {"IPPort6FilterEnable", "DefaultIPPort6FilterPolicy", black}, check_ipv6_row};
 // clang-format on
 
 // ---- MAC rows
@@ -145,8 +146,9 @@ int checkURLReplyParam(const char *value, const char *indexText, const char *mod
 int checkUrlFilterParam(const char *value, int countCheck, const char *indexText, const char *modeText) {
   constexpr int most_before_a_set = 15;
   value = text_or_empty(value);
-  if (!passes({url_rules, row_item}, value) || websCheckURL(value) < 0)
-    return refuse("Error, url value error.");
+  const int code = tarn_check_param(url_rules, value, row_item);
+  if (code < 0) return refuse(code == -1 ? "Error, url value is Empty" : "Error, url value error.");
+  if (websCheckURL(value) < 0) return refuse("Error, url value error.");
   if (checkURLReplyParam(value, indexText, modeText) == 1) return refuse("Error, url value reply.");
   if (countCheck != 0 && checkURLParamCount(modeText) > most_before_a_set)
     return refuse("Error, The rule number is exceeded 16.");

@@ -47,6 +47,7 @@ int check_route(const char *value, int) {
 }
 
 constexpr List routes = {"Route",
+                         "Route",
                          "static_route_key",
                          nullptr,
                          " , , ,0",

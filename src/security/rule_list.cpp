@@ -58,14 +58,17 @@ bool is_on(const Interlock &interlock) {
 
 bool allows(const List &list, const char *operation, bool asks_enable) {
   const Interlock &interlock = list.interlock;
+  const bool has_colour = interlock.mode_key != nullptr, is_black = equal(interlock.refused_mode, "1");
+  const char *colour = !has_colour ? "" : is_black ? " black" : " white";
   if (asks_enable && !is_on(interlock)) {
-    dbg_trace("[TR069][Error]%s disable, don't %s filter.\n", list.name, operation);
+    dbg_trace("[TR069][Error]%s disable, don't %s %s%s filter.\n", list.name, operation, list.name, colour);
     return false;
   }
-  if (interlock.mode_key == nullptr) return true;
+  if (!has_colour) return true;
   const Text mode = load(Section::config, interlock.mode_key);
   if (!equal(mode, interlock.refused_mode)) return true;
-  dbg_trace("[TR069][Error]%s filter mode is (%s), don't %s filter.\n", list.name, mode.chars, operation);
+  dbg_trace("[TR069][Error]%s filter mode is %s(%s), don't %s%s filter.\n", list.name,
+            is_black ? "white" : "black", mode.chars, operation, colour);
   return false;
 }
 
@@ -74,10 +77,10 @@ int position_of(int index) {
   return index > 0 ? index - 1 : -1;
 }
 
-bool in_range(int position, const char *text) {
+bool in_range(int position, const char *text, const char *what) {
   const int count = firewall_getRuleNums(text);
   if (position < count) return true;
-  dbg_trace("Rule index %d out of range %d!\n", position, count);
+  dbg_trace("%s index %d out of range %d!\n", what, position, count);
   return false;
 }
 
@@ -130,7 +133,7 @@ int set(const List &list, int index, const char *value) {
   if (!allows(list, "set", true)) return -1;
   value = text_or_empty(value);
   const int position = position_of(index);
-  if (!in_range(position, text)) return -1;
+  if (!in_range(position, text, "Rule")) return -1;
   if (const int refusal = list.check(value, position); refusal != 0) return refusal;
   if (any_row(text, [&](const Row &row, int at) { return at != position && row.is(value); })) {
     dbg_trace("Set value already exist");
@@ -152,7 +155,9 @@ int remove(const List &list, int index) {
   const OwnedText text = load_text(list.key, list.reads.remove);
   if (!allows(list, "delete", false)) return -1;
   const int position = position_of(index);
-  if (!in_range(position, text)) return -1;
+  char what[64];
+  std::snprintf(what, sizeof what, "%s Rules", list.rows_name);
+  if (!in_range(position, text, what)) return -1;
   ListText shorter(room_for(list.reads.remove, text, ""));
   any_row(text, [&](const Row &row, int at) {
     if (at != position) shorter.add_row(row.begin, kept(row, list.keeps.remove));

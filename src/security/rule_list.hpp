@@ -23,7 +23,7 @@ struct Interlock {
 };
 
 struct List {
-  const char *name; // in debug messages
+  const char *name, *rows_name; // in debug messages: the family, and the list
   const char *key;
   const char *mirror; // written with the same text; nullptr: none
   const char *placeholder;

@@ -24,19 +24,19 @@ bool refuse(const char *message, const char *what) {
 }
 
 // Only a stored "0" switches SIP off: a device whose switch was never stored allows.
-bool is_open(Needs needs, const char *key) {
+bool is_open(Needs needs, const char *what) {
   if (needs == Needs::nothing) return true;
   if (equal(load(Section::config, "SIPEnable"), "0"))
-    return refuse("[Error]SIP disable don't set %s!\n", key);
+    return refuse("[Error]SIP disable don't set %s!\n", what);
   if (needs == Needs::sip) return true;
   const char *mode = needs == Needs::proxy_mode ? "0" : "1";
   return equal(load(Section::config, "SIPServerMode"), mode) ||
-         refuse("[Error]SIP mode don't set %s!\n", key);
+         refuse("[Error]SIP mode don't set %s!\n", what);
 }
 
-int set(const char *key, const char *value, Rule rule, Needs needs = Needs::nothing) {
+int set(const char *key, const char *value, Rule rule, Needs needs = Needs::nothing, const char *what = "") {
   value = text_or_empty(value);
-  if (!is_open(needs, key) || !passes(rule, value)) return -1;
+  if (!is_open(needs, what) || !passes(rule, value)) return -1;
   store(Section::config, key, value);
   return 0;
 }
@@ -143,10 +143,10 @@ int kovasetRTPLocalPortMax(const char *value) {
 }
 
 #define GETTER(getter, key) KOVA_SETTING_GETTER(getter, Section::config, key)
-#define SIP(getter, setter, key, item, needs)                                                                \
+#define SIP(getter, setter, key, item, needs, what)                                                          \
   GETTER(getter, key)                                                                                        \
   int setter(const char *value) {                                                                            \
-    return set(key, value, {sip_rules, item}, Needs::needs);                                                 \
+    return set(key, value, {sip_rules, item}, Needs::needs, what);                                           \
   }
 #define LINE(getter, setter, key, item)                                                                      \
   GETTER(getter, key)                                                                                        \
@@ -158,19 +158,19 @@ int kovasetRTPLocalPortMax(const char *value) {
 GETTER(kovaGetRTPLocalPortMin, "RTPStartPort")
 GETTER(kovaGetRTPLocalPortMax, "RTPEndPort")
 KOVA_CONSTANT_GETTER(kovaGetAuthPassword, " ")
-int kovaSetAuthPassword(const char *value) { return set("SIPPassword", value, {sip_rules, 3}, Needs::sip); }
-//   getter                         setter                         key                  item  needs
-SIP( kovaGetVoipBasicEnable,        kovaSetVoipBasicEnable,        "SIPEnable",          0,   nothing)
-SIP( kovaGetDirectoryNumber,        kovaSetDirectoryNumber,        "SIPId",              1,   sip)
-SIP( kovaGetAuthUserName,           kovaSetAuthUserName,           "SIPUserName",        2,   sip)
-SIP( kovaGetSIPServerMode,          kovaSetSIPServerMode,          "SIPServerMode",      4,   sip)
-SIP( kovaGetPCSCFServerDomain,      kovaSetPCSCFServerDomain,      "pcscfServerDomain",  5,   pcscf_mode)
-SIP( kovaGetPCSCFServerPort,        kovaSetPCSCFServerPort,        "pcscfServerPort",    6,   pcscf_mode)
-SIP( kovaGetSIPRegistrarServer,     kovaSetSIPRegistrarServer,     "SIPRegisterServer",  7,   proxy_mode)
-SIP( kovaGetSIPRegistrarServerPort, kovaSetSIPRegistrarServerPort, "SIPRegisterPort",    8,   proxy_mode)
-SIP( kovaGetSIPProxyServer,         kovaSetSIPProxyServer,         "SIPProxyServer",     9,   proxy_mode)
-SIP( kovaGetSIPProxyServerPort,     kovaSetSIPProxyServerPort,     "SIPProxyPort",      10,   proxy_mode)
-SIP( kovaGetSIPUserAgentDomain,     kovaSetSIPUserAgentDomain,     "SIPServerDomain",   11,   proxy_mode)
+int kovaSetAuthPassword(const char *value) { return set("SIPPassword", value, {sip_rules, 3}, Needs::sip, "Auth Password"); }
+//   getter                         setter                         key                  item  needs       in messages
+SIP( kovaGetVoipBasicEnable,        kovaSetVoipBasicEnable,        "SIPEnable",          0,   nothing,     "SIP")
+SIP( kovaGetDirectoryNumber,        kovaSetDirectoryNumber,        "SIPId",              1,   sip,         "Directory Number")
+SIP( kovaGetAuthUserName,           kovaSetAuthUserName,           "SIPUserName",        2,   sip,         "Auth User Name")
+SIP( kovaGetSIPServerMode,          kovaSetSIPServerMode,          "SIPServerMode",      4,   sip,         "SIP Server Mode")
+SIP( kovaGetPCSCFServerDomain,      kovaSetPCSCFServerDomain,      "pcscfServerDomain",  5,   pcscf_mode,  "P-CSCF Server Domain")
+SIP( kovaGetPCSCFServerPort,        kovaSetPCSCFServerPort,        "pcscfServerPort",    6,   pcscf_mode,  "P-CSCF Server Port")
+SIP( kovaGetSIPRegistrarServer,     kovaSetSIPRegistrarServer,     "SIPRegisterServer",  7,   proxy_mode,  "Registrar Server")
+SIP( kovaGetSIPRegistrarServerPort, kovaSetSIPRegistrarServerPort, "SIPRegisterPort",    8,   proxy_mode,  "Registrar Server Port")
+SIP( kovaGetSIPProxyServer,         kovaSetSIPProxyServer,         "SIPProxyServer",     9,   proxy_mode,  "Proxy Server")
+SIP( kovaGetSIPProxyServerPort,     kovaSetSIPProxyServerPort,     "SIPProxyPort",      10,   proxy_mode,  "Proxy Server Port")
+SIP( kovaGetSIPUserAgentDomain,     kovaSetSIPUserAgentDomain,     "SIPServerDomain",   11,   proxy_mode,  "User Agent Domain")
 LINE(kovaGetDTMFMethod,             kovasetDTMFMethod,             "DTMFMethod",         0)
 LINE(kovaGetFaxOption,              kovasetFaxOption,              "FAXOption",          1)
 LINE(kovaGetSilenceSuppression,     kovasetSilenceSuppression,     "SIPVad",             4)

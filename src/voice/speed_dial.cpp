@@ -17,8 +17,8 @@ int check_row(const char *value, int position) {
 }
 
 constexpr List speed_dial = {
-    "Quickdial", "SPEEDDialLists", nullptr, " ,,", {first_255, first_255, first_255}, {keeps_63, keeps_63},
-    {},          check_row};
+    "Quickdial",          "Quickdial", "SPEEDDialLists", nullptr, " ,,", {first_255, first_255, first_255},
+    {keeps_63, keeps_63}, {},          check_row};
 
 constexpr int field_rules = 29;
 enum Field { dial_number, real_number, note };
