@@ -73,6 +73,12 @@ std::string get(kova_getter *getter, unsigned int buflen) {
   return text;
 }
 
+void expect_no_buffer_refused(kova_getter *getter) {
+  char buf[4];
+  EXPECT_EQ(getter(nullptr, sizeof buf), -1);
+  EXPECT_EQ(getter(buf, 0), -1);
+}
+
 Strings get_all(const std::vector<kova_getter *> &getters) {
   Strings texts;
   for (kova_getter *getter : getters)
