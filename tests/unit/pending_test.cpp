@@ -45,8 +45,6 @@ TEST_F(Pending, SlotsOwnCopies) {
   expect("Other", "");
   EXPECT_EQ(pvcl_set_slot_value(&slot, "new"), 0);
   expect("Other", "new");
-  EXPECT_EQ(pvcl_set_slot_value(&slot, nullptr), 0);
-  expect("Other", "");
   EXPECT_EQ(pvcl_set_slot(&slot, nullptr, "lone"), 0);
   expect("", "lone");
   for (int times = 0; times < 2; ++times) {
