@@ -105,6 +105,7 @@ struct Platform {
 
 extern Platform platform;
 void did(const std::string &what);
+const Interface *find_interface(const std::string &name); // nullptr: there is none
 
 // Starts every test with an empty platform, the primary instance and an empty check list, and sees that no file, pipe
 // or socket is left open.

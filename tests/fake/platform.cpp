@@ -37,6 +37,11 @@ void did(const std::string &what) {
   if (platform.watch) platform.watch();
 }
 
+const Interface *find_interface(const std::string &name) {
+  const auto found = std::ranges::find(platform.interfaces, name, &Interface::name);
+  return found == platform.interfaces.end() ? nullptr : &*found;
+}
+
 Strings Platform::written() const {
   Strings result;
   for (const std::string &entry : done)
@@ -163,13 +168,6 @@ int tarn_get_wlan_if_statistic(char *text, int size, int counter, int radio, int
   EXPECT_EQ(radio, 0);
   EXPECT_EQ(vap, 1);
   return copy_counter("wlan", counter, text, size);
-}
-
-static const Interface *find_interface(const std::string &name) {
-  const auto &all = platform.interfaces;
-  const auto found =
-      std::find_if(all.begin(), all.end(), [&](const auto &entry) { return entry.name == name; });
-  return found == all.end() ? nullptr : &*found;
 }
 
 long long tarn_get_if_statistic(const char *ifname, int counter) {
