@@ -23,13 +23,11 @@ protected:
   }
   // Every path gives back what it took.
   ~Cells() override {
-    const auto count = [](const Strings &list, const char *entry) {
-      return std::count(list.begin(), list.end(), entry);
-    };
     EXPECT_EQ(platform.tree_opened, 0) << "tree left open";
-    EXPECT_EQ(count(platform.done, "bracket start"), count(platform.done, "bracket end"));
-    EXPECT_EQ(count(platform.lte_asked, "bye"),
-              platform.lte_daemon ? count(platform.lte_asked, "client") : 0);
+    if (platform.lte_daemon) {
+      EXPECT_EQ(std::ranges::count(platform.lte_asked, "bye"),
+                std::ranges::count(platform.lte_asked, "client"));
+    }
   }
   static void use_duplex(const std::string &duplex) {
     platform.nvram[{0, duplex_key}] = platform.tree[directory + "dedicated_duplex"] = duplex;
@@ -227,16 +225,10 @@ TEST_F(Cells, LockedRanges) {
   // clang-format on
   for (const auto &[value, list, check] : cases) {
     EXPECT_EQ(check_ranges(value.c_str()), check) << value;
-    Strings done = inside(kovaSetTR069PciOnlyLock, value.c_str());
-    if (!list.empty()) {
-      Strings expected = stored("dedicated_pci_range", list);
-      expected.insert(expected.begin(), "console pci only lock set:" + list + ",\n");
-      done.erase(done.begin(), done.end() - std::min<std::ptrdiff_t>(3, std::ssize(done)));
-      EXPECT_EQ(done, expected);
-      EXPECT_EQ(get(kovaGetTR069PciOnlyLock), list);
-    } else {
-      EXPECT_EQ(std::ranges::count(done, "request 0x10000003"), 0);
-    }
+    platform.tree[directory + "dedicated_pci_range"].clear();
+    const Strings done = inside(kovaSetTR069PciOnlyLock, value.c_str());
+    EXPECT_EQ(std::ranges::count(done, "request 0x10000003"), list.empty() ? 0 : 1);
+    EXPECT_EQ(get(kovaGetTR069PciOnlyLock), list);
   }
   EXPECT_EQ(check_ranges(none), 0);
   EXPECT_EQ(inside(kovaSetTR069PciOnlyLock, "3;,"),
@@ -251,24 +243,19 @@ TEST_F(Cells, LockedRanges) {
 }
 
 TEST_F(Cells, PreferredFrequencies) {
-  const auto group = [](int first, int count) {
-    return "3," + repeat(
-                      count, [&](int i) { return std::to_string(first + i); }, ",");
-  };
-  const auto pairs = [](int first, int count) {
-    return repeat(count, [&](int i) { return "3," + std::to_string(first + i); });
-  };
+  const auto channel = [](int i) { return std::to_string(1300 + i); };
+  const auto group = [&](int count) { return "3," + repeat(count, channel, ","); };
+  const auto pairs = [&](int count) { return repeat(count, [&](int i) { return "3," + channel(i); }); };
   struct {
     std::string value, stored, read;
-  } const accepted[] = {
-      {"3,1300,1301;3,1300", "3,1300;3,1301", "3,1300,1301"},
-      {"3,1300;1,5;3,1302", "3,1300;3,1302;1,5", "3,1300,1302;1,5"},
-      {";;3,,1300,;", "3,1300", "3,1300"},
-      {"1,0", "1,0", "1,0"},
-      {"3,1300;1", "3,1300", "3,1300"}, // a band without channels
-      {group(1300, 20), pairs(1300, 20), group(1300, 20)},
-      {group(1300, 10000), pairs(1300, 20), group(1300, 20)},
-      {group(1300, 21) + ";3,1330;1,5", pairs(1300, 20) + ";1,5", group(1300, 20) + ";1,5"}};
+  } const accepted[] = {{"3,1300,1301;3,1300", "3,1300;3,1301", "3,1300,1301"},
+                        {"3,1300;1,5;3,1302", "3,1300;3,1302;1,5", "3,1300,1302;1,5"},
+                        {";;3,,1300,;", "3,1300", "3,1300"},
+                        {"1,0", "1,0", "1,0"},
+                        {"3,1300;1", "3,1300", "3,1300"}, // a band without channels
+                        {group(20), pairs(20), group(20)},
+                        {group(10000), pairs(20), group(20)},
+                        {group(21) + ";3,1330;1,5", pairs(20) + ";1,5", group(20) + ";1,5"}};
   for (const auto &[value, list, read] : accepted) {
     EXPECT_EQ(inside(check_frequencies, value.c_str()), Strings{});
     EXPECT_EQ(inside(kovaSetTR069FreqPreferred, value.c_str()), stored("fdd_dedicated_earfcn_list", list));

@@ -29,7 +29,7 @@ TEST_F(FilterRows, AddressesThatNoMacRowMayName) {
                {"00:1a:2b:3c:4d:5f", "0", -4},
                {"00:1A:2B:3C:4D:5F", "0", 0},
                {"00:1A:2B:3C:4D:5E", "1", -4},
-               {"00:1A:2B:3C:4D:5E and more", "0", -4},
+               {"00:1A:2B:3C:4D:5E+", "0", -4},
                {"00:1A:2B:3C:4D:5", "0", 0},
                {"AA:BB:CC:DD:EE:0F", "0", -5},
                {"aa:bb:cc:dd:ee:0f", "0", 0},
