@@ -246,25 +246,18 @@ TEST_F(Batch, LanAndDnsNamesCountAsStoredWhenTheyHoldLocalAnywhere) {
   EXPECT_EQ(validate("dl.if=i"), "Device.LocalNet.State;dl.if");
 }
 
-// Three servers; "-" is an empty one.
-std::string validate_dns(const std::string &servers) {
-  std::istringstream words(servers);
-  for (std::string name : {"dns.1", "dns.2", "dns.3"}) {
-    std::string server;
-    words >> server;
-    park(name, server == "-" ? "" : server);
-  }
-  return validate("dns.option=1");
-}
-
 TEST_F(Batch, DnsServersMustDiffer) {
-  for (const char *passing : {"1.1.1.1 2.2.2.2 3.3.3.3", "1.1.1.1 - -", "1.1.1.1 2.2.2.2 -",
-                              "1.1.1.1 - 3.3.3.3", "- 2.2.2.2 3.3.3.3", "- 2.2.2.2 -"})
-    EXPECT_EQ(validate_dns(passing), "passed") << passing;
-  for (const char *failing : {"1.1.1.1 1.1.1.1 -", "1.1.1.1 2.2.2.2 1.1.1.1", "1.1.1.1 2.2.2.2 2.2.2.2",
-                              "- 2.2.2.2 2.2.2.2", "1.1.1.1 - 1.1.1.1", "- - -", "- - 3.3.3.3",
-                              "1.0.0.1 1.1 -", "no address 3.3.3.3", "- 255.255.255.255 -"})
-    EXPECT_EQ(validate_dns(failing), "dns.option;dns.1;dns.2;dns.3") << failing;
+  for (const std::string servers : {"dns.1=1.1.1.1 dns.2=2.2.2.2 dns.3=3.3.3.3",
+                                    "dns.1=1.1.1.1 dns.2= dns.3=", "dns.1=1.1.1.1 dns.2= dns.3=3.3.3.3",
+                                    "dns.1= dns.2=2.2.2.2 dns.3=3.3.3.3", "dns.1= dns.2=2.2.2.2 dns.3="})
+    EXPECT_EQ(validate("dns.option=1 " + servers), "passed") << servers;
+  for (const std::string servers :
+       {"dns.1=1.1.1.1 dns.2=1.1.1.1 dns.3=", "dns.1=1.1.1.1 dns.2=2.2.2.2 dns.3=1.1.1.1",
+        "dns.1=1.1.1.1 dns.2=2.2.2.2 dns.3=2.2.2.2", "dns.1= dns.2=2.2.2.2 dns.3=2.2.2.2",
+        "dns.1=1.1.1.1 dns.2= dns.3=1.1.1.1", "dns.1= dns.2= dns.3=", "dns.1= dns.2= dns.3=3.3.3.3",
+        "dns.1=1.0.0.1 dns.2=1.1 dns.3=", "dns.1=no dns.2=address dns.3=3.3.3.3",
+        "dns.1= dns.2=255.255.255.255 dns.3="})
+    EXPECT_EQ(validate("dns.option=1 " + servers), "dns.option;dns.1;dns.2;dns.3") << servers;
   EXPECT_EQ(validate("dns.2=1.1.1.1"), "dns.2"); // the stored first
   EXPECT_TRUE(platform.done.empty());
 }
