@@ -36,8 +36,7 @@ struct Platform {
   Strings keys_read;   // "9 TR_PINGDIAG_STATE", every store read
   Strings rules_asked; // "3/9 192.168.1.1", "mode/bandwidth 11N 1", "mode/rate 11N 12", "writable gre_type",
                        // "scan mode 1 FDD", "dmz 10.0.0.1"
-  std::function<void()>
-      watch; // called whenever the library reads a setting, asks about a band or does something
+  std::function<void()> watch; // called when the library reads a setting, asks about a band or does something
 
   // What keys, leaves, counters, files and outputs of commands that are not scripted read as; unset: they do not exist.
   std::optional<std::string> otherwise;
@@ -84,9 +83,8 @@ struct Platform {
   std::map<std::string, char> special_files; // 'd': a directory, 'p': a pipe that holds what the file would
   Strings locks;                             // "exclusive", "exclusive at once", "unlock"
   bool locked_by_another = false, lockable = true;
-  bool tokens_end_in_null =
-      false;              // strtok_r() forgets its place after the last token, as some C libraries do
-  int tokens_left = 1000; // how many it hands out then
+  bool tokens_end_in_null = false; // strtok_r() forgets its place at the end, as in some C libraries
+  int tokens_left = 1000;          // how many it hands out then
   std::map<std::string, std::string> output; // of commands run through popen()
   Strings piped;                             // which those were
   std::vector<Interface> interfaces;
@@ -105,6 +103,7 @@ struct Platform {
 
 extern Platform platform;
 void did(const std::string &what);
+const Interface *find_interface(const std::string &name); // nullptr: there is none
 
 // Starts every test with an empty platform, the primary instance and an empty check list, and sees that no file, pipe
 // or socket is left open.
@@ -120,5 +119,10 @@ private:
 // Reads a parameter into a buffer that was full of '#': what the getter left untouched shows.
 std::string get(kova_getter *getter, unsigned int buflen = 256);
 std::string get(kova_getter *getter, int &result, unsigned int buflen = 256);
+void expect_no_buffer_refused(kova_getter *getter);
+Strings get_all(const std::vector<kova_getter *> &getters);
+// All that is done about a value, which the setter must answer like this.
+Strings effect(kova_setter *set, const char *value, int expected = 0);
+void refuse_all(); // the rule checker
 
 } // namespace fake

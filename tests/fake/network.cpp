@@ -17,13 +17,6 @@ using fake::platform;
 
 namespace {
 
-const fake::Interface *find(const char *name) {
-  const auto &list = platform.interfaces;
-  const auto found =
-      std::find_if(list.begin(), list.end(), [&](const auto &entry) { return entry.name == name; });
-  return found == list.end() ? nullptr : &*found;
-}
-
 int answer_address(sockaddr &into, const std::string &address) {
   if (address.empty()) return -1;
   sockaddr_in internet = {};
@@ -74,7 +67,7 @@ int ioctl(int, unsigned long request, ...) noexcept {
   if (request == SIOCGIFCONF) return list_interfaces(static_cast<ifconf *>(about));
 
   auto *asked = static_cast<ifreq *>(about);
-  const fake::Interface *interface = find(asked->ifr_name);
+  const fake::Interface *interface = fake::find_interface(asked->ifr_name);
   errno = ENODEV;
   if (interface == nullptr) return -1;
   switch (request) {

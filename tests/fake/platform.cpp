@@ -37,6 +37,11 @@ void did(const std::string &what) {
   if (platform.watch) platform.watch();
 }
 
+const Interface *find_interface(const std::string &name) {
+  const auto found = std::ranges::find(platform.interfaces, name, &Interface::name);
+  return found == platform.interfaces.end() ? nullptr : &*found;
+}
+
 Strings Platform::written() const {
   Strings result;
   for (const std::string &entry : done)
@@ -71,6 +76,29 @@ std::string get(kova_getter *getter, unsigned int buflen) {
   std::string text = get(getter, result, buflen);
   EXPECT_EQ(result, 0);
   return text;
+}
+
+void expect_no_buffer_refused(kova_getter *getter) {
+  char buf[4];
+  EXPECT_EQ(getter(nullptr, sizeof buf), -1);
+  EXPECT_EQ(getter(buf, 0), -1);
+}
+
+Strings get_all(const std::vector<kova_getter *> &getters) {
+  Strings texts;
+  for (kova_getter *getter : getters)
+    texts.push_back(get(getter));
+  return texts;
+}
+
+Strings effect(kova_setter *set, const char *value, int expected) {
+  platform.done.clear();
+  EXPECT_EQ(set(value), expected) << (value != nullptr ? value : "NULL");
+  return platform.done;
+}
+
+void refuse_all() {
+  platform.rule = [](int, const std::string &, int) { return -2; };
 }
 
 namespace {
@@ -140,13 +168,6 @@ int tarn_get_wlan_if_statistic(char *text, int size, int counter, int radio, int
   EXPECT_EQ(radio, 0);
   EXPECT_EQ(vap, 1);
   return copy_counter("wlan", counter, text, size);
-}
-
-static const Interface *find_interface(const std::string &name) {
-  const auto &all = platform.interfaces;
-  const auto found =
-      std::find_if(all.begin(), all.end(), [&](const auto &entry) { return entry.name == name; });
-  return found == all.end() ? nullptr : &*found;
 }
 
 long long tarn_get_if_statistic(const char *ifname, int counter) {

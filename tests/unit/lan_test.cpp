@@ -2,6 +2,7 @@
 #include "fake/fake.hpp"
 #include "lan/lan.h"
 
+using fake::effect;
 using fake::get;
 using fake::platform;
 using fake::Strings;
@@ -26,102 +27,72 @@ const Strings rules_dropped = {"nvram 0 DMZEnable=0",
                                "nvram 0 IPPortFilterRules=",
                                "nvram 0 IPPortFilterWhiteRules="};
 
-TEST_F(Lan, TransactionSettersStoreAndRestartTheDhcpServer) {
-  struct {
-    kova_setter *set;
-    kova_getter *get;
-    const char *key;
-    bool may_be_empty;
-  } const settings[] = {{setTR069LANIPAddress, getTR069LANIPAddress, "lan_ip", false},
-                        {setTR069LANSubnetMask, getTR069LANSubnetMask, "lan_netmask", false},
-                        {setTR069DHCPServerEnable, getTR069DHCPServerEnable, "dhcpEnabled", false},
-                        {setTR069DHCPPoolStartIP, getTR069DHCPPoolStartIP, "dhcpStart", false},
-                        {setTR069DHCPPoolEndIP, getTR069DHCPPoolEndIP, "dhcpEnd", false},
-                        {setTR069Dns1, getTR069Dns1, "primaryDNS", false},
-                        {setTR069Dns2, getTR069Dns2, "secondaryDNS", true},
-                        {setTR069Dns3, getTR069Dns3, "thirdlyDNS", true}};
-  for (const auto &setting : settings) {
-    SCOPED_TRACE(setting.key);
-    const std::string key = setting.key;
-    platform.done.clear();
-    EXPECT_EQ(setting.set("10.1.2.3"), 0);
-    EXPECT_EQ(platform.done, (Strings{"nvram 0 " + key + "=10.1.2.3", "request 0x10000006"}));
-    EXPECT_EQ(get(setting.get), "10.1.2.3");
-    for (const char *empty : {"", static_cast<const char *>(nullptr)}) {
-      platform.done.clear();
-      EXPECT_EQ(setting.set(empty), setting.may_be_empty ? 0 : -1);
-      EXPECT_EQ(platform.done,
-                setting.may_be_empty ? (Strings{"nvram 0 " + key + "=", "request 0x10000006"}) : Strings{});
-    }
-  }
-  EXPECT_TRUE(platform.rules_asked.empty()); // the checkers have asked
-}
+// clang-format off
+const char *const none = nullptr;
+struct Setting {
+  kova_getter *get;
+  kova_setter *set;
+  kova_checker *check;
+  std::string key, accepted, rule;
+  const char *refused = nullptr; // whatever the rule says; else the rule alone decides
+  bool may_be_empty = false;
+} const settings[] = {
+    {getTR069LANIPAddress,     setTR069LANIPAddress,     chkTR069LANIPAddress,     "lan_ip",       "10.0.0.1",      "3/9"},
+    {getTR069LANSubnetMask,    setTR069LANSubnetMask,    chkTR069LANSubnetMask,    "lan_netmask",  "255.255.255.0", "3/10", "255.255.0.0"},
+    {getTR069DHCPServerEnable, setTR069DHCPServerEnable, chkTR069DHCPServerEnable, "dhcpEnabled",  "1",             "3/8",  "2"},
+    {getTR069DHCPPoolStartIP,  setTR069DHCPPoolStartIP,  chkTR069DHCPPoolStartIP,  "dhcpStart",    "10.0.0.2",      "3/11"},
+    {getTR069DHCPPoolEndIP,    setTR069DHCPPoolEndIP,    chkTR069DHCPPoolEndIP,    "dhcpEnd",      "10.0.0.9",      "3/12"},
+    {nullptr,                  nullptr,                  chkTR069DnsOption,        "dnsOption",    "0",             "3/27", "01"},
+    {getTR069Dns1,             setTR069Dns1,             chkTR069Dns1,             "primaryDNS",   "8.8.8.8",       "3/28"},
+    {getTR069Dns2,             setTR069Dns2,             chkTR069Dns2,             "secondaryDNS", "8.8.4.4",       "3/28", none, true},
+    {getTR069Dns3,             setTR069Dns3,             chkTR069Dns3,             "thirdlyDNS",   "1.1.1.1",       "3/28", none, true}};
+// clang-format on
 
-TEST_F(Lan, CheckersAcceptWhatTheirRuleAccepts) {
-  struct {
-    kova_checker *check;
-    const char *accepted, *rule, *refused; // refused whatever the rule says; nullptr: the rule alone decides
-  } const checkers[] = {{chkTR069LANIPAddress, "10.0.0.1", "3/9 10.0.0.1", nullptr},
-                        {chkTR069LANSubnetMask, "255.255.255.0", "3/10 255.255.255.0", "255.255.0.0"},
-                        {chkTR069DHCPServerEnable, "1", "3/8 1", "2"},
-                        {chkTR069DHCPPoolStartIP, "10.0.0.2", "3/11 10.0.0.2", nullptr},
-                        {chkTR069DHCPPoolEndIP, "10.0.0.9", "3/12 10.0.0.9", nullptr},
-                        {chkTR069DnsOption, "0", "3/27 0", "01"},
-                        {chkTR069Dns1, "8.8.8.8", "3/28 8.8.8.8", nullptr},
-                        {chkTR069Dns2, "8.8.4.4", "3/28 8.8.4.4", nullptr},
-                        {chkTR069Dns3, "1.1.1.1", "3/28 1.1.1.1", nullptr}};
-  for (const auto &[check, accepted, rule, refused] : checkers) {
-    SCOPED_TRACE(rule);
-    platform.rule = [](int, const std::string &, int) { return -2; };
-    EXPECT_EQ(check("Name", accepted), -1);
-    platform.rule = nullptr;
-    for (const char *no_name : {"", static_cast<const char *>(nullptr)})
-      EXPECT_EQ(check(no_name, accepted), -1);
-    if (refused != nullptr) {
-      EXPECT_EQ(check("Name", refused), -1);
-    }
+TEST_F(Lan, CheckersJudgeAndSettersStoreAndRestartTheDhcpServer) {
+  for (const auto &[getter, set, check, key, accepted, rule, refused, may_be_empty] : settings) {
+    SCOPED_TRACE(key);
     platform.rules_asked.clear();
-    EXPECT_EQ(check("Name", accepted), 0);
-    EXPECT_EQ(platform.rules_asked, Strings{rule});
+    EXPECT_EQ(check("Name", accepted.c_str()), 0);
+    EXPECT_EQ(check("Name", ""), may_be_empty ? 0 : -1); // clears a server
+    EXPECT_EQ(check("", accepted.c_str()), -1);
+    EXPECT_EQ(check("Name", refused), -1);
+    EXPECT_EQ(platform.rules_asked, Strings{rule + " " + accepted});
+    fake::refuse_all();
+    EXPECT_EQ(check("Name", accepted.c_str()), -1);
+    platform.rule = nullptr;
+    if (set == nullptr) continue;
+    EXPECT_EQ(effect(set, "10.1.2.3"), (Strings{"nvram 0 " + key + "=10.1.2.3", "request 0x10000006"}));
+    EXPECT_EQ(get(getter), "10.1.2.3");
+    for (const char *empty : {"", none})
+      EXPECT_EQ(effect(set, empty, may_be_empty ? 0 : -1),
+                may_be_empty ? (Strings{"nvram 0 " + key + "=", "request 0x10000006"}) : Strings{});
   }
-  EXPECT_EQ(chkTR069Dns1("Name", ""), -1);
-  EXPECT_EQ(chkTR069Dns2("Name", ""), 0); // clears the server
-  EXPECT_EQ(chkTR069Dns3("Name", ""), 0);
-  EXPECT_TRUE(platform.done.empty());
 }
 
 TEST_F(Lan, DnsOptionIsStoredInverted) {
   EXPECT_EQ(get(getTR069DnsOption), "0"); // nothing stored
-  EXPECT_EQ(setTR069DnsOption("1"), 0);
-  EXPECT_EQ(platform.stored(0, "dnsOption"), "0");
-  EXPECT_EQ(get(getTR069DnsOption), "1");
-  EXPECT_EQ(setTR069DnsOption("0"), 0);
-  EXPECT_EQ(platform.stored(0, "dnsOption"), "1");
+  for (const auto &[value, stored] : {std::pair{"1", "0"}, {"0", "1"}}) {
+    EXPECT_EQ(effect(setTR069DnsOption, value)[0], std::string("nvram 0 dnsOption=") + stored);
+    EXPECT_EQ(get(getTR069DnsOption), value);
+  }
   EXPECT_EQ(setTR069DnsOption(""), -1);
 }
 
 TEST_F(Lan, LeaseTimeIsJudgedByBothSetters) {
-  platform.rule = [](int group, const std::string &value, int item) {
-    return group == 3 && item == 21 && value == "300" ? 0 : -1;
-  };
-  EXPECT_EQ(setTR069DHCPLeaseTime("299"), -1);
-  EXPECT_EQ(kovasetDHCPLeaseTime("299"), -1);
-  EXPECT_EQ(setTR069DHCPLeaseTime(nullptr), -1);
-  EXPECT_TRUE(platform.done.empty());
-  EXPECT_EQ(setTR069DHCPLeaseTime("300"), 0);
-  EXPECT_EQ(kovasetDHCPLeaseTime("300"), 0);
-  EXPECT_EQ(platform.done,
-            (Strings{"nvram 0 dhcpLeaseTime=300", "request 0x10000006", "nvram 0 dhcpLeaseTime=300"}));
-  EXPECT_EQ(get(getTR069DHCPLeaseTime), "300");
-  EXPECT_EQ(get(kovaDHCPLeaseTimeValue), "300");
+  EXPECT_EQ(effect(kovasetDHCPLeaseTime, "300"), Strings{"nvram 0 dhcpLeaseTime=300"});
+  EXPECT_EQ(effect(setTR069DHCPLeaseTime, "300"),
+            (Strings{"nvram 0 dhcpLeaseTime=300", "request 0x10000006"}));
+  EXPECT_EQ(platform.rules_asked, (Strings{"3/21 300", "3/21 300"}));
+  EXPECT_EQ(fake::get_all({getTR069DHCPLeaseTime, kovaDHCPLeaseTimeValue}), (Strings{"300", "300"}));
+  fake::refuse_all();
+  EXPECT_EQ(effect(setTR069DHCPLeaseTime, nullptr, -1), Strings{});
+  EXPECT_EQ(effect(kovasetDHCPLeaseTime, "299", -1), Strings{});
 }
 
 TEST_F(Lan, DhcpModeRefusesRelay) {
-  EXPECT_EQ(kovasetDHCPServerEnableValue("2"), -1);
   EXPECT_EQ(kovasetDHCPServerEnableValue("02 relays"), -1);
   EXPECT_EQ(get(kovaGetDHCPRelayValue), "0");
-  EXPECT_EQ(kovasetDHCPServerEnableValue("0"), 0);
-  EXPECT_EQ(platform.done, Strings{"nvram 0 dhcpEnabled=0"});
+  EXPECT_EQ(effect(kovasetDHCPServerEnableValue, "0"), Strings{"nvram 0 dhcpEnabled=0"});
   platform.nvram[{0, "dhcpEnabled"}] = "2";
   EXPECT_EQ(get(kovaGetDHCPRelayValue), "1");
 }
@@ -129,125 +100,92 @@ TEST_F(Lan, DhcpModeRefusesRelay) {
 TEST_F(Lan, PoolBoundsStayInTheNetworkInOrderAndClearOfTheRouter) {
   struct {
     kova_setter *set;
-    const char *value;
-    int result;
-  } const cases[] = {{kovasetManagementMinAddressValue, "192.168.1.50", 0},
-                     {kovasetManagementMinAddressValue, "192.168.2.50", -1},
-                     {kovasetManagementMinAddressValue, "192.168.1.201", -1},
-                     {kovasetManagementMinAddressValue, "192.168.1.1", -1},
-                     {kovasetManagementMinAddressValue, "192.168.1.200", 0},
-                     {kovasetManagementMinAddressValue, nullptr, -1},
-                     {kovasetManagementMaxAddressValue, "192.168.1.150", 0},
-                     {kovasetManagementMaxAddressValue, "192.168.1.99", -1},
-                     {kovasetManagementMaxAddressValue, "10.0.0.1", -1},
-                     {kovasetManagementMaxAddressValue, "192.168.1.100", 0},
-                     {kovasetManagementMaxAddressValue, "192.168.1.1", -1}};
-  const fake::Store before = platform.nvram;
-  for (const auto &[set, value, result] : cases) {
-    const bool is_start = set == kovasetManagementMinAddressValue;
-    SCOPED_TRACE(std::string(is_start ? "start " : "end ") + (value != nullptr ? value : "NULL"));
-    platform.nvram = before;
-    platform.done.clear();
-    platform.rules_asked.clear();
-    EXPECT_EQ(set(value), result);
-    EXPECT_EQ(platform.rules_asked,
-              Strings{(is_start ? "3/11 " : "3/12 ") + std::string(value != nullptr ? value : "")});
-    EXPECT_EQ(platform.done,
-              result == 0 ? Strings{std::string("nvram 0 ") + (is_start ? "dhcpStart=" : "dhcpEnd=") + value}
-                          : Strings{});
-  }
+    const char *value, *kept; // an empty one: refused
+  } const cases[] = {{kovasetManagementMinAddressValue, "192.168.1.50", "nvram 0 dhcpStart=192.168.1.50"},
+                     {kovasetManagementMinAddressValue, "192.168.2.50", ""},
+                     {kovasetManagementMinAddressValue, "192.168.1.201", ""},
+                     {kovasetManagementMinAddressValue, "192.168.1.1", ""},
+                     {kovasetManagementMaxAddressValue, "192.168.1.200", "nvram 0 dhcpEnd=192.168.1.200"},
+                     {kovasetManagementMaxAddressValue, "192.168.1.49", ""},
+                     {kovasetManagementMaxAddressValue, "192.168.2.200", ""}};
+  for (const auto &[set, value, kept] : cases)
+    EXPECT_EQ(effect(set, value, *kept == '\0' ? -1 : 0), *kept == '\0' ? Strings{} : Strings{kept});
+  EXPECT_EQ(platform.rules_asked.front(), "3/11 192.168.1.50");
+  EXPECT_EQ(platform.rules_asked.back(), "3/12 192.168.2.200");
   platform.nvram[{0, "lan_ip"}] = "192.168.1.200"; // the end meets the router's address
   EXPECT_EQ(kovasetManagementMaxAddressValue("192.168.1.200"), -1);
+  fake::refuse_all();
+  EXPECT_EQ(kovasetManagementMinAddressValue("192.168.1.50"), -1);
 }
 
 TEST_F(Lan, ManagementSettersNeedTheDhcpServer) {
   platform.nvram[{0, "dhcpEnabled"}] = "0";
   for (kova_setter *set :
-       {kovasetManagementMinAddressValue, kovasetManagementMaxAddressValue, kovasetIPInterfaceIPAddressValue})
-    EXPECT_EQ(set("192.168.1.150"), -1);
-  EXPECT_EQ(kovasetManagementSubnetMaskValue("255.255.255.0"), -1);
-  EXPECT_EQ(kovasetDHCPLeaseTime("3600"), -1);
-  EXPECT_TRUE(platform.done.empty());
+       {kovasetManagementMinAddressValue, kovasetManagementMaxAddressValue, kovasetIPInterfaceIPAddressValue,
+        kovasetManagementSubnetMaskValue, kovasetDHCPLeaseTime})
+    EXPECT_EQ(effect(set, set == kovasetManagementSubnetMaskValue ? "255.255.255.0" : "192.168.1.150", -1),
+              Strings{});
 }
 
 TEST_F(Lan, SubnetMaskMustKeepThePoolInTheNetwork) {
-  EXPECT_EQ(kovasetManagementSubnetMaskValue("255.255.255.192"), -1);
+  EXPECT_EQ(effect(kovasetManagementSubnetMaskValue, "255.255.255.192", -1), Strings{});
   EXPECT_TRUE(platform.rules_asked.empty());
-  EXPECT_EQ(kovasetManagementSubnetMaskValue("255.255.0.0"), 0);
+  EXPECT_EQ(effect(kovasetManagementSubnetMaskValue, "255.255.0.0"),
+            Strings{"nvram 0 lan_netmask=255.255.0.0"});
   EXPECT_EQ(platform.rules_asked, (Strings{"3/9 192.168.1.1", "3/10 255.255.0.0"}));
-  EXPECT_EQ(platform.done, Strings{"nvram 0 lan_netmask=255.255.0.0"});
 }
 
-TEST_F(Lan, MovingTheLanMovesThePoolAndDropsTheRules) {
-  EXPECT_EQ(kovasetIPInterfaceIPAddressValue("10.0.0.1"), 0);
-  Strings expected = rules_dropped;
-  expected.insert(expected.end(),
-                  {"nvram 0 lan_ip=10.0.0.1", "nvram 0 dhcpStart=10.0.0.100", "nvram 0 dhcpEnd=10.0.0.200"});
-  EXPECT_EQ(platform.done, expected);
-}
-
-TEST_F(Lan, AnAddressOnAPoolBoundIsRefusedAfterTheRulesAreGone) {
-  EXPECT_EQ(kovasetIPInterfaceIPAddressValue("192.168.1.100"), -1);
-  EXPECT_TRUE(platform.done.empty());
-  EXPECT_EQ(kovasetIPInterfaceIPAddressValue("10.0.0.200"), -1);
-  EXPECT_EQ(platform.done, rules_dropped);
-}
-
-TEST_F(Lan, AMalformedStoredBoundStaysAsItIs) {
-  platform.nvram[{0, "dhcpStart"}] = "192.168.1";
-  platform.nvram[{0, "dhcpEnd"}] = "192.168.1.2.3";
-  EXPECT_EQ(kovasetIPInterfaceIPAddressValue("192.168.1.2"), 0);
-  EXPECT_EQ(platform.done, Strings{"nvram 0 lan_ip=192.168.1.2"});
+TEST_F(Lan, MovingTheLanDropsTheRulesAndMovesThePool) {
+  Strings moved = rules_dropped;
+  moved.insert(moved.end(),
+               {"nvram 0 lan_ip=10.0.0.1", "nvram 0 dhcpStart=10.0.0.100", "nvram 0 dhcpEnd=10.0.0.200"});
+  const fake::Store before = platform.nvram;
+  EXPECT_EQ(effect(kovasetIPInterfaceIPAddressValue, "10.0.0.1"), moved);
+  platform.nvram = before;
+  EXPECT_EQ(effect(kovasetIPInterfaceIPAddressValue, "192.168.1.100", -1), Strings{});  // a bound of the pool
+  EXPECT_EQ(effect(kovasetIPInterfaceIPAddressValue, "10.0.0.200", -1), rules_dropped); // gone all the same
+  platform.preset(0, "lan_ip=192.168.1.1 dhcpStart=192.168.1 dhcpEnd=192.168.1.2.3");
+  EXPECT_EQ(effect(kovasetIPInterfaceIPAddressValue, "192.168.1.2"), Strings{"nvram 0 lan_ip=192.168.1.2"});
 }
 
 TEST_F(Lan, ApplyAnnouncesTheLanAndRestartsTheVpnModeAroundIt) {
-  EXPECT_EQ(kovasetDHCPApply("11"), -1);
-  EXPECT_EQ(kovasetDHCPApply(nullptr), -1);
-  EXPECT_TRUE(platform.done.empty());
-  EXPECT_EQ(kovasetDHCPApply("1"), 0);
-  EXPECT_EQ(platform.done, Strings{"run test_cpeevent call 'lan settings changed'"});
-  platform.done.clear();
+  EXPECT_EQ(effect(kovasetDHCPApply, "11", -1), Strings{});
+  EXPECT_EQ(effect(kovasetDHCPApply, "1"), Strings{"run test_cpeevent call 'lan settings changed'"});
   platform.nvram[{0, "oper_mode"}] = "2";
-  EXPECT_EQ(kovasetDHCPApply("1"), 0);
-  EXPECT_EQ(platform.done, (Strings{"run test_cpeevent call 'ce_oper_mode stop'", "sleep 3",
-                                    "run test_cpeevent call 'lan settings changed'", "sleep 3",
-                                    "run test_cpeevent call 'ce_oper_mode start'"}));
-  EXPECT_EQ(get(kovaGetDHCPApply, 4), "####");
+  EXPECT_EQ(effect(kovasetDHCPApply, "1"),
+            (Strings{"run test_cpeevent call 'ce_oper_mode stop'", "sleep 3",
+                     "run test_cpeevent call 'lan settings changed'", "sleep 3",
+                     "run test_cpeevent call 'ce_oper_mode start'"}));
 }
 
 TEST_F(Lan, TheEthernetPortFollowsItsLink) {
-  EXPECT_EQ(get(getTR069LanEnable), "0");
-  EXPECT_EQ(get(getTR069LanStatus), "Link Down");
-  EXPECT_EQ(get(getTR069LanSpeed), "N/A");
+  const auto port = [] { return fake::get_all({getTR069LanEnable, getTR069LanStatus, getTR069LanSpeed}); };
+  EXPECT_EQ(port(), (Strings{"0", "Link Down", "N/A"}));
   platform.interfaces = {{"eth0", "192.168.1.1", "255.255.255.0", 100000}}; // more than 16 bits of speed
-  EXPECT_EQ(get(getTR069LanEnable), "1");
-  EXPECT_EQ(get(getTR069LanStatus), "Link Up");
-  EXPECT_EQ(get(getTR069LanSpeed), "100000");
+  EXPECT_EQ(port(), (Strings{"1", "Link Up", "100000"}));
   platform.interfaces[0].speed = 0; // a link without a speed
   EXPECT_EQ(get(getTR069LanStatus), "Link Down");
 
-  EXPECT_EQ(setTR069LanEnable(""), -1);
-  EXPECT_EQ(setTR069LanEnable(nullptr), -1);
-  EXPECT_EQ(setTR069LanEnable("1\""), -1);
-  EXPECT_TRUE(platform.done.empty());
-  EXPECT_EQ(setTR069LanEnable("0"), 0);
-  EXPECT_EQ(setTR069LanEnable("00"), 0);
-  EXPECT_EQ(platform.done,
-            (Strings{"run ucfg set config lan eth ENABLE 0; brctl delif br0 eth0; ifconfig eth0 down",
-                     "run ucfg set config lan eth ENABLE 1; brctl addif br0 eth0; ifconfig eth0 up",
+  for (const char *refused : {"", none, "1\""})
+    EXPECT_EQ(effect(setTR069LanEnable, refused, -1), Strings{});
+  EXPECT_EQ(effect(setTR069LanEnable, "0"),
+            Strings{"run ucfg set config lan eth ENABLE 0; brctl delif br0 eth0; ifconfig eth0 down"});
+  EXPECT_EQ(effect(setTR069LanEnable, "00"),
+            (Strings{"run ucfg set config lan eth ENABLE 1; brctl addif br0 eth0; ifconfig eth0 up",
                      "run sleep 2; kern eth phyr"}));
 }
 
 TEST_F(Lan, PortCountersAndAddresses) {
   platform.counters = {{"lan 2", "2048"}, {"lan 10", "10485760"}, {"lan 3", "17"}};
-  EXPECT_EQ(get(kovaGetLANEthernetInterfaceConfigStatsBytesSentValue), "2 KB");
-  EXPECT_EQ(get(kovaLANEthernetInterfaceConfigStatsBytesReceivedValue), "10.00 MB");
-  EXPECT_EQ(get(kovaLANEthernetInterfaceConfigStatsPacketsSentValue), "17");
-  EXPECT_EQ(get(kovaLANEthernetInterfaceConfigStatsPacketsReceivedValue), "0"); // no such counter
-  EXPECT_EQ(get(kovaGetTR069LANMacAddress), "");
   platform.mac = "00:1A:2B:3C:4D:5E";
-  EXPECT_EQ(get(kovaGetTR069LANMacAddress), platform.mac);
-  EXPECT_EQ(get(kovaGetTR069LANEthernetInterfaceConfigMACAddressValue), platform.mac);
+  EXPECT_EQ(fake::get_all({kovaGetLANEthernetInterfaceConfigStatsBytesSentValue,
+                           kovaLANEthernetInterfaceConfigStatsBytesReceivedValue,
+                           kovaLANEthernetInterfaceConfigStatsPacketsSentValue,
+                           kovaLANEthernetInterfaceConfigStatsPacketsReceivedValue, kovaGetTR069LANMacAddress,
+                           kovaGetTR069LANEthernetInterfaceConfigMACAddressValue}),
+            (Strings{"2 KB", "10.00 MB", "17", "0", platform.mac, platform.mac}));
+  platform.mac.clear();
+  EXPECT_EQ(get(kovaGetTR069LANMacAddress), "");
 }
 
 TEST_F(Lan, DhcpClientsEndAtTheFirstMalformedLine) {

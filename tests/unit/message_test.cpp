@@ -89,7 +89,7 @@ TEST_F(Message, RecordsAreBuiltInPlace) {
   EXPECT_EQ(record.bytes[36], 'x');
 
   const std::string text(3000, 't');
-  for (const uint32_t count : {5U, 2048U, 2049U, 3000U}) {
+  for (const uint32_t count : {5U, 2049U}) {
     Record taken;
     msg_setData(taken.get(), text.data(), count);
     EXPECT_EQ(taken->length, std::min(count, 2048U));
@@ -112,14 +112,13 @@ TEST_F(Message, SendKeepsTheCookieAndAsksForNoConfirmation) {
   const uint32_t header[] = {4711, 2, 1, 7, 0, 77, 0, 4};
   EXPECT_EQ(std::memcmp(record.bytes + 4, header, sizeof header), 0);
 
+  hang_up();
   for (auto *send : {msg_send, msg_sendComfirm}) {
     EXPECT_EQ(send(nullptr, record.get()), MSG_ERR_ARGUMENT);
     EXPECT_EQ(send(&handle, nullptr), MSG_ERR_ARGUMENT);
     EXPECT_EQ(send(&closed, record.get()), MSG_ERR_CLOSED);
+    EXPECT_EQ(send(&handle, record.get()), MSG_ERR_SEND);
   }
-  hang_up();
-  EXPECT_EQ(msg_send(&handle, record.get()), MSG_ERR_SEND);
-  EXPECT_EQ(msg_sendComfirm(&handle, record.get()), MSG_ERR_SEND);
 }
 
 TEST_F(Message, ConfirmationMustMatchItsRequest) {
@@ -187,7 +186,6 @@ TEST_F(Message, ReceivedRecordsFitTheCallersBuffer) {
   } cases[] = {{36, 0, 2, 36, 36, 0},
                {40, 10, 2, 46, 40, 0},
                {100, 10, 2, 46, 100, 0},
-               {2048, 2012, 2, 2048, 2048, 0},
                {5000, 2012, 2, 2048, 2048, 0},
                {2048, 2013, 2, 36, 2048, 2013},
                {2048, 10, 1, MSG_ERR_NOT_FOR_US, 0, 0},
@@ -219,8 +217,8 @@ TEST_F(Message, BrokenConnectionsAreTold) {
   EXPECT_EQ(msg_receiveWithTimeout(&handle, record.bytes, 36, 1), MSG_ERR_SHORT_HEADER);
   send_bytes(Record(2, 7, 5).bytes, 36);
   hang_up();
-  EXPECT_EQ(msg_receive(&handle, record.bytes, 36), MSG_ERR_PEER_CLOSED); // before the payload
-  EXPECT_EQ(msg_receive(&handle, record.bytes, 36), MSG_ERR_PEER_CLOSED); // before the header
+  for (int times = 0; times < 2; ++times) // before the payload, and before the header
+    EXPECT_EQ(msg_receive(&handle, record.bytes, 36), MSG_ERR_PEER_CLOSED);
   MsgHandle no_socket = {1, 2, open("/dev/null", O_RDONLY | O_CLOEXEC)};
   EXPECT_EQ(msg_receive(&no_socket, record.bytes, 36), MSG_ERR_RECEIVE);
   msg_handleCleanup(&no_socket);
