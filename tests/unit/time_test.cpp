@@ -108,13 +108,6 @@ TEST_F(Time, ZonesWithDaylightSaving) {
   }
   platform.nvram.clear();
   EXPECT_EQ(kovaCheckLocalTimeZone(), -1);
-  platform.preset(0, "TZ=GMT_000");
-  platform.rules_asked.clear();
-  EXPECT_EQ(kovasetDaylightSavingsUsed("1"), 0);
-  EXPECT_EQ(platform.rules_asked, Strings{"4/8 1"});
-  EXPECT_EQ(get(kovaGetDaylightSavingsUsed), "1");
-  platform.rule = [](int, const std::string &, int) { return -1; };
-  EXPECT_EQ(kovasetDaylightSavingsUsed("0"), -1);
 }
 
 // ---- Start and end of daylight saving
@@ -261,15 +254,6 @@ TEST_F(Time, LocalTimeFollowsTheZoneThatTheScriptDerives) {
     EXPECT_EQ(kovasetNTPApply(value), -1);
   EXPECT_TRUE(platform.done.empty());
   EXPECT_EQ(get(kovaGetNTPApply, 4), "####");
-}
-
-TEST_F(Time, NtpServer) {
-  EXPECT_EQ(kovasetDeviceTimeNTPServer("pool.example.net"), 0);
-  EXPECT_EQ(platform.rules_asked, Strings{"4/10 pool.example.net"});
-  EXPECT_EQ(platform.done, Strings{"nvram 0 NTPServerIP=pool.example.net"});
-  EXPECT_EQ(get(kovaGetDeviceTimeNTPServer), "pool.example.net");
-  platform.rule = [](int, const std::string &, int) { return -1; };
-  EXPECT_EQ(kovasetDeviceTimeNTPServer("x"), -1);
 }
 
 } // namespace

@@ -17,65 +17,6 @@ protected:
                           event("fw_sip_rule")};
 };
 
-struct Setting {
-  kova_getter *get;
-  kova_setter *set;
-  const char *key;
-  int group, item;
-  const char *needs; // "": nothing, "sip", or the server mode
-};
-#define SETTING(name) kovaGet##name, kovaSet##name
-#define LINE(name) kovaGet##name, kovaset##name
-const Setting settings[] = {{SETTING(VoipBasicEnable), "SIPEnable", 26, 0, ""},
-                            {SETTING(SIPServerMode), "SIPServerMode", 26, 4, "sip"},
-                            {SETTING(SIPProxyServer), "SIPProxyServer", 26, 9, "0"},
-                            {SETTING(SIPProxyServerPort), "SIPProxyPort", 26, 10, "0"},
-                            {SETTING(SIPRegistrarServer), "SIPRegisterServer", 26, 7, "0"},
-                            {SETTING(SIPRegistrarServerPort), "SIPRegisterPort", 26, 8, "0"},
-                            {SETTING(SIPUserAgentDomain), "SIPServerDomain", 26, 11, "0"},
-                            {SETTING(PCSCFServerDomain), "pcscfServerDomain", 26, 5, "1"},
-                            {SETTING(PCSCFServerPort), "pcscfServerPort", 26, 6, "1"},
-                            {SETTING(DirectoryNumber), "SIPId", 26, 1, "sip"},
-                            {SETTING(AuthUserName), "SIPUserName", 26, 2, "sip"},
-                            {SETTING(AuthPassword), "SIPPassword", 26, 3, "sip"},
-                            {LINE(DTMFMethod), "DTMFMethod", 27, 0, ""},
-                            {LINE(FaxOption), "FAXOption", 27, 1, ""},
-                            {LINE(SilenceSuppression), "SIPVad", 27, 4, ""},
-                            {LINE(RTPLocalPortMin), "RTPStartPort", 27, 2, ""},
-                            {LINE(RTPLocalPortMax), "RTPEndPort", 27, 3, ""},
-                            {LINE(Regions), "COUNTRYCode", 27, 5, ""},
-                            {LINE(CallerID), "CALLERType", 27, 6, ""},
-                            {LINE(DialingInterval), "DIALInterval", 27, 7, ""},
-                            {LINE(OffhookInterval), "OFFInterval", 27, 8, ""}};
-
-TEST_F(Voice, SettingsAreJudgedAndStoredWhereTheLineAllows) {
-  for (const Setting &setting : settings)
-    for (const std::string enable : {"", "1", "0"})
-      for (const std::string mode : {"", "0", "1"}) {
-        SCOPED_TRACE(testing::Message() << setting.key << " with SIP " << enable << ", mode " << mode);
-        const std::string needs = setting.needs,
-                          rule = std::to_string(setting.group) + "/" + std::to_string(setting.item);
-        const bool open = needs.empty() || (enable != "0" && (needs == "sip" || needs == mode));
-        platform = {};
-        if (!enable.empty()) platform.nvram[{0, "SIPEnable"}] = enable;
-        if (!mode.empty()) platform.nvram[{0, "SIPServerMode"}] = mode;
-        platform.rule = [](int, const std::string &, int) { return -3; };
-        EXPECT_EQ(setting.set("value"), -1);
-        EXPECT_TRUE(platform.done.empty());
-        platform.rule = [](int, const std::string &, int) { return 1; };
-        platform.rules_asked.clear();
-        EXPECT_EQ(setting.set("value"), open ? 0 : -1);
-        EXPECT_EQ(platform.done,
-                  open ? Strings{std::string("nvram 0 ") + setting.key + "=value"} : Strings{});
-        EXPECT_EQ(platform.rules_asked,
-                  open ? Strings{rule + " value"} : Strings{}); // a closed one is not judged
-        platform.nvram[{0, setting.key}] = "stored";
-        EXPECT_EQ(get(setting.get), setting.item == 3 && setting.group == 26 ? " " : "stored");
-        EXPECT_EQ(get(setting.get, 1), setting.item == 3 && setting.group == 26 ? " " : "s");
-        EXPECT_EQ(setting.set(nullptr), setting.set(""));
-      }
-}
-
 TEST_F(Voice, GainsAreStoredDoubledAndCrossed) {
   const std::pair<const char *, int> accepted[] = {
       {"0", 0},       {"-20", -20}, {"-40", -40}, {"-60", -60},    {"-80", -80},
@@ -229,8 +170,6 @@ TEST_F(Voice, ApplyWaitsForAnIdleLineAndFifteenSeconds) {
     platform = {};
     if (call != nullptr) platform.files[call_file] = call;
     if (last != nullptr) platform.nvram[{9, "SIPLastRunTime"}] = last;
-    for (const Setting &setting : settings) // which no command may name
-      platform.nvram[{0, setting.key}] = "\";reboot;\"";
     platform.nvram[{0, "SIPEnable"}] = enable;
     EXPECT_EQ(kovaSetVoIPApply(value), result);
     Strings done;

@@ -178,16 +178,6 @@ TEST_F(Wan, AddressesOfTheInterfaceTowardsTheServer) {
   EXPECT_EQ(get(kovaGetTR069WANGatewayAddress), "");
 }
 
-TEST_F(Wan, Mtu) {
-  EXPECT_EQ(kovaSetWANConnectionX_MTU("1400"), 0);
-  EXPECT_EQ(platform.done, (Strings{"nvram 0 internet_mtu=1400", "run test_cpeevent call 'ce_set_mtu'"}));
-  EXPECT_EQ(platform.rules_asked, Strings{"30/1 1400"});
-  platform.rule = [](int, const std::string &, int) { return -2; };
-  EXPECT_EQ(kovaSetWANConnectionX_MTU("1401"), -1);
-  EXPECT_EQ(kovaSetWANConnectionX_MTU(nullptr), -1);
-  EXPECT_EQ(platform.done.size(), 2U);
-}
-
 // ---- DMZ and SIP ALG
 
 const std::string announcement = "run test_cpeevent call \"fw_nat_cfg changed\"";
@@ -269,44 +259,11 @@ TEST_F(Wan, DmzGetters) {
   answers(getTR069DMZHostAddress, "", "");
 }
 
-TEST_F(Wan, PlainDmzInAnyMode) {
-  platform.preset(0, "oper_mode=1");
-  EXPECT_EQ(setTR069DMZEnable("on"), 0);
-  EXPECT_EQ(setTR069DMZHostAddress("10.0.0.1"), 0);
-  EXPECT_EQ(platform.done,
-            (Strings{"nvram 0 DMZEnable=on", announcement, "nvram 0 DMZAddress=10.0.0.1", announcement}));
-  EXPECT_EQ(platform.rules_asked, (Strings{"11/1 on", "11/2 10.0.0.1"}));
-  platform.preset(0, "oper_mode=2"); // which restarts the NAT too
-  EXPECT_EQ(setTR069DMZEnable("0"), 0);
-  EXPECT_EQ(platform.done.size(), 4U + 5U);
-  platform.done.clear();
-  EXPECT_EQ(setTR069DMZEnable("1<"), -1);
-  EXPECT_EQ(setTR069DMZHostAddress("1<"), -1);
-  platform.rule = [](int, const std::string &, int) { return -1; };
-  EXPECT_EQ(setTR069DMZEnable("1"), -1);
-  EXPECT_EQ(setTR069DMZHostAddress("1"), -1);
-  EXPECT_TRUE(platform.done.empty());
-}
-
-TEST_F(Wan, SipAlg) {
-  platform.preset(0, "oper_mode=2");
-  int answer = 0;
-  platform.rule = [&](int, const std::string &, int) { return answer; };
-  for (const char *value : {"0", "1"}) {
-    platform.done.clear();
-    EXPECT_EQ(kovaSetALGSIPEnable(value), 0);
-    EXPECT_EQ(platform.done, (Strings{std::string("nvram 0 SIPAlgEnable=") + value, announcement}));
-    EXPECT_EQ(platform.rules_asked.back(), std::string("31/1 ") + value);
-    EXPECT_EQ(get(kovaGetALGSIPEnable), value);
-  }
-  answer = -2; // only -1 refuses
-  EXPECT_EQ(kovaSetALGSIPEnable("1"), 0);
-  platform.done.clear();
-  for (const char *value : {"2", "01", "true", "", static_cast<const char *>(nullptr)})
+TEST_F(Wan, SipAlgIsOnOrOffWhateverElseItsRuleComplainsOf) {
+  for (const char *value : {"2", "01", "true"})
     EXPECT_EQ(kovaSetALGSIPEnable(value), -1);
-  answer = -1;
-  EXPECT_EQ(kovaSetALGSIPEnable("1"), -1);
-  EXPECT_TRUE(platform.done.empty());
+  platform.rule = [](int, const std::string &, int) { return -2; }; // only -1 refuses
+  EXPECT_EQ(kovaSetALGSIPEnable("1"), 0);
 }
 
 } // namespace

@@ -12,56 +12,6 @@ namespace {
 class Wifi : public fake::Test {};
 
 const std::string restart = "request 0x10000005";
-constexpr int judged_by_checker = 0; // instead of the item of a rule
-
-// clang-format off
-const struct {
-  kova_getter *get;
-  kova_setter *set;
-  std::string key;
-  int item; // of the rule
-} settings[] = {
-#define NETWORK(n)                                                                     \
-    {getTR069WifiAPIsolate##n,    setTR069WifiAPIsolate##n,    #n "_apisolate",    25}, \
-    {getTR069WifiPassPhrase##n,   setTR069WifiPassPhrase##n,   #n "_wpapass",      7}
-#define FURTHER(n) NETWORK(n),                                                         \
-    {getTR069WifiMutiSSID##n,     setTR069WifiMutiSSID##n,     #n "_ssid",         4},  \
-    {getTR069WifiMutiStatus##n,   setTR069WifiMutiStatus##n,   #n "_ENABLE",       1},  \
-    {getTR069WifiMutiHideSSID##n, setTR069WifiMutiHideSSID##n, #n "_hidden",       24}
-    {getTR069WifiMode,            setTR069WifiMode,            "0_rfmode",         judged_by_checker},
-    {getTR069WifiRate,            setTR069WifiRate,            "Fixrate",          judged_by_checker},
-    {getTR069WifiBandwidth,       setTR069WifiBandwidth,       "Bandwidth",        judged_by_checker},
-    {getTR069WifiEnable,          setTR069WifiEnable,          "Wifi_enable",      1},
-    {getTR069WifiChannel,         setTR069WifiChannel,         "Channel",          3},
-    {getTR069WifiSSID0,           setTR069WifiSSID0,           "0_ssid",           4},
-    {getTR069WifiHideSSID0,       setTR069WifiHideSSID0,       "0_hidden",         24},
-    NETWORK(0), FURTHER(1), FURTHER(2), FURTHER(3)};
-// clang-format on
-
-TEST_F(Wifi, SettingsAreJudgedStoredAndRestartTheService) {
-  for (const auto &[getter, set, key, item] : settings) {
-    SCOPED_TRACE(key);
-    const bool has_rule = item != judged_by_checker, takes_empty = has_rule && key != "Channel";
-    Strings asked, done;
-    platform = {};
-    for (const std::string &value : {std::string(), std::string(4000, 'x'), std::string("6")}) {
-      if (value.empty() && !takes_empty) continue;
-      if (has_rule) asked.push_back("1/" + std::to_string(item) + " " + value);
-      done.insert(done.end(), {"nvram 0 " + key + "=" + value, restart});
-      EXPECT_EQ(set(value.c_str()), 0);
-    }
-    EXPECT_EQ(platform.rules_asked, asked);
-    EXPECT_EQ(platform.done, done);
-    EXPECT_EQ(get(getter), "6");
-
-    EXPECT_EQ(set(nullptr), takes_empty ? 0 : -1);
-    EXPECT_EQ(set(""), takes_empty ? 0 : -1);
-    platform.rule = [](int, const std::string &, int) { return -1; };
-    EXPECT_EQ(set("9"), has_rule ? -1 : 0);
-    EXPECT_EQ(get(getter), has_rule ? takes_empty ? "" : "6" : "9");
-  }
-}
-
 TEST_F(Wifi, CheckersJudgeTheirFormBeforeTheirRule) {
   const struct {
     kova_checker *check;
