@@ -70,7 +70,6 @@ TEST_F(Waiting, EndsWellOnlyWithResults) {
   EXPECT_EQ(bad.status, 1);
   EXPECT_EQ(bad.err, "kovactl: IPPingDiagnostics ended in Error_CannotResolveHostName\n");
   EXPECT_NE(bad.out.find("SuccessCount"), std::string::npos) << "the object is shown all the same";
-
   const Result late = run(request({"--timeout", "0"}));
   EXPECT_EQ(late.status, 1);
   EXPECT_NE(late.err.find("IPPingDiagnostics is still Requested"), std::string::npos) << late.err;
@@ -101,13 +100,6 @@ TEST_F(Waiting, NeedsTheServiceDaemon) {
             0U);
   EXPECT_EQ(value(ping + "DiagnosticsState"), "None") << "nothing was stored";
   EXPECT_EQ(run({"set", "--wait", ping + "Host=a"}).status, 0) << "there is no test to wait for";
-}
-
-TEST_F(Waiting, ShowsProgressOnATerminal) {
-  const std::string seen = on_terminal(command_line(request({"--timeout", "1"})));
-  const std::string line = "0 s, waiting for IPPingDiagnostics";
-  EXPECT_NE(seen.find(line), std::string::npos) << seen;
-  EXPECT_LT(seen.rfind("waiting"), seen.find(ping + "Host")) << "it is gone when the results come";
 }
 
 } // namespace
