@@ -107,7 +107,6 @@ TEST_F(Radio, CellAndNetworkIdentities) {
   expect({{kovaGetTR069CellIDValue, {"lte_cur_eci=1A2B3C"}, "1715004"},
           {kovaGetTR069CellIDValue, {"lte_cur_eci=0xfffffff"}, "268435455"},
           {kovaGetTR069CellIDValue, {"lte_cur_eci="}, "0"},
-          {kovaGetTR069CellIDValue, {"lte_cur_eci=none"}, "0"},
           {kovaGetTR069CellIDValue, {}, "", -1},
           {kovaGetTR069EnbIdValue, {"lte_cur_enodeb_id=1a2b"}, "6699"},
           {kovaGetTR069EnbIdValue, {}, "", -1},
@@ -121,9 +120,6 @@ TEST_F(Radio, CellAndNetworkIdentities) {
     const std::size_t mnc = length == 6 ? 3 : length > 5 ? 2 : length > 3 ? length - 3 : 0;
     EXPECT_EQ(get(kovaGetTR069MNCValue), digits.substr(3, mnc)) << length;
   }
-  expect({{kovaGetTR069MNCValue, {"lte_cur_plmn=310410"}, "410"},
-          {kovaGetTR069MNCValue, {"lte_cur_plmn=46001"}, "01"},
-          {kovaGetTR069MCCValue, {}, ""}});
   platform.preset(9, "lte_cur_plmn=310410");
   EXPECT_EQ(get(kovaGetTR069MCCValue, 3), "###");
   EXPECT_EQ(get(kovaGetTR069MNCValue, 4), "410");
@@ -166,11 +162,9 @@ TEST_F(Radio, SpectrumAccessCapsThePower) {
   granted("0", "20", "23.0");
   granted("1", "", "23.0");
   granted("1", "0", "23.0");
-  granted("1", "-3", "23.0");
   granted("1", "30", "23.0");
   granted("1", "15.000000000000000000", "15.0"); // more than is read
   expect({{kovaGetTR069TXPWRValue, {power, "0 SAS_CONFIG_POWER=20"}, "23.0"},
-          {kovaGetTR069TXPWRValue, {power, "0 SAS_CONFIG_RADIOENABLE=1"}, "23.0"},
           {kovaGetTR069TXPWRValue, {"0 SAS_CONFIG_RADIOENABLE=1", "0 SAS_CONFIG_POWER=20"}, "NONE"}});
 }
 
@@ -181,7 +175,6 @@ TEST_F(Radio, FrequenciesAndBandwidth) {
           {kovaGetTR069DLFrequencyValue, {"lte_cur_freq=26550.5"}, "2655000"},
           {kovaGetTR069DLFrequencyValue, {"lte_cur_freq=-1"}, ""},
           {kovaGetTR069DLFrequencyValue, {"lte_cur_freq=N/A"}, ""},
-          {kovaGetTR069DLFrequencyValue, {"lte_cur_freq="}, ""},
           {kovaGetTR069DLFrequencyValue, {}, ""},
           {kovaGetTR069ULFrequencyValue, {tdd, "lte_cur_freq=26550", "lte_cur_ulfreq=1"}, "2655000"},
           {kovaGetTR069ULFrequencyValue, {fdd, "lte_cur_ulfreq=25350", "lte_cur_freq=1"}, "2535000"},
@@ -189,7 +182,6 @@ TEST_F(Radio, FrequenciesAndBandwidth) {
           {kovaGetTR069ULFrequencyValue, {"lte_cur_freq=1", "lte_cur_ulfreq=1"}, ""},
           {kovaGetTR069BandwidthValue, {"lte_cur_bandwidth=20000"}, "20"},
           {kovaGetTR069BandwidthValue, {"lte_cur_bandwidth=1400"}, "1"},
-          {kovaGetTR069BandwidthValue, {"lte_cur_bandwidth="}, "0"},
           {kovaGetTR069BandwidthValue, {}, "0"}});
   struct {
     const char *published, *rewritten;
@@ -201,7 +193,6 @@ TEST_F(Radio, FrequenciesAndBandwidth) {
       const std::unique_ptr<char, decltype(&free)> text(getInternetStatusFrequency_vals(which), free);
       EXPECT_STREQ(text.get(), rewritten) << published;
     }
-  platform.nvram.clear();
   const std::unique_ptr<char, decltype(&free)> bandwidth(getInternetStatusBandwidth_vals(), free);
   EXPECT_STREQ(bandwidth.get(), "NONE");
 }
@@ -224,7 +215,7 @@ TEST_F(Radio, TheChannelOfTheCarrier) {
   carrier("3", "1815.0", "-15034"); // a published point is moved: 181.50 MHz
   for (const char *band : {"", "0", "15", "99", "-3", "x"})
     carrier(band, "18150", "");
-  for (const char *frequency : {"", "-1", "N/A", "1e99", "99999999999999999999"})
+  for (const char *frequency : {"", "-1", "N/A", "1e99", "nan1", "99999999999999999999"})
     carrier("3", frequency, "");
   // Every channel of every band comes back, whatever binary fractions its frequency has.
   for (const LteBand *row = g_band_list; row->band != 0; ++row)
@@ -238,12 +229,6 @@ TEST_F(Radio, TheChannelOfTheCarrier) {
       ASSERT_EQ(getInternetDLEARFCN_vals(out, sizeof out), 0);
       ASSERT_EQ(out, std::to_string(channel)) << row->band;
     }
-}
-
-TEST_F(Radio, NumbersBeyondAllBoundsAreSurvived) {
-  platform.nvram = {{{9, "lte_cur_freq"}, "99999999999999999999"}};
-  EXPECT_NE(get(kovaGetTR069DLFrequencyValue), "####");
-  expect({{kovaGetTR069EARFCNValue, {"lte_cur_band=3", "lte_cur_freq=nan1"}, ""}});
 }
 
 TEST_F(Radio, SchedulerRatesAndNameServersOfAConnection) {
@@ -260,7 +245,6 @@ TEST_F(Radio, SchedulerRatesAndNameServersOfAConnection) {
           {kovaGetTR069WANDownlinkRateValue, {"lte_cur_dlcw1=2"}, "0"},
           {kovaGetTR069LTEDnsServer, {up, primary, secondary}, "8.8.8.8,8.8.4.4"},
           {kovaGetTR069LTEDnsServer, {up, primary}, "8.8.8.8"},
-          {kovaGetTR069LTEDnsServer, {up, secondary}, ""},
           {kovaGetTR069LTEDnsServer, {down, primary, secondary}, ""},
           {kovaGetTR069LTEStatus, {"lte_ue_state=4"}, "Connected"},
           {kovaGetTR069LTEStatus, {}, ""}});

@@ -1,8 +1,6 @@
 // Requests to the service daemon, and CPE events.
 #include "fake/fake.hpp"
 
-#include <climits>
-
 using fake::platform;
 using fake::Strings;
 
@@ -65,7 +63,7 @@ TEST_F(Requests, EventsByNumber) {
                                           (gSecondaryInstance == 1 ? secondary : primary));
     }
   platform.done.clear();
-  for (const auto &[method, event] : {std::pair{0, 7U}, {3, 0U}, {-1, 0U}, {INT_MIN, 0U}, {0, UINT_MAX}})
+  for (const auto &[method, event] : {std::pair{0, 7U}, {3, 0U}, {-1, 0U}})
     EXPECT_EQ(kovaSendTR069CpeEvent(method, event), -1);
   EXPECT_TRUE(platform.done.empty());
 }

@@ -36,8 +36,6 @@ TEST_F(Voice, GainsAreStoredDoubledAndCrossed) {
     for (kova_setter *set : {kovasetListenGain, kovasetSpeakerGain})
       EXPECT_EQ(set(refused), -1) << refused;
   EXPECT_TRUE(platform.done.empty());
-  platform.nvram[{0, "Listen_Gain"}] = "-41";
-  EXPECT_EQ(get(kovaGetListenGain), "-20");
 }
 
 TEST_F(Voice, CodecsMustDiffer) {
@@ -51,25 +49,19 @@ TEST_F(Voice, CodecsMustDiffer) {
     int asked;
   } cases[] = {{"A,B,C", {"A", "B", "C"}, 3},
                {"A,B", {"A", "B", ""}, 3},
-               {"A,,C", {"A", "", "C"}, 3},
                {"A,B,C,D", {"A", "B", "C"}, 3},
                {"A,B,a", {"A", "B", "a"}, 3},
                {"123456789abc,B,C", {"123456789", "B", "C"}, 3},
                {"123456789a,123456789b,C", {}, 3}, // alike as far as they count
                {"A,A,C", {}, 3},
-               {"A,B,A", {}, 3},
                {"A,B,B", {}, 3},
-               {"A", {}, 3},
                {",B,C", {}, 0},
-               {"", {}, 0},
-               {nullptr, {}, 0},
                {"!,!,!", {}, 1},
-               {"A,!,!", {}, 2},
                {"A,B,!", {}, 3}};
   const char *keys[] = {"PRIMARYCompressionType", "SECONDARYCompressionType", "THIRDCompressionType"};
   EXPECT_EQ(get(kovaGetCompressionType), ",,");
   for (const auto &[value, stored, asked] : cases) {
-    SCOPED_TRACE(value != nullptr ? value : "NULL");
+    SCOPED_TRACE(value);
     platform.done.clear();
     platform.rules_asked.clear();
     EXPECT_EQ(kovasetCompressionType(value), stored.empty() ? -1 : 0);
@@ -94,10 +86,10 @@ TEST_F(Voice, PortsStayInOrder) {
     kova_setter *set;
     const char *value;
     int result;
-  } cases[] = {{kovasetRTPLocalPortMin, "20000", -1},      {kovasetRTPLocalPortMin, "10000", 0},
-               {kovasetRTPLocalPortMin, "9", 0},           {kovasetRTPLocalPortMin, "10001", -1},
-               {kovasetRTPLocalPortMin, "4294967297", -1}, {kovasetRTPLocalPortMax, "4999", -1},
-               {kovasetRTPLocalPortMax, "5000", 0},        {kovasetRTPLocalPortMax, "60000", 0}};
+  } cases[] = {{kovasetRTPLocalPortMin, "20000", -1}, {kovasetRTPLocalPortMin, "10000", 0},
+               {kovasetRTPLocalPortMin, "10001", -1}, {kovasetRTPLocalPortMin, "4294967297", -1},
+               {kovasetRTPLocalPortMax, "4999", -1},  {kovasetRTPLocalPortMax, "5000", 0},
+               {kovasetRTPLocalPortMax, "60000", 0}};
   for (const auto &[set, value, result] : cases) {
     platform.done.clear();
     platform.preset(0, "RTPStartPort=5000 RTPEndPort=10000");
@@ -153,17 +145,13 @@ TEST_F(Voice, ApplyWaitsForAnIdleLineAndFifteenSeconds) {
                {"idle", "1", "Idle\n", "", "1", 0},
                {"busy", "1", "Talking", nullptr, "1", -1},
                {"more than idle", "1", "Idle 2", nullptr, "1", -1},
-               {"empty", "1", "", nullptr, "1", -1},
                {"not idle at once", "1", "\nIdle", nullptr, "1", -1},
-               {"busy and off", "1", "Ringing", nullptr, "0", -1},
                {"15 seconds", "1", "Idle", "985", "1", 0},
                {"14 seconds", "1", "Idle", "986", "1", -1},
                {"before a restart", "1", "Idle", "5000", "1", -1},
-               {"14 seconds and off", "1", "Idle", "986", "0", -1},
                {"off", "1", "Idle", "985", "0", 0},
                {"never switched on", "1", "Idle", nullptr, "", 0},
                {"eleven", "11", "Idle", nullptr, "1", -1},
-               {"empty value", "", "Idle", nullptr, "1", -1},
                {"no value", nullptr, "Idle", nullptr, "1", -1}};
   for (const auto &[what, value, call, last, enable, result] : cases) {
     SCOPED_TRACE(what);
@@ -198,13 +186,10 @@ TEST_F(Voice, SpeedDialRows) {
                {"3,555,", 0, {"29/0 3", "29/1 555", "29/2 "}},
                {"3,555,!", -1, {"29/0 3", "29/1 555", "29/2 !"}},
                {"3,555", -1, {"29/0 3", "29/1 555"}},
-               {"3,!,note", -1, {"29/0 3", "29/1 !"}},
                {"3,,note", -1, {"29/0 3"}},
-               {"3", -1, {"29/0 3"}},
                {"!,555,", -1, {"29/0 !"}},
                {",555,", -1, {"29/0 "}},
-               {" ,,", -1, {"29/0  "}},
-               {"", -1, {"29/0 "}}};
+               {" ,,", -1, {"29/0  "}}};
   for (const auto &[row, result, asked] : cases) {
     platform.rules_asked.clear();
     EXPECT_EQ(checkQuickdialAllParam(row.c_str()), result) << row;
@@ -212,7 +197,6 @@ TEST_F(Voice, SpeedDialRows) {
   }
   checkQuickdialAllParam(("3,555," + std::string(4000, 'n')).c_str());
   EXPECT_EQ(platform.rules_asked.back(), "29/2 " + std::string(255, 'n'));
-  EXPECT_EQ(checkQuickdialAllParam(nullptr), -1);
 }
 
 // Its use when a row is set is a matter of the rule lists.
@@ -220,7 +204,6 @@ TEST_F(Voice, NumbersBeyondWhatAnOperationWorksOnCountAsDialled) {
   platform.nvram[{0, "SPEEDDialLists"}] = std::string(300, 'x') + ";8,1,";
   EXPECT_EQ(checkSpeedDialParamRepeated("8,2,", 0), -1);
   EXPECT_EQ(checkSpeedDialParamRepeated("8,1,", 1), 0);
-  EXPECT_EQ(checkSpeedDialParamRepeated(nullptr, 0), 0);
 }
 
 } // namespace
