@@ -55,7 +55,7 @@ TEST_F(Redirect, FilesOfTheDeviceLieBelowItsRoot) {
   EXPECT_FALSE(on_host(path));
   struct stat about {};
   EXPECT_TRUE(stat(path, &about) == 0 && about.st_size == 3);
-  EXPECT_TRUE(access(path, R_OK) == 0 && access("/var/config", R_OK) == 0);
+  EXPECT_EQ(access(path, R_OK), 0);
   EXPECT_EQ(rename(path, other), 0);
   EXPECT_EQ(text_of(root(other)), "one");
   const int fd = open(other, O_RDONLY);

@@ -68,18 +68,17 @@ TEST_F(DmzHost, IsAClientOfTheLan) {
 class OperationMode : public TempDevice {};
 
 TEST_F(OperationMode, IsReadFromTheStore) {
-  OperMode *mode = getOperModeFromNvram();
-  ASSERT_NE(mode, nullptr);
-  EXPECT_TRUE(mode->oper_mode == 0 && mode->vpn_type == 0 && mode->bcp_enable == 0 && mode->gre_type == 0);
-  OperMode_delete(mode);
-  OperMode_delete(nullptr);
+  const auto is = [](int oper_mode, int vpn_type, int bcp_enable, int gre_type) {
+    OperMode *mode = getOperModeFromNvram();
+    EXPECT_TRUE(mode != nullptr && mode->oper_mode == oper_mode && mode->vpn_type == vpn_type &&
+                mode->bcp_enable == bcp_enable && mode->gre_type == gre_type);
+    OperMode_delete(mode);
+  };
+  is(0, 0, 0, 0);
   for (const auto &[key, value] :
        {std::pair("oper_mode", "2"), {"vpn_type", "1"}, {"bcp_enable", "1"}, {"gre_type", "-1"}})
     nvram_bufset(0, key, value);
-  mode = getOperModeFromNvram();
-  ASSERT_NE(mode, nullptr);
-  EXPECT_TRUE(mode->oper_mode == 2 && mode->vpn_type == 1 && mode->bcp_enable == 1 && mode->gre_type == -1);
-  OperMode_delete(mode);
+  is(2, 1, 1, -1);
 }
 
 TEST_F(OperationMode, DecidesWhichKeysAreWritable) {

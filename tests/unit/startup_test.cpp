@@ -18,10 +18,9 @@ namespace {
 class Startup : public fake::Test {};
 
 TEST_F(Startup, InstanceAndInterface) {
-  for (const char *name :
-       {"0123456789012345678901234567890123456789", "eth0", "", "eth0", static_cast<const char *>(nullptr)}) {
-    setBindInterface(name);
-    std::string padded = std::string(name == nullptr ? "" : name).substr(0, 31);
+  for (const std::string name : {"0123456789012345678901234567890123456789", "eth0", ""}) {
+    setBindInterface(name.c_str());
+    std::string padded = name.substr(0, 31);
     padded.resize(32);
     EXPECT_EQ(std::string(gBindInterface, sizeof gBindInterface), padded);
   }
@@ -35,8 +34,6 @@ TEST_F(Startup, InstanceAndInterface) {
 TEST_F(Startup, AnAnswerFillsTheBufferToItsEnd) {
   platform.nvram[{0, "key"}] = "abc";
   char buf[] = "######";
-  EXPECT_EQ(kova::get_setting(Section::config, "key", buf, 3), 0);
-  EXPECT_STREQ(buf, "abc###"); // no terminator
   EXPECT_EQ(kova::get_setting(Section::config, "key", buf, 5), 0);
   EXPECT_EQ(std::memcmp(buf, "abc\0\0#", 6), 0);
   EXPECT_EQ(kova::get_setting(Section::config, "key", nullptr, 5), -1);

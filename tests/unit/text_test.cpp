@@ -4,7 +4,6 @@
 #include <algorithm>
 
 using fake::platform;
-using fake::Strings;
 
 namespace {
 
@@ -92,18 +91,6 @@ TEST_F(Text, ShellOutputIsCutAtAWholePiece) {
   char out[] = "before";
   EXPECT_EQ(shell_cmd("cannot be started", out, sizeof out), nullptr);
   EXPECT_STREQ(out, "before");
-}
-
-TEST_F(Text, LogLineReachesTheLoggerAsText) {
-  const std::string filler(253, 'm'), dollars(400, '$');
-  sasSyslogMessage("%s set to `%s`: \"$%d\\\"", "Name", "reboot", 5);
-  sasSyslogMessage("%s\"$cut", filler.c_str()); // the cut comes before the escaping
-  EXPECT_EQ(platform.done, (Strings{R"(run logger -p 5 -t easycwmpd "Name set to \`reboot\`: \"\$5\\\"")",
-                                    "run logger -p 5 -t easycwmpd \"" + filler + R"(\"\$")"}));
-  sasSyslogMessage("%s", dollars.c_str());
-  const std::string line = platform.done.back();
-  EXPECT_EQ(std::count(line.begin(), line.end(), '$'), 255);
-  EXPECT_EQ(line.back(), '"');
 }
 
 } // namespace
