@@ -87,8 +87,7 @@ TEST_F(Feed, SamplesEverySecondAndPublishesWhatItSamples) {
     EXPECT_EQ(newer.received_bytes - older.received_bytes, newer.receive_rate * seconds);
     EXPECT_EQ(newer.sent_bytes - older.sent_bytes, newer.send_rate * seconds);
   }
-  EXPECT_TRUE(device_.run([&] {
-    // Between two ticks the store and the file are of one.
+  EXPECT_TRUE(device_.run([&] { // between two ticks the store and the file are of one
     EXPECT_TRUE(soon([&] {
       const auto published = host::nvram_find(9, "lte_cur_dlcw1").value_or("0");
       const auto sampled = 8.0 * static_cast<double>(samples_in(rate_file()).at(0).receive_rate);

@@ -66,11 +66,10 @@ TEST(WebsRules, Ipv6) {
                 {"2001:db8::1", "", 0},
                 {"2001:db8::10", "2001:db8::f", 5},
                 {"8000::", "7fff::", 5},
-                {"2001:db8:1::/48", "2001:db8::/32", 5},
-                {"2001:db8::", "2001:db8:1::/48", 0}};
+                {"2001:db8:1::/48", "2001:db8::/32", 5}};
   for (const auto &[start, end, answer] : ranges)
     EXPECT_EQ(answer, check_ipv6_start_end(start, end)) << start;
-  for (const char *end : {"192.0.2.1", "x", "fe80::1%br0"})
+  for (const char *end : {"192.0.2.1", "x"})
     EXPECT_TRUE(check_ipv6_start_end("2001:db8::1", end) != 0 && check_ipv6_start_end("::", end) != 5) << end;
 }
 
