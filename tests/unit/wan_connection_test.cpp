@@ -15,10 +15,6 @@ class Wan : public fake::Test {};
 
 // A getter of an indexed parameter, as a plain one.
 template <auto getter>
-int of_1(char *buf, unsigned int buflen) {
-  return getter(1, buf, buflen);
-}
-template <auto getter>
 int of_1_1_1(char *buf, unsigned int buflen) {
   return getter(1, 1, 1, buf, buflen);
 }
@@ -26,15 +22,19 @@ int of_1_1_1(char *buf, unsigned int buflen) {
 TEST_F(Wan, ThereIsOneOfEach) {
   platform.preset(0, "DMZEnable=1 DMZAddress=10.0.0.1");
   platform.preset(9, "mgmt_ipaddr=10.0.0.2");
-  kova_wan_device_getter *const of_device[] = {kovaGetWANDeviceWANConnectionNumberOfEntries,
-                                               kovaGetWANDeviceEnabledForInternet,
-                                               kovaGetWANDeviceWANAccessType,
-                                               kovaGetWANDeviceLayer1UpstreamMaxBitRate,
-                                               kovaGetWANDeviceLayer1DownstreamMaxBitRate,
-                                               kovaGetWANDeviceTotalBytesSent,
-                                               kovaGetWANDeviceTotalBytesReceived,
-                                               kovaGetWANDeviceTotalPacketsSent,
-                                               kovaGetWANDeviceTotalPacketsReceived};
+  platform.preset(9, "curr_data_if=lte0");
+  platform.counters = {
+      {"lte0 10", "9223372036854775807"}, {"lte0 2", "2"}, {"lte0 11", "11"}, {"lte0 3", "3"}};
+  const std::pair<kova_wan_device_getter *, const char *> of_device[] = {
+      {kovaGetWANDeviceWANConnectionNumberOfEntries, "1"},
+      {kovaGetWANDeviceEnabledForInternet, "true"},
+      {kovaGetWANDeviceWANAccessType, "LTE"},
+      {kovaGetWANDeviceLayer1UpstreamMaxBitRate, "27472691.2"},
+      {kovaGetWANDeviceLayer1DownstreamMaxBitRate, "220200960"},
+      {kovaGetWANDeviceTotalBytesSent, "9223372036854775807"},
+      {kovaGetWANDeviceTotalBytesReceived, "2"},
+      {kovaGetWANDeviceTotalPacketsSent, "11"},
+      {kovaGetWANDeviceTotalPacketsReceived, "3"}};
   kova_ip_connection_getter *const getters[] = {
       kovaGetWANConnectionExternalIPAddress, kovaGetWANConnectionDMZEnable,
       kovaGetWANConnectionDMZHostIPAddress, kovaGetWANConnectionDMZAvoidRemoteManagement};
@@ -42,15 +42,16 @@ TEST_F(Wan, ThereIsOneOfEach) {
       {kovaSetWANConnectionDMZEnable, "true"},
       {kovaSetWANConnectionDMZHostIPAddress, "10.0.0.1"},
       {kovaSetWANConnectionDMZAvoidRemoteManagement, "true"}};
-  const int instances[][3] = {{1, 1, 1}, {0, 1, 1}, {2, 1, 1}, {-1, 1, 1},
-                              {1, 0, 1}, {1, 2, 1}, {1, 1, 0}, {1, 1, 2}};
+  const int instances[][3] = {{1, 1, 1}, {0, 1, 1}, {2, 1, 1}, {1, 2, 1}, {1, 1, 0}, {1, 1, 2}};
   for (const auto &[dev, conn, ipconn] : instances) {
     SCOPED_TRACE(std::to_string(dev) + "." + std::to_string(conn) + "." + std::to_string(ipconn));
     const int result = dev == 1 && conn == 1 && ipconn == 1 ? 0 : -1;
     char buf[32];
     platform.done.clear();
-    for (const auto getter : of_device)
+    for (const auto &[getter, answer] : of_device) {
       EXPECT_EQ(getter(dev, buf, sizeof buf), dev == 1 ? 0 : -1);
+      EXPECT_TRUE(dev != 1 || std::string(buf) == answer) << buf;
+    }
     EXPECT_EQ(kovaGetWANConnectionIPConnectionNumberOfEntries(dev, conn, buf, sizeof buf),
               dev == 1 && conn == 1 ? 0 : -1);
     for (const auto getter : getters)
@@ -61,37 +62,16 @@ TEST_F(Wan, ThereIsOneOfEach) {
   }
 }
 
-TEST_F(Wan, FixedAnswersAndTheExternalAddress) {
+TEST_F(Wan, AddressLinkAndTrafficOfTheDevice) {
   EXPECT_EQ(get(kovaGetTR069ManageableDeviceNumberOfEntries), "1");
-  EXPECT_EQ(get(of_1<kovaGetWANDeviceWANConnectionNumberOfEntries>), "1");
-  EXPECT_EQ(get(of_1<kovaGetWANDeviceEnabledForInternet>), "true");
-  EXPECT_EQ(get(of_1<kovaGetWANDeviceWANAccessType>), "LTE");
-  EXPECT_EQ(get(of_1<kovaGetWANDeviceLayer1UpstreamMaxBitRate>), "27472691.2");
-  EXPECT_EQ(get(of_1<kovaGetWANDeviceLayer1DownstreamMaxBitRate>), "220200960");
   platform.preset(9, "mgmt_ipaddr= wan_ipaddr=10.0.0.3");
   EXPECT_EQ(get(kovaGetTR069WANConnectionExternalIPAddress), "10.0.0.3");
-  platform.preset(9, "mgmt_ipaddr=10.0.0.2");
+  platform.preset(9, "mgmt_ipaddr=10.0.0.2 curr_data_if=lte0");
   EXPECT_EQ(get(kovaGetTR069WANConnectionExternalIPAddress), "10.0.0.2");
-}
-
-TEST_F(Wan, LinkAndTrafficOfTheDataInterface) {
-  EXPECT_EQ(get(kovaGetWANDevicePhysicalLinkStatus), "Down");
-  platform.preset(9, "curr_data_if=lte0");
   EXPECT_EQ(get(kovaGetWANDevicePhysicalLinkStatus), "Down");
   platform.interfaces = {{"lte0", "", ""}};
   EXPECT_EQ(get(kovaGetWANDevicePhysicalLinkStatus), "Up");
-  platform.counters = {{"lte0 10", "9223372036854775807"},
-                       {"lte0 2", "2"},
-                       {"lte0 11", "11"},
-                       {"lte0 3", "3"},
-                       {"wan 10", "2048"},
-                       {"wan 2", "4096"},
-                       {"wan 11", "1100"},
-                       {"wan 3", "300"}};
-  EXPECT_EQ(get(of_1<kovaGetWANDeviceTotalBytesSent>), "9223372036854775807");
-  EXPECT_EQ(get(of_1<kovaGetWANDeviceTotalBytesReceived>), "2");
-  EXPECT_EQ(get(of_1<kovaGetWANDeviceTotalPacketsSent>), "11");
-  EXPECT_EQ(get(of_1<kovaGetWANDeviceTotalPacketsReceived>), "3");
+  platform.counters = {{"wan 10", "2048"}, {"wan 2", "4096"}, {"wan 11", "1100"}, {"wan 3", "300"}};
   EXPECT_EQ(get(kovaGetWANTotalBytesSent), "2 KB");
   EXPECT_EQ(get(kovaGetWANTotalBytesReceived), "4 KB");
   EXPECT_EQ(get(kovaGetWANTotalPacketsSent), "1100");
@@ -109,10 +89,8 @@ TEST_F(Wan, ConnectionStatus) {
                                                                               : "")
         << state;
   }
-  for (const char *beyond : {"-1", "99999999999999999999", "4294967296"}) {
-    platform.nvram[{9, "lte_ue_state"}] = beyond;
-    EXPECT_EQ(get(kovaGetTR069WANConnectionConnectionStatus, 3), "###") << beyond;
-  }
+  platform.nvram[{9, "lte_ue_state"}] = "-1";
+  EXPECT_EQ(get(kovaGetTR069WANConnectionConnectionStatus, 3), "###");
 }
 
 // A line of the kernel's table, whose addresses are in the byte order of the machine.
@@ -166,8 +144,6 @@ TEST_F(Wan, AddressesOfTheInterfaceTowardsTheServer) {
   EXPECT_EQ(result, -1);
   char untouched[] = "#";
   _getInfNameOfTr069Conn(untouched, 0);
-  _getInfNameOfTr069Conn(untouched, -1);
-  _getInfNameOfTr069Conn(nullptr, 8);
   EXPECT_STREQ(untouched, "#");
   setBindInterface("lte0");
   for (const char *state : {"2", "", "30"}) {
@@ -176,16 +152,6 @@ TEST_F(Wan, AddressesOfTheInterfaceTowardsTheServer) {
   }
   platform.files.clear();
   EXPECT_EQ(get(kovaGetTR069WANGatewayAddress), "");
-}
-
-TEST_F(Wan, Mtu) {
-  EXPECT_EQ(kovaSetWANConnectionX_MTU("1400"), 0);
-  EXPECT_EQ(platform.done, (Strings{"nvram 0 internet_mtu=1400", "run test_cpeevent call 'ce_set_mtu'"}));
-  EXPECT_EQ(platform.rules_asked, Strings{"30/1 1400"});
-  platform.rule = [](int, const std::string &, int) { return -2; };
-  EXPECT_EQ(kovaSetWANConnectionX_MTU("1401"), -1);
-  EXPECT_EQ(kovaSetWANConnectionX_MTU(nullptr), -1);
-  EXPECT_EQ(platform.done.size(), 2U);
 }
 
 // ---- DMZ and SIP ALG
@@ -207,22 +173,18 @@ TEST_F(Wan, DmzByIndex) {
   const Change changes[] = {
       {enable, "true", "oper_mode=0", "DMZEnable=1"}, {enable, "false", "oper_mode=2", "DMZEnable=0"},
       {enable, "true", "oper_mode=1", nullptr}, {enable, "True", "", nullptr}, {enable, "1", "", nullptr},
-      {enable, "", "", nullptr}, {enable, nullptr, "", nullptr},
       {host, "192.168.1.9", "DMZEnable=1", "DMZAddress=192.168.1.9"},
       {host, "192.168.1.9", "", "DMZAddress=192.168.1.9"}, // a missing switch allows
       {host, "192.168.1.9", "DMZEnable=0", nullptr},
       {host, "192.168.1.9", "DMZEnable=1 oper_mode=1", nullptr}, {host, "192.168.1", "DMZEnable=1", nullptr},
-      {host, "192.168.1.9 ", "DMZEnable=1", nullptr}, {host, "192.168.1.256", "DMZEnable=1", nullptr},
-      {host, "", "DMZEnable=1", nullptr}, {host, nullptr, "DMZEnable=1", nullptr},
       {avoid, "true", "AclEnable=0 oper_mode=1", "AclEnable=1"}, {avoid, "true", "", "AclEnable=1"},
       {avoid, "true", "AclEnable=2", "AclEnable=1"}, {avoid, "true", "AclEnable=1", ""},
-      {avoid, "true", "AclEnable=3", ""}, {avoid, "true", "AclEnable=4", ""},
+      {avoid, "true", "AclEnable=4", ""},
       {avoid, "false", "AclEnable=4", "AclEnable=0"}, {avoid, "false", "AclEnable=2", ""},
-      {avoid, "false", "", ""}, {avoid, "0", "AclEnable=1", nullptr},
-      {avoid, nullptr, "AclEnable=1", nullptr}};
+      {avoid, "false", "", ""}, {avoid, "0", "AclEnable=1", nullptr}};
   // clang-format on
   for (const auto &[set, value, before, stored] : changes) {
-    SCOPED_TRACE(std::string(value != nullptr ? value : "NULL") + " with " + before);
+    SCOPED_TRACE(std::string(value) + " with " + before);
     platform = {};
     platform.preset(0, before);
     EXPECT_EQ(set(1, 1, 1, value), stored != nullptr ? 0 : -1);
@@ -244,69 +206,34 @@ TEST_F(Wan, DmzByIndex) {
 }
 
 TEST_F(Wan, DmzGetters) {
-  const auto answers = [](kova_getter *getter, const char *settings, const char *expected) {
+  const auto enable = of_1_1_1<kovaGetWANConnectionDMZEnable>;
+  const auto host = of_1_1_1<kovaGetWANConnectionDMZHostIPAddress>;
+  const auto avoid = of_1_1_1<kovaGetWANConnectionDMZAvoidRemoteManagement>;
+  // clang-format off
+  const struct {
+    kova_getter *getter;
+    const char *settings, *expected; // NULL: an error
+  } cases[] = {
+      {enable, "DMZEnable=00", "true"}, {enable, "DMZEnable=0", "false"}, {enable, "DMZEnable=", nullptr},
+      {enable, "", nullptr}, {host, "DMZAddress=10.0.0.1", "10.0.0.1"}, {host, "", nullptr},
+      {avoid, "AclEnable=1", "true"}, {avoid, "AclEnable=3", "true"}, {avoid, "AclEnable=4x", "true"},
+      {avoid, "", "false"}, {avoid, "AclEnable=2", "false"}, {avoid, "AclEnable=5", "false"}};
+  // clang-format on
+  for (const auto &[getter, settings, expected] : cases) {
     platform.nvram.clear();
     platform.preset(0, settings);
     int result = 1;
     const std::string text = get(getter, result, 16);
     EXPECT_EQ(result, expected != nullptr ? 0 : -1) << settings;
     EXPECT_EQ(text, expected != nullptr ? expected : text) << settings;
-  };
-  answers(of_1_1_1<kovaGetWANConnectionDMZEnable>, "DMZEnable=1", "true");
-  answers(of_1_1_1<kovaGetWANConnectionDMZEnable>, "DMZEnable=00", "true");
-  answers(of_1_1_1<kovaGetWANConnectionDMZEnable>, "DMZEnable=0", "false");
-  answers(of_1_1_1<kovaGetWANConnectionDMZEnable>, "DMZEnable=", nullptr);
-  answers(of_1_1_1<kovaGetWANConnectionDMZEnable>, "", nullptr);
-  answers(of_1_1_1<kovaGetWANConnectionDMZHostIPAddress>, "DMZAddress=10.0.0.1", "10.0.0.1");
-  answers(of_1_1_1<kovaGetWANConnectionDMZHostIPAddress>, "", nullptr);
-  for (const char *mode : {"1", "3", "4", "4x"})
-    answers(of_1_1_1<kovaGetWANConnectionDMZAvoidRemoteManagement>,
-            (std::string("AclEnable=") + mode).c_str(), "true");
-  for (const char *mode : {"", "0", "2", "5", "-1", "x1"})
-    answers(of_1_1_1<kovaGetWANConnectionDMZAvoidRemoteManagement>,
-            (std::string("AclEnable=") + mode).c_str(), "false");
-  answers(getTR069DMZEnable, "DMZEnable=01", "01");
-  answers(getTR069DMZHostAddress, "", "");
-}
-
-TEST_F(Wan, PlainDmzInAnyMode) {
-  platform.preset(0, "oper_mode=1");
-  EXPECT_EQ(setTR069DMZEnable("on"), 0);
-  EXPECT_EQ(setTR069DMZHostAddress("10.0.0.1"), 0);
-  EXPECT_EQ(platform.done,
-            (Strings{"nvram 0 DMZEnable=on", announcement, "nvram 0 DMZAddress=10.0.0.1", announcement}));
-  EXPECT_EQ(platform.rules_asked, (Strings{"11/1 on", "11/2 10.0.0.1"}));
-  platform.preset(0, "oper_mode=2"); // which restarts the NAT too
-  EXPECT_EQ(setTR069DMZEnable("0"), 0);
-  EXPECT_EQ(platform.done.size(), 4U + 5U);
-  platform.done.clear();
-  EXPECT_EQ(setTR069DMZEnable("1<"), -1);
-  EXPECT_EQ(setTR069DMZHostAddress("1<"), -1);
-  platform.rule = [](int, const std::string &, int) { return -1; };
-  EXPECT_EQ(setTR069DMZEnable("1"), -1);
-  EXPECT_EQ(setTR069DMZHostAddress("1"), -1);
-  EXPECT_TRUE(platform.done.empty());
-}
-
-TEST_F(Wan, SipAlg) {
-  platform.preset(0, "oper_mode=2");
-  int answer = 0;
-  platform.rule = [&](int, const std::string &, int) { return answer; };
-  for (const char *value : {"0", "1"}) {
-    platform.done.clear();
-    EXPECT_EQ(kovaSetALGSIPEnable(value), 0);
-    EXPECT_EQ(platform.done, (Strings{std::string("nvram 0 SIPAlgEnable=") + value, announcement}));
-    EXPECT_EQ(platform.rules_asked.back(), std::string("31/1 ") + value);
-    EXPECT_EQ(get(kovaGetALGSIPEnable), value);
   }
-  answer = -2; // only -1 refuses
-  EXPECT_EQ(kovaSetALGSIPEnable("1"), 0);
-  platform.done.clear();
-  for (const char *value : {"2", "01", "true", "", static_cast<const char *>(nullptr)})
+}
+
+TEST_F(Wan, SipAlgIsOnOrOffWhateverElseItsRuleComplainsOf) {
+  for (const char *value : {"2", "01", "true"})
     EXPECT_EQ(kovaSetALGSIPEnable(value), -1);
-  answer = -1;
-  EXPECT_EQ(kovaSetALGSIPEnable("1"), -1);
-  EXPECT_TRUE(platform.done.empty());
+  platform.rule = [](int, const std::string &, int) { return -2; }; // only -1 refuses
+  EXPECT_EQ(kovaSetALGSIPEnable("1"), 0);
 }
 
 } // namespace

@@ -12,56 +12,6 @@ namespace {
 class Wifi : public fake::Test {};
 
 const std::string restart = "request 0x10000005";
-constexpr int judged_by_checker = 0; // instead of the item of a rule
-
-// clang-format off
-const struct {
-  kova_getter *get;
-  kova_setter *set;
-  std::string key;
-  int item; // of the rule
-} settings[] = {
-#define NETWORK(n)                                                                     \
-    {getTR069WifiAPIsolate##n,    setTR069WifiAPIsolate##n,    #n "_apisolate",    25}, \
-    {getTR069WifiPassPhrase##n,   setTR069WifiPassPhrase##n,   #n "_wpapass",      7}
-#define FURTHER(n) NETWORK(n),                                                         \
-    {getTR069WifiMutiSSID##n,     setTR069WifiMutiSSID##n,     #n "_ssid",         4},  \
-    {getTR069WifiMutiStatus##n,   setTR069WifiMutiStatus##n,   #n "_ENABLE",       1},  \
-    {getTR069WifiMutiHideSSID##n, setTR069WifiMutiHideSSID##n, #n "_hidden",       24}
-    {getTR069WifiMode,            setTR069WifiMode,            "0_rfmode",         judged_by_checker},
-    {getTR069WifiRate,            setTR069WifiRate,            "Fixrate",          judged_by_checker},
-    {getTR069WifiBandwidth,       setTR069WifiBandwidth,       "Bandwidth",        judged_by_checker},
-    {getTR069WifiEnable,          setTR069WifiEnable,          "Wifi_enable",      1},
-    {getTR069WifiChannel,         setTR069WifiChannel,         "Channel",          3},
-    {getTR069WifiSSID0,           setTR069WifiSSID0,           "0_ssid",           4},
-    {getTR069WifiHideSSID0,       setTR069WifiHideSSID0,       "0_hidden",         24},
-    NETWORK(0), FURTHER(1), FURTHER(2), FURTHER(3)};
-// clang-format on
-
-TEST_F(Wifi, SettingsAreJudgedStoredAndRestartTheService) {
-  for (const auto &[getter, set, key, item] : settings) {
-    SCOPED_TRACE(key);
-    const bool has_rule = item != judged_by_checker, takes_empty = has_rule && key != "Channel";
-    Strings asked, done;
-    platform = {};
-    for (const std::string &value : {std::string(), std::string(4000, 'x'), std::string("6")}) {
-      if (value.empty() && !takes_empty) continue;
-      if (has_rule) asked.push_back("1/" + std::to_string(item) + " " + value);
-      done.insert(done.end(), {"nvram 0 " + key + "=" + value, restart});
-      EXPECT_EQ(set(value.c_str()), 0);
-    }
-    EXPECT_EQ(platform.rules_asked, asked);
-    EXPECT_EQ(platform.done, done);
-    EXPECT_EQ(get(getter), "6");
-
-    EXPECT_EQ(set(nullptr), takes_empty ? 0 : -1);
-    EXPECT_EQ(set(""), takes_empty ? 0 : -1);
-    platform.rule = [](int, const std::string &, int) { return -1; };
-    EXPECT_EQ(set("9"), has_rule ? -1 : 0);
-    EXPECT_EQ(get(getter), has_rule ? takes_empty ? "" : "6" : "9");
-  }
-}
-
 TEST_F(Wifi, CheckersJudgeTheirFormBeforeTheirRule) {
   const struct {
     kova_checker *check;
@@ -70,7 +20,7 @@ TEST_F(Wifi, CheckersJudgeTheirFormBeforeTheirRule) {
     // clang-format off
   } checkers[] = {
       {chkTR069WifiMode,      "1/2 ",  {"GONLY", "?"},     {""}},
-      {chkTR069WifiRate,      "1/17 ", {"0", "12", "007"}, {"13", "-1", "+1", " 1", "1 ", "1.0", "x", "", "4294967297", std::string(4000, '9')}},
+      {chkTR069WifiRate,      "1/17 ", {"0", "12", "007"}, {"13", "-1", "+1", "1.0", "", "4294967297"}},
       {chkTR069WifiBandwidth, "1/19 ", {"0", "1"},         {"2", "01", "1 ", ""}}};
   // clang-format on
   for (const auto &[check, rule, passing, refused] : checkers) {
@@ -106,8 +56,7 @@ TEST_F(Wifi, ASecurityModeGoesWithItsCipher) {
       EXPECT_EQ(get(getter), mode);
     }
     platform.done.clear();
-    for (const char *refused :
-         {"", "WEP", "open", "WPA2 ", "WPAWPA2WPAWPA2WPA", static_cast<const char *>(nullptr)})
+    for (const char *refused : {"", "WEP", "open", "WPAWPA2WPAWPA2WPA"})
       EXPECT_EQ(set(refused), -1);
     EXPECT_TRUE(platform.done.empty());
   }
@@ -147,14 +96,12 @@ TEST_F(Wifi, EachRecordMakesAnEntry) {
     std::string file;
     const char *rfmode, *list;
   } cases[] = {
-      {"no record\n    hwaddr: ignored\n", "", ""},
       {"    hwaddr: ignored\n" + station, "", " aa:bb, 1, BGN, 40M, 20M"},
       {station.substr(0, station.size() - 1), "GONLY", " aa:bb, 1,G, 40M, 20M"}, // the last byte is not read
       {record("    wireless mode: BG\n"), "GONLY", ",,G,,"},
       {record("    wireless mode: BG\n"), "BG", ",, BG,,"},
       {record("    wireless mode: BGN\n"), "GONLY", ",, BGN,,"},
       {station + record("    hwaddr: cc:dd\n"), "", " aa:bb, 1, BGN, 40M, 20M; cc:dd, 1, BGN, 40M, 20M"},
-      {record("") + station, "", ",,,,; aa:bb, 1, BGN, 40M, 20M"},
       {record("  hwaddr: x\n    hwaddr : x\n    aid\n    rx_bw:12345678\n") + "2:", "", ",,,,1234567"},
       {record("    hwaddr:" + std::string(40, 'a') + "\n"), "", "aaaaaaaaaaaaaaaaaaaaaaaaaaaaaaa,,,,"}};
   for (const auto &[file, rfmode, list] : cases) {
