@@ -1,4 +1,5 @@
-// What every getter does with a small buffer, and with none, on a device where nearly every parameter has a value.
+// What every accessor does with a small buffer, with none and without a value, on a device where nearly every
+// parameter has one.
 #include "fake/fake.hpp"
 #include "model/model.hpp"
 
@@ -23,10 +24,10 @@ const std::set<std::string_view> whole = {"kovaGetTR069MCCValue",        "kovaGe
                                           "kovaGetTR069DeviceLog",       "kovaGetCurrentLocalTime",
                                           "kovaGetDaylightSavingsStart", "kovaGetDaylightSavingsEnd"};
 
-class Getters : public fake::Test {
+class Accessors : public fake::Test {
 protected:
   // Whatever is read is a number, a record, a pair and a list.
-  Getters() {
+  Accessors() {
     platform.interfaces = {{"lte0", "100.64.0.9", "255.192.0.0", -1, "00:00:00:00:00:02"}};
     for (int pdn = 0; pdn < 4; ++pdn)
       platform.interfaces.push_back({"lte0pdn" + std::to_string(pdn), "10.0.0.1", "255.0.0.0"});
@@ -56,7 +57,7 @@ protected:
   }
 };
 
-TEST_F(Getters, FillASmallBufferAndNoMore) {
+TEST_F(Accessors, FillASmallBufferAndNoMore) {
   int empty = 0, untouched = 0;
   for (const auto *parameter : parameters()) {
     if (!parameter->get) continue;
@@ -77,6 +78,15 @@ TEST_F(Getters, FillASmallBufferAndNoMore) {
   }
   EXPECT_EQ(empty, 4) << "more than the passwords and what tells nothing";
   EXPECT_EQ(untouched, 5) << "more than what only applies";
+}
+
+TEST_F(Accessors, TakeAMissingValueOrRefuseIt) {
+  for (const auto *parameter : parameters()) {
+    SCOPED_TRACE(parameter->path);
+    const int set = parameter->set ? parameter->set.call(nullptr) : 0;
+    const int checked = parameter->check ? parameter->check.call(parameter->path.data(), nullptr) : 0;
+    EXPECT_TRUE((set == 0 || set == -1) && (checked == 0 || checked == -1)) << set << checked;
+  }
 }
 
 } // namespace
