@@ -170,6 +170,15 @@ void bring_up(bool with_service) {
 
 } // namespace
 
+Turn::Turn() : file_(open((run_dir() / "turn").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0666)) {
+  while (file_ >= 0 && flock(file_, LOCK_EX) != 0 && errno == EINTR) {
+  }
+}
+
+Turn::~Turn() {
+  if (file_ >= 0) close(file_);
+}
+
 Status status() {
   return {host::device_dir(), is_created(), is_booted(), service_pid(), feed_pid()};
 }

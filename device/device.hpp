@@ -8,7 +8,7 @@
 //   log/     device.log, one JSON object a line (device/log.hpp)
 //            and serviced.log, radiod.log, the messages of the daemon and of the feed
 //   run/     serviced.pid, radiod.pid (each locked by the running program), lock (held while the device's state
-//            changes), and the marks created, booted (the host boot in which the device was booted) and resetting
+//            changes), turn (held for a request), and the marks created, booted (the host boot in which the device was booted) and resetting
 #pragma once
 
 #include <sys/types.h>
@@ -39,6 +39,19 @@ void ensure_booted();
 void down();
 // down(), back to factory settings, log emptied, up().
 void reset();
+
+// Requests of several tools come one after the other, as those of one agent do. A device that may only be read is not
+// waited for.
+class Turn {
+public:
+  Turn();
+  ~Turn();
+  Turn(const Turn &) = delete;
+  Turn &operator=(const Turn &) = delete;
+
+private:
+  int file_;
+};
 
 std::filesystem::path log_file();
 

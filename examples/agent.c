@@ -2,6 +2,12 @@
  *
  *   agent 192.168.7.1 192.168.7.100 192.168.7.200     moves the LAN and its DHCP pool
  *
+ * On a development machine run it on a virtual device, or it works on the machine itself:
+ *   kovactl device up; KOVA_DEVICE=DIR LD_PRELOAD=.../kova/libkova_redirect.so ./agent ...
+ *
+ * On a development machine run it on a virtual device, or it works on the machine itself:
+ *   kovactl device up; KOVA_DEVICE=DIR LD_PRELOAD=.../kova/libkova_redirect.so ./agent ...
+ *
  * Build it against an installed library: see CMakeLists.txt beside it, or
  *   cc agent.c $(pkg-config --cflags --libs kova) */
 #include "lan/lan.h"

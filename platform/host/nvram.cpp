@@ -1,6 +1,7 @@
 // The calls of the key/value store.
 #include "platform/nvram.h"
 
+#include "platform/host/nvram_admin.hpp"
 #include "platform/host/nvram_store.hpp"
 
 #include <algorithm>
@@ -34,6 +35,8 @@ int look_up(int section, const char *key, Use use) {
                    kova::host::reason_text(result));
   return failure;
 }
+
+unsigned failed_writes = 0;
 
 const char *store_value(int section, const char *key, const char *value) {
   StoredKey stored(section, key);
@@ -78,6 +81,7 @@ int nvram_bufset(int section, const char *key, const char *value) {
   }
   const char *reason = store_value(section, key, value);
   if (reason == nullptr) return 0;
+  ++failed_writes;
   tarn_log_console("nvram: cannot store key \"%s\" of section %d: %s", key, section, reason);
   return failure;
 }
@@ -86,4 +90,8 @@ int tarn_check_nvram_value(int section, const char *key) {
   bool on = false;
   look_up(section, key, [&](std::string_view value) { on = value == "1"; });
   return on ? 1 : 0;
+}
+
+unsigned kova::host::nvram_failed_writes() {
+  return failed_writes;
 }

@@ -13,6 +13,8 @@ namespace kova::host {
 std::vector<std::pair<std::string, std::string>> tree_leaves(const std::string &prefix = "");
 // Replaces the whole tree by this XML document (used to install factory settings).
 void tree_replace(const std::string &xml);
+// How often this process could not write or keep leaves, which accessors do not tell.
+unsigned tree_failed_writes();
 
 } // namespace kova::host
 #pragma GCC visibility pop

@@ -2,6 +2,7 @@
 // it writes is merged into the file when it closes the tree. So a tree that somebody left open stands in nobody's way.
 #include "platform/ucfg.h"
 
+#include "platform/host/tree_admin.hpp"
 #include "platform/host/tree_file.hpp"
 #include "platform/nvram.h"
 
@@ -50,6 +51,13 @@ int attempt(const char *what, Work work) {
     tarn_log_console("ucfg: cannot %s: %s", what, reason.what());
     return failure;
   }
+}
+
+unsigned failed_writes = 0;
+
+int counted(int result) {
+  if (result != done) ++failed_writes;
+  return result;
 }
 
 void remember(std::vector<Written> &written, const std::string &path, const char *text) {
@@ -111,18 +119,18 @@ int read_ucfg_xml(int handle, const char *path, char *dst) {
 int write_ucfg_xml(int handle, const char *path, const char *value) {
   OpenTree *current = open_tree();
   if (current == nullptr || handle != only_handle || path == nullptr || value == nullptr) return failure;
-  return attempt("write a leaf", [&] {
+  return counted(attempt("write a leaf", [&] {
     put_leaf(current->tree, path, value);
     remember(current->written, std::string(without_leading_slash(path)), value);
     return done;
-  });
+  }));
 }
 
 int deinit_ucfg_ex(int keep) {
   const OpenTree *current = open_tree();
   int result = done;
   if (current != nullptr && keep != 0 && !current->written.empty())
-    result = attempt("keep what was written", [current] { return save(*current); });
+    result = counted(attempt("keep what was written", [current] { return save(*current); }));
   opened.reset();
   return result;
 }
@@ -134,4 +142,8 @@ int Init_Start(void) {
 
 int Init_End(void) {
   return done;
+}
+
+unsigned kova::host::tree_failed_writes() {
+  return failed_writes;
 }

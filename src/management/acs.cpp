@@ -65,37 +65,12 @@ using namespace kova::management;
   }
 #define FREE(name, key) GETTER(kovaGetTR069##name, key) SETTER(kovaSetTR069##name, key)
 
-// clang-format off
-//     getter                                         setter                                                               key                          rule item
-GETTER(kovaGetTR069ManagementServerURL,               OWN("TR_ACS_URL"))      CHECKED_SETTER(kovaSetTR069ManagementServerURL,          set_checked,         OWN("TR_ACS_URL"),        2)
-GETTER(kovaGetTR069ManagementServerUsername,          OWN("TR_ACS_USER"))     CHECKED_SETTER(kovaSetTR069ManagementServerUsername,     set_checked,         OWN("TR_ACS_USER"),       3)
-GETTER(kovaGetTR069ManagementServerPassword,          OWN("TR_ACS_PASS"))     CHECKED_SETTER(kovaSetTR069ManagementServerPassword,     set_checked,         OWN("TR_ACS_PASS"),       4)
-GETTER(kovaGetTR069PeriodicInformEnable,              OWN("TR_INFORM_ENABLE")) CHECKED_SETTER(kovaSetTR069PeriodicInformEnable,        set_switch,          OWN("TR_INFORM_ENABLE"),  5)
-GETTER(kovaGetTR069PeriodicInformInterval,            OWN("TR_INFORM_INTERVAL"))
-GETTER(kovaGetTR069PeriodicInformTime,                OWN("TR_INFORM_TIME"))  SETTER(kovaSetTR069PeriodicInformTime,                   OWN("TR_INFORM_TIME"))
-GETTER(kovaGetTR069ParameterKey,                      OWN("TR_PARAMKEY"))     SETTER(kovaSetTR069ParameterKey,                         OWN("TR_PARAMKEY"))
-                                                                              SETTER(kovaSetTR069ConnectionRequestURL,                 OWN("TR_CR_PATH"))
-GETTER(kovaGetTR069ConnectionRequestUsername,         OWN("TR_CR_USER"))      CHECKED_SETTER(kovaSetTR069ConnectionRequestUsername,    set_checked,         OWN("TR_CR_USER"),        7)
-GETTER(kovaGetTR069ConnectionRequestPassword,         OWN("TR_CR_PASS"))      CHECKED_SETTER(kovaSetTR069ConnectionRequestPassword,    set_checked,         OWN("TR_CR_PASS"),        8)
-KOVA_CONSTANT_GETTER(kovaGetTR069UDPConnectionRequestAddressNotificationLimit, "")
-                                                                              CHECKED_SETTER(kovaSetTR069UDPConnectionRequestAddressNotificationLimit, set_checked, OWN("TR_UDPCR_LIMIT"), 13)
-GETTER(kovaGetTR069STUNEnable,                        OWN("TR_STUN_ENABLE"))  CHECKED_SETTER(kovaSetTR069STUNEnable,                   set_switch_as_given, OWN("TR_STUN_ENABLE"),   14)
-GETTER(kovaGetTR069STUNServerAddress,                 OWN("TR_STUN_SERVER"))  CHECKED_SETTER(kovaSetTR069STUNServerAddress,            set_checked,         OWN("TR_STUN_SERVER"),   15)
-GETTER(kovaGetTR069STUNServerPort,                    OWN("TR_STUN_PORT"))    CHECKED_SETTER(kovaSetTR069STUNServerPort,               set_checked,         OWN("TR_STUN_PORT"),     16)
-KOVA_CONSTANT_GETTER(kovaGetTR069STUNUsername, "")                            CHECKED_SETTER(kovaSetTR069STUNUsername,                 set_checked,         OWN("TR_STUN_USER"),     17)
-KOVA_CONSTANT_GETTER(kovaGetTR069STUNPassword, "")                            CHECKED_SETTER(kovaSetTR069STUNPassword,                 set_checked,         OWN("TR_STUN_PASS"),     18)
-GETTER(kovaGetTR069STUNMaximumKeepAlivePeriod,        OWN("TR_STUN_MAX_KA"))  CHECKED_SETTER(kovaSetTR069STUNMaximumKeepAlivePeriod,   set_checked,         OWN("TR_STUN_MAX_KA"),   19)
-GETTER(kovaGetTR069STUNMinimumKeepAlivePeriod,        OWN("TR_STUN_MIN_KA"))  CHECKED_SETTER(kovaSetTR069STUNMinimumKeepAlivePeriod,   set_checked,         OWN("TR_STUN_MIN_KA"),   20)
-GETTER(kovaGetTR069NatDetected,                       OWN("TR_NAT_DETECTED")) CHECKED_SETTER(kovaSetTR069NatDetected,                  set_switch_as_given, OWN("TR_NAT_DETECTED"),  21)
-GETTER(kovaGetTR069X_STUNRealm,                       shared("TR_X_STUN_REALM"))       CHECKED_SETTER(kovaSetTR069X_STUNRealm,         set_checked,         shared("TR_X_STUN_REALM"), 22)
-GETTER(kovaGetTR069X_FingerPrintEnable,               shared("TR_X_FINGERPRINTENABLE")) CHECKED_SETTER(kovaSetTR069X_FingerPrintEnable, set_switch,        shared("TR_X_FINGERPRINTENABLE"), 23)
-GETTER(kovaGetTR069X_Loglevel,                        shared("/cwmp/loglevel")) SETTER(kovaSetTR069X_Loglevel,                         shared("/cwmp/loglevel"))
-GETTER(kovaGetTR069SSLCert,                           OWN("TR_CERT_PATH"))
-GETTER(kovaGetTR069SSLCaCert,                         OWN("TR_CACERT_PATH"))
-GETTER(kovaGetTR069SSLEnable,                         OWN("TR_CERT_ENABLE"))
-    // clang-format on
+#define COUNTER(getter, counter)                                                                             \
+  int getter(char *buf, unsigned int buflen) {                                                               \
+    return get_counter("wlan0", counter, buf, buflen);                                                       \
+  }
 
-    int kovaSetTR069PeriodicInformInterval(const char *value) {
+int kovaSetTR069PeriodicInformInterval(const char *value) {
   // The primary's switch counts for both instances.
   if (equal(load(Section::config, "TR_INFORM_ENABLE"), "0")) return -1;
   return set_checked(OWN("TR_INFORM_INTERVAL"), value, 6);
@@ -125,13 +100,35 @@ int kovaGetTR069ConnectionRequestURL(char *buf, unsigned int buflen) {
   return answer(url, buf, buflen);
 }
 
-#define COUNTER(getter, counter)                                                                             \
-  int getter(char *buf, unsigned int buflen) {                                                               \
-    return get_counter("wlan0", counter, buf, buflen);                                                       \
-  }
 // clang-format off
+//     getter                                         setter                                                               key                          rule item
+GETTER(kovaGetTR069ManagementServerURL,               OWN("TR_ACS_URL"))      CHECKED_SETTER(kovaSetTR069ManagementServerURL,          set_checked,         OWN("TR_ACS_URL"),        2)
+GETTER(kovaGetTR069ManagementServerUsername,          OWN("TR_ACS_USER"))     CHECKED_SETTER(kovaSetTR069ManagementServerUsername,     set_checked,         OWN("TR_ACS_USER"),       3)
+GETTER(kovaGetTR069ManagementServerPassword,          OWN("TR_ACS_PASS"))     CHECKED_SETTER(kovaSetTR069ManagementServerPassword,     set_checked,         OWN("TR_ACS_PASS"),       4)
+GETTER(kovaGetTR069PeriodicInformEnable,              OWN("TR_INFORM_ENABLE")) CHECKED_SETTER(kovaSetTR069PeriodicInformEnable,        set_switch,          OWN("TR_INFORM_ENABLE"),  5)
+GETTER(kovaGetTR069PeriodicInformInterval,            OWN("TR_INFORM_INTERVAL"))
+GETTER(kovaGetTR069PeriodicInformTime,                OWN("TR_INFORM_TIME"))  SETTER(kovaSetTR069PeriodicInformTime,                   OWN("TR_INFORM_TIME"))
+GETTER(kovaGetTR069ParameterKey,                      OWN("TR_PARAMKEY"))     SETTER(kovaSetTR069ParameterKey,                         OWN("TR_PARAMKEY"))
+                                                                              SETTER(kovaSetTR069ConnectionRequestURL,                 OWN("TR_CR_PATH"))
+GETTER(kovaGetTR069ConnectionRequestUsername,         OWN("TR_CR_USER"))      CHECKED_SETTER(kovaSetTR069ConnectionRequestUsername,    set_checked,         OWN("TR_CR_USER"),        7)
+GETTER(kovaGetTR069ConnectionRequestPassword,         OWN("TR_CR_PASS"))      CHECKED_SETTER(kovaSetTR069ConnectionRequestPassword,    set_checked,         OWN("TR_CR_PASS"),        8)
+KOVA_CONSTANT_GETTER(kovaGetTR069UDPConnectionRequestAddressNotificationLimit, "")
+                                                                              CHECKED_SETTER(kovaSetTR069UDPConnectionRequestAddressNotificationLimit, set_checked, OWN("TR_UDPCR_LIMIT"), 13)
+GETTER(kovaGetTR069STUNEnable,                        OWN("TR_STUN_ENABLE"))  CHECKED_SETTER(kovaSetTR069STUNEnable,                   set_switch_as_given, OWN("TR_STUN_ENABLE"),   14)
+GETTER(kovaGetTR069STUNServerAddress,                 OWN("TR_STUN_SERVER"))  CHECKED_SETTER(kovaSetTR069STUNServerAddress,            set_checked,         OWN("TR_STUN_SERVER"),   15)
+GETTER(kovaGetTR069STUNServerPort,                    OWN("TR_STUN_PORT"))    CHECKED_SETTER(kovaSetTR069STUNServerPort,               set_checked,         OWN("TR_STUN_PORT"),     16)
+KOVA_CONSTANT_GETTER(kovaGetTR069STUNUsername, "")                            CHECKED_SETTER(kovaSetTR069STUNUsername,                 set_checked,         OWN("TR_STUN_USER"),     17)
+KOVA_CONSTANT_GETTER(kovaGetTR069STUNPassword, "")                            CHECKED_SETTER(kovaSetTR069STUNPassword,                 set_checked,         OWN("TR_STUN_PASS"),     18)
+GETTER(kovaGetTR069STUNMaximumKeepAlivePeriod,        OWN("TR_STUN_MAX_KA"))  CHECKED_SETTER(kovaSetTR069STUNMaximumKeepAlivePeriod,   set_checked,         OWN("TR_STUN_MAX_KA"),   19)
+GETTER(kovaGetTR069STUNMinimumKeepAlivePeriod,        OWN("TR_STUN_MIN_KA"))  CHECKED_SETTER(kovaSetTR069STUNMinimumKeepAlivePeriod,   set_checked,         OWN("TR_STUN_MIN_KA"),   20)
+GETTER(kovaGetTR069NatDetected,                       OWN("TR_NAT_DETECTED")) CHECKED_SETTER(kovaSetTR069NatDetected,                  set_switch_as_given, OWN("TR_NAT_DETECTED"),  21)
+GETTER(kovaGetTR069X_STUNRealm,                       shared("TR_X_STUN_REALM"))       CHECKED_SETTER(kovaSetTR069X_STUNRealm,         set_checked,         shared("TR_X_STUN_REALM"), 22)
+GETTER(kovaGetTR069X_FingerPrintEnable,               shared("TR_X_FINGERPRINTENABLE")) CHECKED_SETTER(kovaSetTR069X_FingerPrintEnable, set_switch,        shared("TR_X_FINGERPRINTENABLE"), 23)
+GETTER(kovaGetTR069X_Loglevel,                        shared("/cwmp/loglevel")) SETTER(kovaSetTR069X_Loglevel,                         shared("/cwmp/loglevel"))
+GETTER(kovaGetTR069SSLCert,                           OWN("TR_CERT_PATH"))
+GETTER(kovaGetTR069SSLCaCert,                         OWN("TR_CACERT_PATH"))
+GETTER(kovaGetTR069SSLEnable,                         OWN("TR_CERT_ENABLE"))
 COUNTER(kovaGetWLANConfigurationTotalBytesSent,       sent_bytes)
 COUNTER(kovaGetWLANConfigurationTotalBytesReceived,   received_bytes)
 COUNTER(kovaGetWLANConfigurationTotalPacketsSent,     sent_packets)
 COUNTER(kovaGetWLANConfigurationTotalPacketsReceived, received_packets)
-// clang-format on

@@ -9,7 +9,7 @@ KOVA_BEGIN_EXPORTS
 /* ---- Management server --------------------------------------------------------------------------------- */
 
 /* Each management instance has its own settings. Setters ask the rule checker, refuse markup, and start
- * nothing. (where nothing else is said). Switches take "true", "false", "1" and "0" (and texts that hold
+ * nothing, where nothing else is said. Switches take "true", "false", "1" and "0" (and texts that hold
  * or begin with them). */
 kova_getter kovaGetTR069ManagementServerURL, kovaGetTR069ManagementServerUsername,
     kovaGetTR069ManagementServerPassword; /* the password as it is stored */

@@ -23,6 +23,9 @@ TEST_F(RequestFile, HoldsLinesOrJson) {
       {R"([{"path": ")" + ping + R"(DSCP", "value": 10}, {"value": 1.50, "type": "x", "path": ")" + ping +
            "Host\"}]",
        "1.50", "10"},
+      {R"({"parameters": [{"path": ")" + ping + R"(Host", "value": "h"}, {"path": ")" + ping +
+           R"(DSCP", "type": "x", "value": "11"}]})",
+       "h", "11"},
       {"{\"" + ping + "Host\": true, \"" + ping + "DSCP\": 010}", "", ""},
   };
   for (const auto &[text, host, dscp] : cases) {

@@ -105,6 +105,13 @@ TEST_F(List, RefusesWhatIsNoList) {
   EXPECT_EQ(rows(hops), (Rows{"first", "", "third"}));
 }
 
+TEST_F(List, GivesEachOfManyAddersARow) {
+  run({"device", "up"});
+  const std::string add = command_line({"add", "InternetGatewayDevice.Layer3Forwarding.X_KOVA_Route."});
+  const Result added = shell("for i in 1 2 3 4 5 6; do " + add + " & done | sort -u | wc -l; wait");
+  EXPECT_EQ(std::stoi(added.out), 6) << added.err;
+}
+
 TEST_F(List, IsListedAndCompleted) {
   const Json listed = json({"list", "--lists", black});
   ASSERT_EQ(listed.size(), 1U);

@@ -101,6 +101,20 @@ TEST_F(Request, TellsWhatWasStoredWhenASetterRefuses) {
             (Pairs{{lan + "DHCPLeaseTime", "5"}, {lan + "DNSServer3", "7.7.7.7"}}));
 }
 
+TEST_F(Request, FailsWhenTheDeviceHasNoRoom) {
+  run({"device", "up"});
+  const auto without_room = [&](const Words &words) {
+    return shell("trap '' XFSZ; ulimit -f 0; " + command_line(words));
+  };
+  const std::string dns = "InternetGatewayDevice.LANDevice.1.X_KOVA_LAN.DNSServer1", before = value(dns);
+  const Result refused = without_room({"--json", "set", dns + "=9.9.9.9"});
+  EXPECT_EQ(refused.status, 1);
+  EXPECT_EQ(Json::parse(refused.out)["faults"][0]["code"], 9002);
+  EXPECT_EQ(value(dns), before);
+  EXPECT_EQ(without_room({"settings", "backup"}).status, 1);
+  EXPECT_EQ(run({"settings", "restore"}).status, 1) << "an empty file is no backup";
+}
+
 TEST_F(Request, TakesTheLastMentionOfAParameter) {
   const Json answer = json({"set", "--log", lan + "DNSServer1=not an address", lan + "DNSServer2=8.8.4.4",
                             lan + "DNSServer1=9.9.9.9"});

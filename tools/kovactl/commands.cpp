@@ -60,6 +60,12 @@ ExitStatus show_status(const Output &output) {
   return Success;
 }
 
+// One request at a time.
+auto in_turn(const auto &work) {
+  const device::Turn turn;
+  return work();
+}
+
 std::vector<Assignment> requested_assignments(const Arguments &arguments) {
   std::vector<Assignment> request;
   if (arguments.request_file) request = read_request(*arguments.request_file);
@@ -117,7 +123,7 @@ ExitStatus set(const Output &output, const Arguments &arguments) {
 
   LogReader log(device::log_file());
   log.skip();
-  const Setting setting = set_values(request);
+  const Setting setting = in_turn([&] { return set_values(request); });
   if (setting.accepted)
     await_tests(aftermath.tests, std::chrono::seconds(arguments.timeout), output);
   else
@@ -168,7 +174,7 @@ Command row_command(RowChange (*change)(const std::string &)) {
   return on_agent([change](const Output &output, const Arguments &arguments) {
     LogReader log(device::log_file());
     log.skip();
-    const RowChange changed = change(arguments.names.front());
+    const RowChange changed = in_turn([&] { return change(arguments.names.front()); });
     if (!arguments.with_log) return report(output, changed, std::nullopt);
     await_service();
     return report(output, changed, log.records());

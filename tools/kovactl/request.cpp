@@ -3,6 +3,8 @@
 #include "kovactl/output.hpp"
 #include "kovactl/paths.hpp"
 #include "management/management.h"
+#include "platform/host/nvram_admin.hpp"
+#include "platform/host/tree_admin.hpp"
 #include "transaction/transaction.h"
 
 #include <fcntl.h>
@@ -160,13 +162,24 @@ bool check_together(std::span<const Assignment> request, std::vector<Fault> &fau
   return false;
 }
 
-std::optional<Fault> store_one(const Assignment &assignment) {
+unsigned failed_writes() {
+  return host::nvram_failed_writes() + host::tree_failed_writes();
+}
+
+std::optional<Fault> refused_by_setter(const Assignment &assignment) {
   const auto &[path, value] = assignment;
   if (const auto row = model::row_at(path)) {
     const int code = row->list->set.call(row->index, value.c_str());
     return code == 0 ? std::nullopt : std::optional(refused(assignment, reason_of(*row->list, code)));
   }
   return model::find(path)->set.call(value.c_str()) == 0 ? std::nullopt : std::optional(refused(assignment));
+}
+
+std::optional<Fault> store_one(const Assignment &assignment) {
+  const unsigned before = failed_writes();
+  auto fault = refused_by_setter(assignment);
+  if (failed_writes() == before) return fault;
+  return Fault{assignment.path, FaultCode::InternalError, "the device could not store it"};
 }
 
 // Phase 3: stores in order, up to the first refusal.
@@ -239,7 +252,9 @@ RowChange add_row(const std::string &object) {
   const model::RowList *list = model::find_list(object);
   RowChange change{object, 0, std::nullopt};
   if (!list) {
-    change.fault = unknown_path(object, likely_path(object));
+    change.fault = model::branch(object).empty() ? unknown_path(object, likely_path(object))
+                                                 : Fault{object, FaultCode::InvalidName,
+                                                         "it is no list; kovactl list --lists shows them"};
     return change;
   }
   const std::vector<std::string> rows = list->rows();
@@ -254,17 +269,25 @@ RowChange add_row(const std::string &object) {
   return change;
 }
 
+static std::string no_such_row(const std::string &instance) {
+  const auto meant = model::row_at(instance + ".");
+  return meant && meant->list->read(meant->index) ? "did you mean \"" + instance + ".\"?"
+                                                  : "there is no such row";
+}
+
 RowChange delete_row(const std::string &instance) {
   const LibraryOutputAside aside;
   const auto row = model::row_at(instance);
   if (!row || !row->is_branch || !row->list->read(row->index))
-    return {instance, 0, Fault{instance, FaultCode::InvalidName, "there is no such row"}};
+    return {instance, 0, Fault{instance, FaultCode::InvalidName, no_such_row(instance)}};
   RowChange change{std::string(row->list->object()), row->index, std::nullopt};
   if (!row->list->writable())
     change.fault = {instance, FaultCode::InvalidName, "its rows cannot be changed"};
   else if (row->list->remove.call(row->index) != 0)
     change.fault = {instance, FaultCode::InvalidArguments,
                     "the device refuses it now: " + std::string(row->list->meaning)};
+  else if (failed_writes() != 0)
+    change.fault = {instance, FaultCode::InternalError, "the device could not store it"};
   return change;
 }
 

@@ -72,7 +72,7 @@ struct CharacterIterator {
   bool operator!=(const CharacterIterator &other) const { return at != other.at; }
 };
 
-// {"PATH": "VALUE", ...} or [{"path": "PATH", "value": "VALUE"}, ...]. Read as it comes, so that numbers keep their
+// {"PATH": "VALUE", ...} or [{"path": "PATH", "value": "VALUE"}, ...], also as the "parameters" of an answer. Read as it comes, so that numbers keep their
 // digits, repeated names their places, and errors have a line.
 class JsonRequest : public nlohmann::json_sax<Json> {
 public:
@@ -88,13 +88,15 @@ public:
   bool binary(Json::binary_t &) override { return refuse_value(); }
 
   bool start_array(std::size_t) override {
-    if (depth_ > 0) refuse_value();
+    const bool is_answer = depth_ == 1 && !is_array_ && request_.empty() && name_ == "parameters";
+    if (depth_ > 0 && !is_answer) refuse_value();
     is_array_ = true;
+    outside_ = is_answer ? 1 : 0;
     ++depth_;
     return true;
   }
   bool start_object(std::size_t) override {
-    if (depth_ > (is_array_ ? 1 : 0)) refuse_value();
+    if (depth_ > (is_array_ ? outside_ + 1 : 0)) refuse_value();
     path_.reset();
     value_.reset();
     ++depth_;
@@ -105,7 +107,7 @@ public:
     return true;
   }
   bool end_object() override {
-    if (is_array_) add(path_, value_);
+    if (is_array_ && depth_ == outside_ + 2) add(path_, value_);
     --depth_;
     return true;
   }
@@ -121,13 +123,14 @@ public:
 
 private:
   bool refuse_value() const {
-    if (is_array_ && depth_ == 1) place_.refuse(R"(an object with "path" and "value" is expected)");
+    if (is_array_ && depth_ == outside_ + 1)
+      place_.refuse(R"(an object with "path" and "value" is expected)");
     place_.refuse("the value of \"" + name_ + "\" is neither a text, a number nor a boolean");
   }
   bool scalar(const std::string &text) {
     if (!is_array_)
       add(name_, text);
-    else if (depth_ == 1)
+    else if (depth_ <= outside_ + 1)
       refuse_value();
     else if (name_ == "path")
       path_ = text;
@@ -145,7 +148,7 @@ private:
 
   Place &place_;
   bool is_array_ = false;
-  int depth_ = 0;
+  int depth_ = 0, outside_ = 0; // how deep this is, and the array itself
   std::string name_;
   std::optional<std::string> path_, value_;
   std::vector<Assignment> request_;

@@ -3,6 +3,9 @@
 #include "device/paths.hpp"
 #include "management/management.h"
 
+#include <fstream>
+#include <iterator>
+
 namespace kova::ctl {
 namespace {
 
@@ -10,6 +13,16 @@ constexpr int backup_mode = 1, restore_mode = 2;
 
 std::filesystem::path backup_file() {
   return device::on_device("/var/log/.backup_settings");
+}
+
+std::string text_of(const std::filesystem::path &path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+// A device without room leaves a file that breaks off: the last of the settings is not in it.
+bool is_whole_backup() {
+  return text_of(backup_file()).find("S_TR_CLOUDKEY=") != std::string::npos;
 }
 
 ExitStatus done(const Output &output, const char *what, const std::string &text) {
@@ -24,7 +37,8 @@ ExitStatus done(const Output &output, const char *what, const std::string &text)
 
 ExitStatus back_up_settings(const Output &output) {
   const std::string file = backup_file().string();
-  if (backup_restore_settings(backup_mode) != 0) return output.failure("cannot write " + file);
+  if (backup_restore_settings(backup_mode) != 0 || !is_whole_backup())
+    return output.failure("cannot write " + file);
   return done(output, "backup", "kept the server settings of both management instances in " + file);
 }
 
@@ -32,6 +46,7 @@ ExitStatus restore_settings(const Output &output) {
   const std::string file = backup_file().string();
   if (!std::filesystem::exists(backup_file()))
     return output.failure("there is no backup to restore: kovactl settings backup makes one");
+  if (text_of(backup_file()).empty()) return output.failure(file + " is empty: there is nothing to put back");
   if (backup_restore_settings(restore_mode) != 0) return output.failure("cannot read " + file);
   return done(output, "restore", "put back the server settings of both management instances from " + file);
 }
