@@ -1,17 +1,17 @@
 #include "cases.hpp"
 
-#include "diagnostics/diagnostics.h"
-#include "lan/lan.h"
 #include "platform/host/nvram_admin.hpp"
 #include "platform/host/tree_admin.hpp"
 #include "platform/nvram.h"
 #include "platform/ucfg.h"
 #include "platform/webs.h"
-#include "transaction/transaction.h"
-#include "voice/voice.h"
-#include "wan/wan.h"
 
 #include <benchmark/benchmark.h>
+#include <kova/diagnostics.h>
+#include <kova/lan.h>
+#include <kova/transaction.h>
+#include <kova/voice.h>
+#include <kova/wan.h>
 #include <sys/stat.h>
 
 #include <cstdio>

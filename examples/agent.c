@@ -5,14 +5,10 @@
  * On a development machine run it on a virtual device, or it works on the machine itself:
  *   kovactl device up; KOVA_DEVICE=DIR LD_PRELOAD=.../kova/libkova_redirect.so ./agent ...
  *
- * On a development machine run it on a virtual device, or it works on the machine itself:
- *   kovactl device up; KOVA_DEVICE=DIR LD_PRELOAD=.../kova/libkova_redirect.so ./agent ...
- *
  * Build it against an installed library: see CMakeLists.txt beside it, or
  *   cc agent.c $(pkg-config --cflags --libs kova) */
-#include "lan/lan.h"
-#include "transaction/transaction.h"
-
+#include <kova/lan.h>
+#include <kova/transaction.h>
 #include <stdio.h>
 #include <string.h>
 

@@ -3,7 +3,8 @@
 #include "fake/fake.hpp"
 #include "fuzz/input.hpp"
 #include "model/model.hpp"
-#include "transaction/transaction.h"
+
+#include <kova/transaction.h>
 
 #include <vector>
 

@@ -1,8 +1,8 @@
 // What the service daemon takes from a connection: the same records, however the bytes are cut into pieces.
 #include "device/serviced/records.hpp"
 
-#include "frame/channel.hpp"
 #include "fuzz/input.hpp"
+#include "src/frame/channel.hpp"
 
 #include <algorithm>
 #include <cstring>

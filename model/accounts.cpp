@@ -1,6 +1,6 @@
-#include "accounts/accounts.h"
-
 #include "model/rows.hpp"
+
+#include <kova/accounts.h>
 
 namespace kova::model {
 namespace {

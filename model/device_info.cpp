@@ -1,5 +1,6 @@
-#include "management/management.h"
 #include "model/rows.hpp"
+
+#include <kova/management.h>
 
 namespace kova::model {
 namespace {

@@ -1,6 +1,6 @@
-#include "diagnostics/diagnostics.h"
-
 #include "model/rows.hpp"
+
+#include <kova/diagnostics.h>
 
 namespace kova::model {
 namespace {

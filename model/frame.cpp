@@ -1,6 +1,6 @@
-#include "frame/frame.h"
-
 #include "model/rows.hpp"
+
+#include <kova/frame.h>
 
 namespace kova::model {
 namespace {

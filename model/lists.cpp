@@ -1,7 +1,8 @@
 // The lists of the device, and their rows by path.
-#include "accounts/accounts.h"
 #include "model/model.hpp"
-#include "voice/voice.h"
+
+#include <kova/accounts.h>
+#include <kova/voice.h>
 
 #include <algorithm>
 #include <charconv>

@@ -1,7 +1,7 @@
 // The data model: one table that binds parameter paths to the library's accessors.
 #pragma once
 
-#include "security/security.h"
+#include <kova/security.h>
 
 #include <optional>
 #include <span>

@@ -1,6 +1,6 @@
-#include "radio/radio.h"
-
 #include "model/rows.hpp"
+
+#include <kova/radio.h>
 
 namespace kova::model {
 namespace {

@@ -7,7 +7,8 @@
 #pragma once
 
 #include "model/model.hpp"
-#include "wan/wan.h"
+
+#include <kova/wan.h>
 
 namespace kova::model {
 

@@ -1,6 +1,6 @@
-#include "sas/sas.h"
-
 #include "model/rows.hpp"
+
+#include <kova/sas.h>
 
 namespace kova::model {
 namespace {

@@ -1,6 +1,6 @@
-#include "security/security.h"
-
 #include "model/rows.hpp"
+
+#include <kova/security.h>
 
 namespace kova::model {
 namespace {

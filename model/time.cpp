@@ -1,6 +1,6 @@
-#include "time/time.h"
-
 #include "model/rows.hpp"
+
+#include <kova/time.h>
 
 namespace kova::model {
 namespace {

@@ -1,6 +1,6 @@
-#include "voice/voice.h"
-
 #include "model/rows.hpp"
+
+#include <kova/voice.h>
 
 namespace kova::model {
 namespace {

@@ -1,6 +1,6 @@
-#include "wan/wan.h"
-
 #include "model/rows.hpp"
+
+#include <kova/wan.h>
 
 namespace kova::model {
 namespace {

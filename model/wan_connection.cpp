@@ -1,5 +1,6 @@
 #include "model/rows.hpp"
-#include "wan/wan.h"
+
+#include <kova/wan.h>
 
 namespace kova::model {
 namespace {

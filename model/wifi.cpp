@@ -1,5 +1,6 @@
-#include "lan/lan.h"
 #include "model/rows.hpp"
+
+#include <kova/lan.h>
 
 namespace kova::model {
 namespace {

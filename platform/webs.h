@@ -11,7 +11,7 @@ extern "C" {
 #pragma GCC visibility push(default)
 
 /* The head of the operation-mode record; what follows is the platform's own. */
-typedef struct {
+typedef struct OperMode {
   int32_t oper_mode, vpn_type;
   uint8_t bcp_enable;
   int32_t gre_type;

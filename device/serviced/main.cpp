@@ -9,7 +9,7 @@
 #include "device/serviced/any_readable.hpp"
 #include "device/serviced/running_tests.hpp"
 #include "device/serviced/server.hpp"
-#include "frame/channel.hpp"
+#include "src/frame/channel.hpp"
 
 #include <nlohmann/json.hpp>
 #include <sys/inotify.h>

@@ -1,6 +1,6 @@
 #include "device/serviced/records.hpp"
 
-#include "frame/channel.hpp"
+#include "src/frame/channel.hpp"
 
 #include <algorithm>
 #include <cstring>
@@ -43,7 +43,7 @@ std::string_view request_name(uint32_t command) {
   case code:                                                                                                 \
     return without_prefix(#name);
 #define TEXT_REQUEST(name, code) REQUEST(name, code)
-#include "frame/requests.def"
+#include "src/frame/requests.def"
   default:
     return "unknown";
   }

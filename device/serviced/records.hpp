@@ -1,7 +1,7 @@
 // Requests as they come over the socket: a 36-byte header, then the payload, in pieces of any size.
 #pragma once
 
-#include "frame/frame.h"
+#include <kova/frame.h>
 
 #include <cstdint>
 #include <optional>

@@ -29,7 +29,7 @@ namespace code {
 enum : uint32_t {
 #define REQUEST(name, code) name = code,
 #define TEXT_REQUEST(name, code) name = code,
-#include "frame/requests.def"
+#include "src/frame/requests.def"
 #undef REQUEST
 #undef TEXT_REQUEST
 };

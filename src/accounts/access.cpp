@@ -1,9 +1,10 @@
 // SNMP, the web interface's lock, the ping watchdog, and checks of the diagnostics objects.
-#include "accounts/accounts.h"
-#include "frame/settings.hpp"
-#include "frame/trace.hpp"
 #include "platform/nvram.h"
-#include "security/security.h"
+#include "src/frame/settings.hpp"
+#include "src/frame/trace.hpp"
+
+#include <kova/accounts.h>
+#include <kova/security.h>
 
 #include <cstdlib>
 #include <cstring>

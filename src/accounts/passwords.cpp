@@ -1,9 +1,10 @@
 // The web accounts' passwords and their policy.
-#include "accounts/accounts.h"
-#include "frame/settings.hpp"
-#include "frame/trace.hpp"
 #include "platform/nvram.h"
 #include "platform/webs.h"
+#include "src/frame/settings.hpp"
+#include "src/frame/trace.hpp"
+
+#include <kova/accounts.h>
 
 #include <cstdio>
 #include <cstring>

@@ -1,10 +1,10 @@
 // The diagnostics tests' parameters. All live in the run-time section, one set for each management instance.
-#include "diagnostics/diagnostics.h"
+#include "src/diagnostics/udp_echo_statistics.hpp"
+#include "src/frame/settings.hpp"
+#include "src/frame/trace.hpp"
+#include "src/transaction/park.hpp"
 
-#include "diagnostics/udp_echo_statistics.hpp"
-#include "frame/settings.hpp"
-#include "frame/trace.hpp"
-#include "transaction/park.hpp"
+#include <kova/diagnostics.h>
 
 #include <cstdlib>
 #include <cstring>

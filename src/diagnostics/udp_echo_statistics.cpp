@@ -1,6 +1,6 @@
-#include "diagnostics/udp_echo_statistics.hpp"
+#include "src/diagnostics/udp_echo_statistics.hpp"
 
-#include "frame/frame.h"
+#include <kova/frame.h>
 
 #include <cstdint>
 #include <cstdio>

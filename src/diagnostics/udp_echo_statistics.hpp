@@ -1,7 +1,7 @@
 // The statistics that the UDP echo server leaves in a file.
 #pragma once
 
-#include "frame/text.hpp"
+#include "src/frame/text.hpp"
 
 namespace kova::diagnostics {
 

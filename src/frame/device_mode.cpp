@@ -1,6 +1,7 @@
 // What the operation mode and the WAN settings say about the device as a whole.
-#include "frame/frame.h"
-#include "frame/settings.hpp"
+#include "src/frame/settings.hpp"
+
+#include <kova/frame.h>
 
 #include <cstdio>
 #include <cstring>

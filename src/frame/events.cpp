@@ -1,7 +1,8 @@
 // CPE events: named messages to the device's event dispatcher.
-#include "frame/frame.h"
-#include "frame/shell.hpp"
-#include "frame/text.hpp"
+#include "src/frame/shell.hpp"
+#include "src/frame/text.hpp"
+
+#include <kova/frame.h>
 
 #include <cstdio>
 #include <cstring>

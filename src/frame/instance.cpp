@@ -1,6 +1,7 @@
 // The process-wide state: which management instance and which interface this agent serves.
-#include "frame/frame.h"
-#include "frame/settings.hpp"
+#include "src/frame/settings.hpp"
+
+#include <kova/frame.h>
 
 #include <cstring>
 

@@ -1,10 +1,10 @@
 // Network interfaces: addresses, routes, link speed.
-#include "frame/frame.h"
-#include "frame/interface_query.hpp"
-#include "frame/text.hpp"
+#include "src/frame/interface_query.hpp"
+#include "src/frame/text.hpp"
 
 #include <arpa/inet.h>
 #include <ifaddrs.h>
+#include <kova/frame.h>
 #include <linux/ethtool.h>
 #include <linux/sockios.h>
 

@@ -1,9 +1,9 @@
 // The message layer of the service-control channel.
-#include "frame/channel.hpp"
-#include "frame/frame.h"
-#include "frame/text.hpp"
+#include "src/frame/channel.hpp"
+#include "src/frame/text.hpp"
 
 #include <fcntl.h>
+#include <kova/frame.h>
 #include <poll.h>
 #include <sys/socket.h>
 #include <sys/stat.h>

@@ -1,6 +1,7 @@
 // The neighbours on the LAN, as the kernel's ARP table lists them.
-#include "frame/frame.h"
-#include "frame/text.hpp"
+#include "src/frame/text.hpp"
+
+#include <kova/frame.h>
 
 #include <cstdio>
 #include <cstring>

@@ -1,7 +1,8 @@
 // Requests to the service-control daemon: each opens its own connection, sends one record and closes. Whoever
 // asks is not told about a failure: a setting is stored whether or not its service is there to hear of it.
-#include "frame/channel.hpp"
-#include "frame/frame.h"
+#include "src/frame/channel.hpp"
+
+#include <kova/frame.h>
 
 #include <cstring>
 
@@ -46,6 +47,6 @@ void request_with_text(const char *name, uint32_t command, const char *text) {
   void name(const char *text) {                                                                              \
     request_with_text(#name, command, text);                                                                 \
   }
-#include "frame/requests.def"
+#include "src/frame/requests.def"
 
 void restartPingWatchdog(void) {}

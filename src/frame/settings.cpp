@@ -1,7 +1,7 @@
-#include "frame/settings.hpp"
+#include "src/frame/settings.hpp"
 
-#include "frame/trace.hpp"
 #include "platform/nvram.h"
+#include "src/frame/trace.hpp"
 
 #include <cstring>
 

@@ -1,7 +1,7 @@
 // Settings in the key/value store, and the rules that judge them.
 #pragma once
 
-#include "frame/text.hpp"
+#include "src/frame/text.hpp"
 
 namespace kova {
 

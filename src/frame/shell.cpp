@@ -1,8 +1,8 @@
-#include "frame/shell.hpp"
+#include "src/frame/shell.hpp"
 
-#include "frame/frame.h"
-#include "frame/text.hpp"
+#include "src/frame/text.hpp"
 
+#include <kova/frame.h>
 #include <unistd.h>
 
 #include <cstdarg>

@@ -1,7 +1,7 @@
 // What an agent's start may have to put right.
-#include "frame/frame.h"
-#include "frame/settings.hpp"
+#include "src/frame/settings.hpp"
 
+#include <kova/frame.h>
 #include <sys/stat.h>
 #include <unistd.h>
 

@@ -1,9 +1,10 @@
 // Traffic counters of the device's interfaces.
-#include "frame/statistics.hpp"
+#include "src/frame/statistics.hpp"
 
-#include "frame/frame.h"
-#include "frame/text.hpp"
 #include "platform/nvram.h"
+#include "src/frame/text.hpp"
+
+#include <kova/frame.h>
 
 #include <cstdio>
 #include <cstdlib>

@@ -1,7 +1,7 @@
 // Texts: copying values out, splitting fields, judging characters.
-#include "frame/text.hpp"
+#include "src/frame/text.hpp"
 
-#include "frame/frame.h"
+#include <kova/frame.h>
 
 #include <climits>
 #include <cstdlib>

@@ -1,7 +1,7 @@
 // Debug messages. They are composed and discarded (dbg_trace): what refused a value shows in a debugger only.
 #pragma once
 
-#include "frame/frame.h"
+#include <kova/frame.h>
 
 namespace kova {
 

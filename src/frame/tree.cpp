@@ -1,7 +1,7 @@
-#include "frame/tree.hpp"
+#include "src/frame/tree.hpp"
 
-#include "frame/trace.hpp"
 #include "platform/ucfg.h"
+#include "src/frame/trace.hpp"
 
 namespace kova {
 

@@ -1,7 +1,7 @@
 // Settings in the configuration tree.
 #pragma once
 
-#include "frame/text.hpp"
+#include "src/frame/text.hpp"
 
 namespace kova {
 

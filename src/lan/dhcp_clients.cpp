@@ -1,7 +1,8 @@
 // The table of DHCP clients, from the server's lease file.
-#include "frame/text.hpp"
-#include "frame/trace.hpp"
-#include "lan/lan.h"
+#include "src/frame/text.hpp"
+#include "src/frame/trace.hpp"
+
+#include <kova/lan.h>
 
 #include <cstdio>
 #include <cstdlib>

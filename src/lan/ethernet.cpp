@@ -1,8 +1,9 @@
 // The LAN Ethernet port.
-#include "frame/settings.hpp"
-#include "frame/shell.hpp"
-#include "frame/statistics.hpp"
-#include "lan/lan.h"
+#include "src/frame/settings.hpp"
+#include "src/frame/shell.hpp"
+#include "src/frame/statistics.hpp"
+
+#include <kova/lan.h>
 
 #include <cstdio>
 

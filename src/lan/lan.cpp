@@ -1,9 +1,9 @@
 // LAN address, DHCP server, pool and DNS servers as parameters of the set transaction.
-#include "lan/lan.h"
-
-#include "lan/lan_rules.hpp"
 #include "platform/webs.h"
-#include "transaction/park.hpp"
+#include "src/lan/lan_rules.hpp"
+#include "src/transaction/park.hpp"
+
+#include <kova/lan.h>
 
 namespace kova::lan {
 

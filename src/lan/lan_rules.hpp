@@ -1,7 +1,7 @@
 // What a LAN setting may be, and what a change of the LAN network does to other settings.
 #pragma once
 
-#include "frame/settings.hpp"
+#include "src/frame/settings.hpp"
 
 namespace kova::lan {
 

@@ -1,11 +1,12 @@
 // The LAN settings as the standard data model has them: each value is judged against the stored ones, and
 // nothing is restarted before the apply parameter is set.
-#include "frame/shell.hpp"
-#include "frame/trace.hpp"
-#include "lan/lan.h"
-#include "lan/lan_rules.hpp"
 #include "platform/nvram.h"
 #include "platform/webs.h"
+#include "src/frame/shell.hpp"
+#include "src/frame/trace.hpp"
+#include "src/lan/lan_rules.hpp"
+
+#include <kova/lan.h>
 
 #include <cstdio>
 #include <cstdlib>

@@ -1,8 +1,9 @@
 // The stations associated with each WiFi network, from the driver's station file.
-#include "frame/settings.hpp"
-#include "frame/shell.hpp"
-#include "frame/trace.hpp"
-#include "lan/lan.h"
+#include "src/frame/settings.hpp"
+#include "src/frame/shell.hpp"
+#include "src/frame/trace.hpp"
+
+#include <kova/lan.h>
 
 #include <cstdio>
 #include <cstdlib>

@@ -1,8 +1,9 @@
 // The WiFi radio and its four networks. Every accepted setting restarts the WiFi service.
-#include "frame/settings.hpp"
-#include "frame/trace.hpp"
-#include "lan/lan.h"
-#include "transaction/park.hpp"
+#include "src/frame/settings.hpp"
+#include "src/frame/trace.hpp"
+#include "src/transaction/park.hpp"
+
+#include <kova/lan.h>
 
 #include <cstdlib>
 #include <cstring>

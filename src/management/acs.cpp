@@ -1,8 +1,9 @@
 // The management server's settings.
-#include "frame/settings.hpp"
-#include "frame/statistics.hpp"
-#include "management/management.h"
-#include "management/reach.hpp"
+#include "src/frame/settings.hpp"
+#include "src/frame/statistics.hpp"
+#include "src/management/reach.hpp"
+
+#include <kova/management.h>
 
 #include <cstdio>
 

@@ -1,9 +1,9 @@
 // Keeping the management server's settings across a configuration reset.
-#include "frame/settings.hpp"
-#include "frame/shell.hpp"
-#include "frame/trace.hpp"
-#include "management/management.h"
+#include "src/frame/settings.hpp"
+#include "src/frame/shell.hpp"
+#include "src/frame/trace.hpp"
 
+#include <kova/management.h>
 #include <unistd.h>
 
 #include <cstdio>

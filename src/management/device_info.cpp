@@ -1,11 +1,11 @@
 // What the device says about itself. Both management instances report the same device.
-#include "frame/interface_query.hpp"
-#include "frame/settings.hpp"
-#include "frame/shell.hpp"
-#include "management/management.h"
 #include "platform/nvram.h"
-#include "time/time.h"
+#include "src/frame/interface_query.hpp"
+#include "src/frame/settings.hpp"
+#include "src/frame/shell.hpp"
 
+#include <kova/management.h>
+#include <kova/time.h>
 #include <sys/sysinfo.h>
 
 #include <cstdio>

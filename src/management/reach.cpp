@@ -1,8 +1,9 @@
-#include "management/reach.hpp"
+#include "src/management/reach.hpp"
 
-#include "frame/frame.h"
-#include "frame/text.hpp"
-#include "management/management.h"
+#include "src/frame/text.hpp"
+
+#include <kova/frame.h>
+#include <kova/management.h>
 
 #include <cstdio>
 

@@ -1,7 +1,8 @@
 // How the device is reached: cloud key, nick name, and the web service's HTTPS.
-#include "frame/settings.hpp"
-#include "frame/shell.hpp"
-#include "radio/radio.h"
+#include "src/frame/settings.hpp"
+#include "src/frame/shell.hpp"
+
+#include <kova/radio.h>
 
 #include <cstring>
 

@@ -1,5 +1,5 @@
 // The LTE bands: E-UTRA channel numbers and carrier frequencies (3GPP TS 36.101, table 5.7.3-1).
-#include "radio/radio.h"
+#include <kova/radio.h>
 
 // clang-format off
 #define FDD(band, dl_low, dl_first, dl_last, ul_low, ul_first, ul_last) \

@@ -1,11 +1,12 @@
 // Supported bands and scan mode.
-#include "radio/cell_selection.hpp"
+#include "src/radio/cell_selection.hpp"
 
-#include "frame/settings.hpp"
-#include "frame/trace.hpp"
 #include "platform/lte.h"
 #include "platform/webs.h"
-#include "radio/radio.h"
+#include "src/frame/settings.hpp"
+#include "src/frame/trace.hpp"
+
+#include <kova/radio.h>
 
 #include <cstdio>
 #include <cstring>

@@ -1,8 +1,8 @@
 // What the parameters of cell selection share: the platform's bracket, the tree, the supported bands.
 #pragma once
 
-#include "frame/text.hpp"
 #include "platform/ucfg.h"
+#include "src/frame/text.hpp"
 
 #include <cstdarg>
 #include <cstddef>

@@ -1,9 +1,10 @@
 // Locking the modem to cells: pairs of EARFCN and PCI, or ranges of PCI.
-#include "frame/trace.hpp"
 #include "platform/lte.h"
 #include "platform/nvram.h"
-#include "radio/cell_selection.hpp"
-#include "radio/radio.h"
+#include "src/frame/trace.hpp"
+#include "src/radio/cell_selection.hpp"
+
+#include <kova/radio.h>
 
 #include <cstdlib>
 #include <cstring>

@@ -1,8 +1,9 @@
 // The frequencies that the modem looks at first: EARFCNs by band.
-#include "frame/trace.hpp"
 #include "platform/lte.h"
-#include "radio/cell_selection.hpp"
-#include "radio/radio.h"
+#include "src/frame/trace.hpp"
+#include "src/radio/cell_selection.hpp"
+
+#include <kova/radio.h>
 
 #include <cstdlib>
 #include <cstring>

@@ -1,9 +1,9 @@
 // Rates and totals of the first PDN, from the file that the rate sampler keeps.
-#include "frame/settings.hpp"
-#include "frame/trace.hpp"
-#include "radio/radio.h"
+#include "src/frame/settings.hpp"
+#include "src/frame/trace.hpp"
 
 #include <fcntl.h>
+#include <kova/radio.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/sysinfo.h>

@@ -1,9 +1,10 @@
 // What the LTE daemon publishes about the serving cell and the link.
-#include "frame/settings.hpp"
-#include "frame/statistics.hpp"
-#include "management/management.h"
-#include "radio/radio.h"
-#include "wan/wan.h"
+#include "src/frame/settings.hpp"
+#include "src/frame/statistics.hpp"
+
+#include <kova/management.h>
+#include <kova/radio.h>
+#include <kova/wan.h>
 
 #include <climits>
 #include <cstdio>

@@ -1,7 +1,7 @@
 // Spectrum access: what the registration needs, and what is granted.
-#include "sas/sas.h"
+#include "src/frame/settings.hpp"
 
-#include "frame/settings.hpp"
+#include <kova/sas.h>
 
 #include <cstdio>
 #include <cstdlib>

@@ -1,11 +1,11 @@
 // The access-control list: which hosts may reach the device's management services.
-#include "frame/trace.hpp"
 #include "platform/nvram.h"
 #include "platform/webs.h"
-#include "security/rule_list.hpp"
-#include "security/security.h"
+#include "src/frame/trace.hpp"
+#include "src/security/rule_list.hpp"
 
 #include <arpa/inet.h>
+#include <kova/security.h>
 
 #include <cstdio>
 #include <cstdlib>

@@ -1,10 +1,11 @@
 // The eight filter lists, and the checks of MAC and URL rows.
-#include "frame/trace.hpp"
 #include "platform/nvram.h"
 #include "platform/webs.h"
-#include "security/manager.hpp"
-#include "security/rule_list.hpp"
-#include "security/security.h"
+#include "src/frame/trace.hpp"
+#include "src/security/manager.hpp"
+#include "src/security/rule_list.hpp"
+
+#include <kova/security.h>
 
 #include <cstdio>
 #include <cstdlib>

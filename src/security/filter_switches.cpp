@@ -1,8 +1,9 @@
 // The packet filters' switches, modes and logs, and what makes the firewall read them.
-#include "frame/settings.hpp"
-#include "frame/trace.hpp"
-#include "security/manager.hpp"
-#include "security/security.h"
+#include "src/frame/settings.hpp"
+#include "src/frame/trace.hpp"
+#include "src/security/manager.hpp"
+
+#include <kova/security.h>
 
 #include <initializer_list>
 

@@ -1,11 +1,11 @@
 // The checks of IPv4 and IPv6 filter rows: ten comma-separated fields, the first failing test refuses the row.
-#include "frame/settings.hpp"
-#include "frame/trace.hpp"
 #include "platform/nvram.h"
 #include "platform/webs.h"
-#include "security/security.h"
+#include "src/frame/settings.hpp"
+#include "src/frame/trace.hpp"
 
 #include <arpa/inet.h>
+#include <kova/security.h>
 
 #include <cstdlib>
 #include <cstring>

@@ -1,6 +1,6 @@
-#include "security/manager.hpp"
+#include "src/security/manager.hpp"
 
-#include "frame/frame.h"
+#include <kova/frame.h>
 
 #include <cctype>
 #include <cstdio>

@@ -1,7 +1,7 @@
 // The client that manages the device: it must not shut itself out.
 #pragma once
 
-#include "frame/settings.hpp"
+#include "src/frame/settings.hpp"
 
 namespace kova::security {
 

@@ -1,6 +1,6 @@
 // MurmurHash3, 32-bit variant, with one difference from the published one: words are read big-endian, so that the device
 // and its tools agree whatever their byte order.
-#include "security/security.h"
+#include <kova/security.h>
 
 namespace {
 

@@ -1,8 +1,9 @@
 // Static routes: a rule list whose refusals are numbered, and whose changes restart the routing service.
-#include "frame/trace.hpp"
 #include "platform/nvram.h"
-#include "security/rule_list.hpp"
-#include "security/security.h"
+#include "src/frame/trace.hpp"
+#include "src/security/rule_list.hpp"
+
+#include <kova/security.h>
 
 #include <cstdio>
 #include <cstdlib>

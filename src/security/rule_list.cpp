@@ -1,9 +1,9 @@
-#include "security/rule_list.hpp"
+#include "src/security/rule_list.hpp"
 
-#include "frame/trace.hpp"
 #include "platform/nvram.h"
-#include "security/security.h"
+#include "src/frame/trace.hpp"
 
+#include <kova/security.h>
 #include <strings.h>
 
 #include <cstdint>

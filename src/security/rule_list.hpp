@@ -1,7 +1,7 @@
 // Rule lists: one text in the store, rows joined by ";". A list is a description; the engine is here once.
 #pragma once
 
-#include "frame/settings.hpp"
+#include "src/frame/settings.hpp"
 
 #include <cstddef>
 #include <cstdint>

@@ -1,7 +1,8 @@
 // The security level, and the four switches that it stands for.
-#include "frame/settings.hpp"
 #include "platform/webs.h"
-#include "security/security.h"
+#include "src/frame/settings.hpp"
+
+#include <kova/security.h>
 
 #include <cstdio>
 #include <cstdlib>

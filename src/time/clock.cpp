@@ -1,9 +1,9 @@
 // The clock: network time, the current time, date-time texts.
-#include "frame/settings.hpp"
-#include "frame/shell.hpp"
-#include "time/time.h"
-#include "time/time_rules.hpp"
+#include "src/frame/settings.hpp"
+#include "src/frame/shell.hpp"
+#include "src/time/time_rules.hpp"
 
+#include <kova/time.h>
 #include <sys/wait.h>
 
 #include <cstdio>

@@ -1,8 +1,9 @@
 // Daylight saving: in use or not, and the weekdays on which it starts and ends.
-#include "frame/settings.hpp"
-#include "frame/trace.hpp"
-#include "time/time.h"
-#include "time/time_rules.hpp"
+#include "src/frame/settings.hpp"
+#include "src/frame/trace.hpp"
+#include "src/time/time_rules.hpp"
+
+#include <kova/time.h>
 
 #include <cstdio>
 #include <cstdlib>

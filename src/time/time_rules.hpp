@@ -1,7 +1,7 @@
 // The rules that judge the settings of the clock.
 #pragma once
 
-#include "frame/settings.hpp"
+#include "src/frame/settings.hpp"
 
 namespace kova::time {
 

@@ -1,8 +1,9 @@
 // The time zone, as the data model's offset and as the code that the device's web pages share.
-#include "frame/settings.hpp"
-#include "frame/trace.hpp"
-#include "time/time.h"
-#include "time/time_rules.hpp"
+#include "src/frame/settings.hpp"
+#include "src/frame/trace.hpp"
+#include "src/time/time_rules.hpp"
+
+#include <kova/time.h>
 
 #include <cctype>
 #include <cstdio>

@@ -1,5 +1,5 @@
 // The batch validation: the nine groups in their order, and what is done with each.
-#include "transaction/groups.hpp"
+#include "src/transaction/groups.hpp"
 
 #include <cstring>
 #include <iterator>

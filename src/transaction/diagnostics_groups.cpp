@@ -1,5 +1,5 @@
 // The diagnostics tests: when a request may touch them, and how their tools are started and stopped.
-#include "transaction/groups.hpp"
+#include "src/transaction/groups.hpp"
 
 #include <cstdarg>
 #include <cstdio>

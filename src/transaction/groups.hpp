@@ -2,8 +2,9 @@
 // listed in batch.cpp and described in lan_groups.cpp, diagnostics_groups.cpp and wan_group.cpp.
 #pragma once
 
-#include "frame/settings.hpp"
-#include "transaction/transaction.h"
+#include "src/frame/settings.hpp"
+
+#include <kova/transaction.h>
 
 #include <cstddef>
 

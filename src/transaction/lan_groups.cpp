@@ -1,8 +1,8 @@
 // The combined rules of WiFi, LAN and DNS.
-#include "frame/trace.hpp"
-#include "lan/lan_rules.hpp"
 #include "platform/webs.h"
-#include "transaction/groups.hpp"
+#include "src/frame/trace.hpp"
+#include "src/lan/lan_rules.hpp"
+#include "src/transaction/groups.hpp"
 
 #include <arpa/inet.h>
 

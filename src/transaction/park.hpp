@@ -1,7 +1,7 @@
 // What the checkers of grouped parameters do with an accepted pair.
 #pragma once
 
-#include "transaction/transaction.h"
+#include <kova/transaction.h>
 
 namespace kova {
 

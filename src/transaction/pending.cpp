@@ -1,6 +1,7 @@
 // The pending value check list.
-#include "frame/text.hpp"
-#include "transaction/transaction.h"
+#include "src/frame/text.hpp"
+
+#include <kova/transaction.h>
 
 #include <cstdlib>
 #include <cstring>

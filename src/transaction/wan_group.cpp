@@ -1,6 +1,6 @@
 // The combined rule of the operation mode and the APN profiles.
-#include "transaction/groups.hpp"
-#include "wan/wan_mode.hpp"
+#include "src/transaction/groups.hpp"
+#include "src/wan/wan_mode.hpp"
 
 #include <cstdlib>
 

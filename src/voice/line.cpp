@@ -1,9 +1,10 @@
 // The state of the telephone line, and the apply that restarts its service.
-#include "frame/settings.hpp"
-#include "frame/shell.hpp"
-#include "frame/trace.hpp"
 #include "platform/nvram.h"
-#include "voice/voice.h"
+#include "src/frame/settings.hpp"
+#include "src/frame/shell.hpp"
+#include "src/frame/trace.hpp"
+
+#include <kova/voice.h>
 
 #include <cstdio>
 #include <cstdlib>

@@ -1,9 +1,10 @@
 // The settings of the telephone line.
-#include "frame/settings.hpp"
+#include "src/frame/settings.hpp"
 
-#include "frame/trace.hpp"
-#include "security/security.h"
-#include "voice/voice.h"
+#include "src/frame/trace.hpp"
+
+#include <kova/security.h>
+#include <kova/voice.h>
 
 #include <cstdio>
 #include <cstdlib>

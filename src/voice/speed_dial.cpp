@@ -1,8 +1,9 @@
 // Speed dialling: short numbers that stand for telephone numbers.
-#include "frame/trace.hpp"
 #include "platform/nvram.h"
-#include "security/rule_list.hpp"
-#include "voice/voice.h"
+#include "src/frame/trace.hpp"
+#include "src/security/rule_list.hpp"
+
+#include <kova/voice.h>
 
 #include <cstring>
 

@@ -1,10 +1,11 @@
 // The APN profiles' accessors: one set, stamped for each profile.
-#include "frame/settings.hpp"
-#include "frame/shell.hpp"
-#include "frame/trace.hpp"
-#include "frame/tree.hpp"
-#include "transaction/park.hpp"
-#include "wan/wan.h"
+#include "src/frame/settings.hpp"
+#include "src/frame/shell.hpp"
+#include "src/frame/trace.hpp"
+#include "src/frame/tree.hpp"
+#include "src/transaction/park.hpp"
+
+#include <kova/wan.h>
 
 #include <cstdio>
 #include <cstdlib>

@@ -1,6 +1,6 @@
 // The rules that hold across the APN profiles.
-#include "frame/tree.hpp"
-#include "wan/wan_mode.hpp"
+#include "src/frame/tree.hpp"
+#include "src/wan/wan_mode.hpp"
 
 #include <cstdio>
 #include <cstdlib>

@@ -1,15 +1,15 @@
 // The LTE uplink as the data model's WAN device, connection and IP connection.
-#include "frame/interface_query.hpp"
-#include "frame/settings.hpp"
-#include "frame/shell.hpp"
-#include "frame/statistics.hpp"
-#include "frame/trace.hpp"
-#include "management/reach.hpp"
 #include "platform/nvram.h"
-#include "wan/indexes.hpp"
-#include "wan/wan.h"
+#include "src/frame/interface_query.hpp"
+#include "src/frame/settings.hpp"
+#include "src/frame/shell.hpp"
+#include "src/frame/statistics.hpp"
+#include "src/frame/trace.hpp"
+#include "src/management/reach.hpp"
+#include "src/wan/indexes.hpp"
 
 #include <arpa/inet.h>
+#include <kova/wan.h>
 #include <net/route.h>
 
 #include <cstdio>

@@ -1,11 +1,11 @@
 // DMZ and SIP ALG: what NAT does, announced to the firewall.
-#include "frame/settings.hpp"
-#include "frame/shell.hpp"
-#include "frame/trace.hpp"
 #include "platform/nvram.h"
 #include "platform/webs.h"
-#include "wan/indexes.hpp"
-#include "wan/wan_mode.hpp"
+#include "src/frame/settings.hpp"
+#include "src/frame/shell.hpp"
+#include "src/frame/trace.hpp"
+#include "src/wan/indexes.hpp"
+#include "src/wan/wan_mode.hpp"
 
 #include <arpa/inet.h>
 

@@ -1,7 +1,7 @@
 // The indexes of the WAN device, its connection and its IP connection: there is one of each.
 #pragma once
 
-#include "frame/trace.hpp"
+#include "src/frame/trace.hpp"
 
 namespace kova::wan {
 

@@ -1,8 +1,8 @@
 // The operation mode and the VPN.
-#include "frame/trace.hpp"
 #include "platform/webs.h"
-#include "transaction/park.hpp"
-#include "wan/wan_mode.hpp"
+#include "src/frame/trace.hpp"
+#include "src/transaction/park.hpp"
+#include "src/wan/wan_mode.hpp"
 
 #include <cstdlib>
 #include <initializer_list>

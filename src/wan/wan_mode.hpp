@@ -1,8 +1,10 @@
 // The values of the operation-mode settings and of an APN profile's bearer use.
 #pragma once
 
-#include "frame/settings.hpp"
-#include "wan/wan.h"
+#include "platform/webs.h"
+#include "src/frame/settings.hpp"
+
+#include <kova/wan.h>
 
 namespace kova::wan {
 

@@ -1,10 +1,10 @@
 // Path redirection, linked ahead of libc and preloaded: what a program and its commands see, and what stays theirs.
 #include "device/factory.hpp"
 #include "device/routes.hpp"
-#include "frame/frame.h"
 #include "temporary_device.hpp"
 
 #include <fcntl.h>
+#include <kova/frame.h>
 #include <spawn.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>

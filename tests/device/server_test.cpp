@@ -1,6 +1,6 @@
 // The service daemon's protocol and loop against clients that do not behave.
 #include "device/serviced/server.hpp"
-#include "frame/channel.hpp"
+#include "src/frame/channel.hpp"
 
 #include <gtest/gtest.h>
 #include <sys/eventfd.h>

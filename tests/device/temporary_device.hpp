@@ -3,9 +3,9 @@
 #pragma once
 
 #include "device/device.hpp"
-#include "frame/frame.h"
 
 #include <gtest/gtest.h>
+#include <kova/frame.h>
 #include <nlohmann/json.hpp>
 #include <sys/wait.h>
 #include <unistd.h>

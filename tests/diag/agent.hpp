@@ -2,11 +2,11 @@
 #pragma once
 
 #include "device/temporary_device.hpp"
-#include "diagnostics/diagnostics.h"
 #include "platform/nvram.h"
-#include "transaction/transaction.h"
 
 #include <arpa/inet.h>
+#include <kova/diagnostics.h>
+#include <kova/transaction.h>
 #include <netinet/in.h>
 
 #include <array>

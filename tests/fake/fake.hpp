@@ -2,10 +2,10 @@
 // device, recorded in order instead of carried out.
 #pragma once
 
-#include "frame/frame.h"
 #include "platform/lte.h"
 
 #include <gtest/gtest.h>
+#include <kova/frame.h>
 
 #include <ctime>
 #include <functional>

@@ -3,9 +3,9 @@
 #include "platform/nvram.h"
 #include "platform/ucfg.h"
 #include "platform/webs.h"
-#include "transaction/transaction.h"
 
 #include <arpa/inet.h>
+#include <kova/transaction.h>
 
 #include <algorithm>
 #include <cstdarg>

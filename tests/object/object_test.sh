@@ -25,7 +25,7 @@ declared) # every listed symbol is declared in a public header, in C
   scratch=$(mktemp -d)
   trap 'rm -rf "$scratch"' EXIT
   {
-    for header in "$source"/src/*/*.h; do echo "#include \"$header\""; done
+    for header in "$source"/include/kova/*.h; do echo "#include \"$header\""; done
     echo 'const void *const listed[] = {'
     sed 's/.*/  (const void *)\&&,/' "$symbols"
     echo '};'
@@ -33,7 +33,7 @@ declared) # every listed symbol is declared in a public header, in C
   "$4" -std=c11 -I"$source" -c "$scratch/listed.c" -o "$scratch/listed.o"
   ;;
 headers) # each public header stands alone
-  for header in "$source"/src/*/*.h "$source"/platform/*.h; do
+  for header in "$source"/include/kova/*.h "$source"/platform/*.h; do
     "$4" -std=c11 -Wall -Wextra -Wpedantic -Werror -I"$source" -fsyntax-only -x c "$header"
     "$5" -std=c++20 -Wall -Wextra -Wpedantic -Werror -I"$source" -fsyntax-only -x c++ "$header"
   done

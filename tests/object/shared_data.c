@@ -1,7 +1,6 @@
 /* The library's exported data, used by name from an executable at a fixed address. */
-#include "frame/frame.h"
-#include "transaction/transaction.h"
-
+#include <kova/frame.h>
+#include <kova/transaction.h>
 #include <stdio.h>
 #include <string.h>
 

@@ -1,12 +1,13 @@
 // No value ever becomes shell syntax: every accessor of the model with hostile values from every side, and whatever
 // command line comes of it is run by a real shell.
-#include "accounts/accounts.h"
 #include "fake/fake.hpp"
-#include "management/management.h"
 #include "model/model.hpp"
 #include "sandbox.hpp"
-#include "time/time.h"
-#include "transaction/transaction.h"
+
+#include <kova/accounts.h>
+#include <kova/management.h>
+#include <kova/time.h>
+#include <kova/transaction.h>
 
 #include <set>
 

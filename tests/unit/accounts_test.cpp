@@ -1,6 +1,7 @@
 // Accounts, SNMP, web access and the ping watchdog.
-#include "accounts/accounts.h"
 #include "fake/fake.hpp"
+
+#include <kova/accounts.h>
 
 using fake::effect;
 using fake::get;

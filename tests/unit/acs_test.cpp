@@ -1,7 +1,8 @@
 // The management server's settings, the connection-request URL, and the backup.
 #include "fake/fake.hpp"
-#include "management/management.h"
-#include "radio/radio.h"
+
+#include <kova/management.h>
+#include <kova/radio.h>
 
 using fake::effect;
 using fake::get;

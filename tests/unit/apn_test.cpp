@@ -1,7 +1,9 @@
 // The APN profiles and the rules across them.
 #include "fake/fake.hpp"
-#include "transaction/transaction.h"
-#include "wan/wan.h"
+#include "platform/webs.h"
+
+#include <kova/transaction.h>
+#include <kova/wan.h>
 
 #include <algorithm>
 #include <array>

@@ -1,9 +1,10 @@
 // The batch validation: the nine groups of a request, each judged as a whole.
-#include "diagnostics/diagnostics.h"
 #include "fake/fake.hpp"
-#include "lan/lan.h"
-#include "transaction/transaction.h"
-#include "wan/wan.h"
+
+#include <kova/diagnostics.h>
+#include <kova/lan.h>
+#include <kova/transaction.h>
+#include <kova/wan.h>
 
 #include <algorithm>
 #include <sstream>

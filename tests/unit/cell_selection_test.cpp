@@ -1,6 +1,7 @@
 // Scan mode, locked cells, locked ranges and preferred frequencies.
 #include "fake/fake.hpp"
-#include "radio/radio.h"
+
+#include <kova/radio.h>
 
 #include <algorithm>
 

@@ -1,6 +1,7 @@
 // What the device says about itself.
 #include "fake/fake.hpp"
-#include "management/management.h"
+
+#include <kova/management.h>
 
 using fake::get;
 using fake::platform;

@@ -1,7 +1,8 @@
 // The diagnostics tests' parameters.
-#include "diagnostics/diagnostics.h"
 #include "fake/fake.hpp"
-#include "transaction/transaction.h"
+
+#include <kova/diagnostics.h>
+#include <kova/transaction.h>
 
 #include <algorithm>
 #include <cstring>

@@ -1,9 +1,10 @@
 // Settings that are told as they are stored.
 #include "fake/fake.hpp"
-#include "management/management.h"
-#include "radio/radio.h"
-#include "time/time.h"
-#include "wan/wan.h"
+
+#include <kova/management.h>
+#include <kova/radio.h>
+#include <kova/time.h>
+#include <kova/wan.h>
 
 using fake::get;
 using fake::platform;

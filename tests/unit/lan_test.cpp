@@ -1,6 +1,7 @@
 // LAN, DHCP and the Ethernet port.
 #include "fake/fake.hpp"
-#include "lan/lan.h"
+
+#include <kova/lan.h>
 
 using fake::effect;
 using fake::get;

@@ -1,7 +1,8 @@
 // The operation mode and the VPN.
 #include "fake/fake.hpp"
-#include "transaction/transaction.h"
-#include "wan/wan.h"
+
+#include <kova/transaction.h>
+#include <kova/wan.h>
 
 #include <sstream>
 

@@ -1,6 +1,7 @@
 // The pending value check list.
 #include "fake/fake.hpp"
-#include "transaction/transaction.h"
+
+#include <kova/transaction.h>
 
 #include <cstddef>
 

@@ -1,6 +1,7 @@
 // The band table, the serving cell and the link.
 #include "fake/fake.hpp"
-#include "radio/radio.h"
+
+#include <kova/radio.h>
 
 #include <cmath>
 #include <cstring>

@@ -1,6 +1,7 @@
 // Rates and totals from the rate sampler's file.
 #include "fake/fake.hpp"
-#include "radio/radio.h"
+
+#include <kova/radio.h>
 
 using fake::get;
 using fake::platform;

@@ -2,7 +2,8 @@
 #pragma once
 
 #include "fake/fake.hpp"
-#include "security/security.h"
+
+#include <kova/security.h>
 
 #include <climits>
 #include <cstdio>

@@ -1,7 +1,8 @@
 // The eleven rule lists against a plain statement of what they do: random operations on random texts, compared after
 // each step in answer, in what was done and in everything that is stored.
 #include "rows.hpp"
-#include "voice/voice.h"
+
+#include <kova/voice.h>
 
 #include <algorithm>
 #include <random>

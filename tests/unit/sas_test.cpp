@@ -1,6 +1,7 @@
 // Spectrum access.
 #include "fake/fake.hpp"
-#include "sas/sas.h"
+
+#include <kova/sas.h>
 
 using fake::get;
 using fake::platform;

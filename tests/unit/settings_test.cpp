@@ -1,11 +1,12 @@
 // Settings that are judged by a rule, stored, and taken up by their service: one statement for all of them.
-#include "lan/lan.h"
-#include "radio/radio.h"
 #include "rows.hpp"
-#include "sas/sas.h"
-#include "time/time.h"
-#include "voice/voice.h"
-#include "wan/wan.h"
+
+#include <kova/lan.h>
+#include <kova/radio.h>
+#include <kova/sas.h>
+#include <kova/time.h>
+#include <kova/voice.h>
+#include <kova/wan.h>
 
 using fake::event;
 using fake::get;

@@ -1,7 +1,7 @@
 // The instance, the agent's start, plain getters, and what the operation mode says.
 #include "fake/fake.hpp"
-#include "frame/settings.hpp"
-#include "frame/tree.hpp"
+#include "src/frame/settings.hpp"
+#include "src/frame/tree.hpp"
 
 #include <sys/stat.h>
 

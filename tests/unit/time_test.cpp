@@ -1,6 +1,7 @@
 // Time zone, network time and daylight saving.
 #include "fake/fake.hpp"
-#include "time/time.h"
+
+#include <kova/time.h>
 
 #include <chrono>
 #include <cstdlib>

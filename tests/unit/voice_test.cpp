@@ -1,6 +1,7 @@
 // The telephone line: settings, codecs, gains, ports, status, apply, speed dialling.
 #include "rows.hpp"
-#include "voice/voice.h"
+
+#include <kova/voice.h>
 
 using fake::event;
 using fake::get;

@@ -1,9 +1,9 @@
 // The WAN device and its connection, MTU, DMZ and SIP ALG.
 #include "fake/fake.hpp"
-#include "management/management.h"
-#include "wan/wan.h"
 
 #include <arpa/inet.h>
+#include <kova/management.h>
+#include <kova/wan.h>
 
 using fake::get;
 using fake::platform;

@@ -1,7 +1,8 @@
 // The WiFi radio, its networks and their stations.
 #include "fake/fake.hpp"
-#include "lan/lan.h"
-#include "transaction/transaction.h"
+
+#include <kova/lan.h>
+#include <kova/transaction.h>
 
 using fake::get;
 using fake::platform;

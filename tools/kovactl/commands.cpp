@@ -1,11 +1,12 @@
 #include "kovactl/commands.hpp"
 
 #include "device/device.hpp"
-#include "frame/frame.h"
 #include "kovactl/diagnostics_tests.hpp"
 #include "kovactl/model_documents.hpp"
 #include "kovactl/paths.hpp"
 #include "kovactl/report.hpp"
+
+#include <kova/frame.h>
 
 #include <set>
 

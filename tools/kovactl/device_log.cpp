@@ -1,8 +1,8 @@
 #include "kovactl/device_log.hpp"
 
-#include "frame/channel.hpp"
-#include "frame/frame.h"
+#include "src/frame/channel.hpp"
 
+#include <kova/frame.h>
 #include <sys/stat.h>
 
 #include <algorithm>

@@ -1,6 +1,5 @@
 // kovactl: a small agent on the command line. Here are its commands and options; what they do is beside.
 #include "device/device.hpp"
-#include "frame/frame.h"
 #include "kovactl/commands.hpp"
 #include "kovactl/completion.hpp"
 #include "kovactl/login.hpp"
@@ -10,6 +9,8 @@
 
 #include <CLI/CLI.hpp>
 #include <fcntl.h>
+#include <kova.h>
+#include <kova/frame.h>
 
 #include <cstdio>
 #include <cstdlib>

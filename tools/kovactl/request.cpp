@@ -2,12 +2,12 @@
 
 #include "kovactl/output.hpp"
 #include "kovactl/paths.hpp"
-#include "management/management.h"
 #include "platform/host/nvram_admin.hpp"
 #include "platform/host/tree_admin.hpp"
-#include "transaction/transaction.h"
 
 #include <fcntl.h>
+#include <kova/management.h>
+#include <kova/transaction.h>
 #include <unistd.h>
 
 #include <algorithm>

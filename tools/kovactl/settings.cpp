@@ -1,7 +1,8 @@
 #include "kovactl/settings.hpp"
 
 #include "device/paths.hpp"
-#include "management/management.h"
+
+#include <kova/management.h>
 
 #include <fstream>
 #include <iterator>

@@ -4,10 +4,10 @@
  * the checker parks the value, the combination is judged by the batch validation, the setter stores it and
  * restarts the DHCP server. The "kova" ones judge each value against the stored settings by themselves,
  * and restart nothing: that is left to kovasetDHCPApply. Addresses and masks are dotted quads. */
-#ifndef KOVA_LAN_LAN_H
-#define KOVA_LAN_LAN_H
+#ifndef KOVA_LAN_H
+#define KOVA_LAN_H
 
-#include "../frame/frame.h"
+#include <kova/frame.h>
 
 KOVA_BEGIN_EXPORTS
 

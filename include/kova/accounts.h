@@ -1,9 +1,9 @@
 /* accounts: web and SNMP credentials, web access, the ping watchdog, and checks of the diagnostics
  * objects. */
-#ifndef KOVA_ACCOUNTS_ACCOUNTS_H
-#define KOVA_ACCOUNTS_ACCOUNTS_H
+#ifndef KOVA_ACCOUNTS_H
+#define KOVA_ACCOUNTS_H
 
-#include "../frame/frame.h"
+#include <kova/frame.h>
 
 KOVA_BEGIN_EXPORTS
 

@@ -2,10 +2,10 @@
  *
  * Status values come from what the LTE daemon publishes. Getters answer 0 with a fall-back text ("", "NONE",
  * "N/A", "0") while a value is not known, unless said otherwise. */
-#ifndef KOVA_RADIO_RADIO_H
-#define KOVA_RADIO_RADIO_H
+#ifndef KOVA_RADIO_H
+#define KOVA_RADIO_H
 
-#include "../frame/frame.h"
+#include <kova/frame.h>
 
 KOVA_BEGIN_EXPORTS
 

@@ -1,8 +1,8 @@
 /* management: the management server's settings with their backup, and what the device says about itself. */
-#ifndef KOVA_MANAGEMENT_MANAGEMENT_H
-#define KOVA_MANAGEMENT_MANAGEMENT_H
+#ifndef KOVA_MANAGEMENT_H
+#define KOVA_MANAGEMENT_H
 
-#include "../frame/frame.h"
+#include <kova/frame.h>
 
 KOVA_BEGIN_EXPORTS
 

@@ -2,10 +2,10 @@
  *
  * For each request the agent calls the checker of every parameter, then kovaCheckTR069ParameterValues
  * once, then the setter of every parameter. */
-#ifndef KOVA_TRANSACTION_TRANSACTION_H
-#define KOVA_TRANSACTION_TRANSACTION_H
+#ifndef KOVA_TRANSACTION_H
+#define KOVA_TRANSACTION_H
 
-#include "../frame/frame.h"
+#include <kova/frame.h>
 
 KOVA_BEGIN_EXPORTS
 

@@ -2,11 +2,13 @@
  *
  * An APN profile's leaves live in the configuration tree: a getter answers -1 when the tree or the leaf
  * cannot be read, and "" is a stored empty text. The other settings live in the key/value store. */
-#ifndef KOVA_WAN_WAN_H
-#define KOVA_WAN_WAN_H
+#ifndef KOVA_WAN_H
+#define KOVA_WAN_H
 
-#include "../frame/frame.h"
-#include "platform/webs.h"
+#include <kova/frame.h>
+
+/* The platform's record of the operation mode. */
+typedef struct OperMode OperMode;
 
 KOVA_BEGIN_EXPORTS
 

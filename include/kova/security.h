@@ -4,10 +4,10 @@
  * parameter is set to "1". Rule lists are tables whose rows are addressed by their number, from 1. Editing
  * works on the first 255 characters of a list, and cuts rows that it keeps to 63 characters when another
  * one is deleted. */
-#ifndef KOVA_SECURITY_SECURITY_H
-#define KOVA_SECURITY_SECURITY_H
+#ifndef KOVA_SECURITY_H
+#define KOVA_SECURITY_H
 
-#include "../frame/frame.h"
+#include <kova/frame.h>
 
 KOVA_BEGIN_EXPORTS
 

@@ -1,10 +1,10 @@
 /* voice: the telephone line: SIP, codecs, gains, RTP, and speed dialling.
  *
  * Settings take effect when kovaSetVoIPApply is set to "1". */
-#ifndef KOVA_VOICE_VOICE_H
-#define KOVA_VOICE_VOICE_H
+#ifndef KOVA_VOICE_H
+#define KOVA_VOICE_H
 
-#include "../security/security.h"
+#include <kova/security.h>
 
 KOVA_BEGIN_EXPORTS
 

@@ -2,10 +2,10 @@
  *
  * Every accepted setting is written to the system log. Setters refuse markup, and what the rule checker
  * refuses. */
-#ifndef KOVA_SAS_SAS_H
-#define KOVA_SAS_SAS_H
+#ifndef KOVA_SAS_H
+#define KOVA_SAS_H
 
-#include "../frame/frame.h"
+#include <kova/frame.h>
 
 KOVA_BEGIN_EXPORTS
 

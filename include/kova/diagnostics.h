@@ -3,10 +3,10 @@
  * A request that sets a test's state to "Requested" starts it; any other accepted change to the test stops a
  * running one. Both are done by the batch validation. The tool writes its results, which are read here.
  * Setters store any text: the checkers judge. Each management instance has its own tests. */
-#ifndef KOVA_DIAGNOSTICS_DIAGNOSTICS_H
-#define KOVA_DIAGNOSTICS_DIAGNOSTICS_H
+#ifndef KOVA_DIAGNOSTICS_H
+#define KOVA_DIAGNOSTICS_H
 
-#include "../frame/frame.h"
+#include <kova/frame.h>
 
 KOVA_BEGIN_EXPORTS
 

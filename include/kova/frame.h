@@ -3,8 +3,8 @@
  *
  * All functions are plain C and are to be called from one thread. A NULL text is taken as the empty text,
  * where nothing else is said. */
-#ifndef KOVA_FRAME_FRAME_H
-#define KOVA_FRAME_FRAME_H
+#ifndef KOVA_FRAME_H
+#define KOVA_FRAME_H
 
 #include <stdint.h>
 

@@ -2,11 +2,10 @@
  *
  * A date-time text is "2026-11-21T03:16:16", local time. Getters of date-time texts write it whole,
  * whatever buflen: give room for 256 bytes. Both management instances have one clock. */
-#ifndef KOVA_TIME_TIME_H
-#define KOVA_TIME_TIME_H
+#ifndef KOVA_TIME_H
+#define KOVA_TIME_H
 
-#include "../frame/frame.h"
-
+#include <kova/frame.h>
 #include <time.h>
 
 KOVA_BEGIN_EXPORTS
