@@ -3,8 +3,9 @@
 #include "device/device.hpp"
 #include "kovactl/diagnostics_tests.hpp"
 #include "kovactl/model_documents.hpp"
-#include "kovactl/paths.hpp"
 #include "kovactl/report.hpp"
+#include "request/library_output.hpp"
+#include "kovactl/request.hpp"
 
 #include <kova/frame.h>
 
@@ -64,6 +65,7 @@ ExitStatus show_status(const Output &output) {
 // One request at a time.
 auto in_turn(const auto &work) {
   const device::Turn turn;
+  const LibraryOutputAside aside;
   return work();
 }
 
@@ -107,7 +109,7 @@ std::string number_rule(const std::string &text) {
 }
 
 ExitStatus get(const Output &output, const Arguments &arguments) {
-  return report(output, get_values(arguments.names));
+  return report(output, in_turn([&] { return get_values(arguments.names); }));
 }
 
 ExitStatus set(const Output &output, const Arguments &arguments) {
@@ -163,7 +165,7 @@ ExitStatus show_model(const Output &output, const Arguments &arguments) {
   else if (format == "csv") {
     start_agent(output);
     const std::string everything;
-    const Reading reading = get_values(std::span(&everything, 1));
+    const Reading reading = in_turn([&] { return get_values(std::span(&everything, 1)); });
     output.print_document(csv_table(reading));
     return complain(output, reading.faults);
   } else

@@ -4,7 +4,6 @@
 #include "kovactl/device_log.hpp"
 #include "kovactl/output.hpp"
 #include "kovactl/request.hpp"
-#include "kovactl/request_text.hpp"
 
 #include <functional>
 #include <optional>

@@ -1,6 +1,7 @@
 #include "kovactl/diagnostics_tests.hpp"
 
 #include "device/device.hpp"
+#include "request/library_output.hpp"
 
 #include <algorithm>
 #include <thread>
@@ -20,6 +21,7 @@ bool runs(const DiagnosticsTest &test) {
 }
 
 void look_at(DiagnosticsTest &test) {
+  const LibraryOutputAside aside;
   const Reading reading = get_values(std::vector{test.object + std::string(state_parameter)});
   if (reading.values.empty()) {
     test.failure = "the state of " + test.name() + " cannot be read";

@@ -59,10 +59,6 @@ std::string escaped(std::string_view text) {
   return result;
 }
 
-bool continues_character(char c) {
-  return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
-}
-
 // Texts of other bytes than UTF-8 are shown as far as they can be.
 std::string dump(const Json &value, int indent) {
   return value.dump(indent, ' ', false, Json::error_handler_t::replace);
@@ -100,15 +96,6 @@ bool fits(const Table &table, const std::vector<size_t> &widths, size_t columns)
 }
 
 } // namespace
-
-std::string shortened(const std::string &text) {
-  constexpr size_t longest = 80, beginning = 60;
-  if (text.size() <= longest) return text;
-  size_t cut = beginning;
-  while (cut > 0 && continues_character(text[cut]))
-    --cut;
-  return text.substr(0, cut) + "... (" + std::to_string(text.size()) + " bytes)";
-}
 
 Output::Output(bool json)
     : json_(json), results_(open(STDOUT_FILENO, std::cout)), messages_(open(STDERR_FILENO, std::cerr)) {

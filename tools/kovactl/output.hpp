@@ -23,9 +23,6 @@ struct Cell {
 };
 using Table = std::vector<std::vector<Cell>>;
 
-// The text, or its beginning and its length when it is too long for a message.
-std::string shortened(const std::string &text);
-
 class Output {
 public:
   explicit Output(bool json);

@@ -1,6 +1,7 @@
 #include "kovactl/report.hpp"
 
 #include "kovactl/device_log.hpp"
+#include "request/library_output.hpp"
 
 #include <algorithm>
 #include <sstream>
@@ -100,10 +101,12 @@ Reading read_back(std::span<const Assignment> assignments) {
   std::vector<std::string> paths;
   for (const Assignment &assignment : assignments)
     paths.push_back(assignment.path);
+  const LibraryOutputAside aside;
   return get_values(paths);
 }
 
 Reading results_of(const DiagnosticsTest &test) {
+  const LibraryOutputAside aside;
   return get_values(std::span(&test.object, 1));
 }
 

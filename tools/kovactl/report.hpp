@@ -3,7 +3,6 @@
 
 #include "kovactl/diagnostics_tests.hpp"
 #include "kovactl/output.hpp"
-#include "kovactl/paths.hpp"
 #include "kovactl/request.hpp"
 
 #include <optional>

@@ -1,14 +1,14 @@
 // A set request as a text: one PATH=VALUE a line, or JSON.
 #pragma once
 
-#include "kovactl/request.hpp"
+#include "request/request.hpp"
 
 #include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
 
-namespace kova::ctl {
+namespace kova::request {
 
 // The person or program that asked made a mistake; nothing was done.
 struct UsageError : std::runtime_error {
@@ -25,4 +25,4 @@ std::vector<Assignment> parse_request(std::string_view text, const std::string &
 // "-" is standard input.
 std::vector<Assignment> read_request(const std::string &file);
 
-} // namespace kova::ctl
+} // namespace kova::request

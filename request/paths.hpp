@@ -2,6 +2,7 @@
 #pragma once
 
 #include "model/model.hpp"
+#include "request/fault.hpp"
 
 #include <set>
 #include <span>
@@ -9,7 +10,7 @@
 #include <string_view>
 #include <vector>
 
-namespace kova::ctl {
+namespace kova::request {
 
 // What the model says of a parameter, or of the rows of a list.
 struct Listed {
@@ -29,4 +30,8 @@ std::set<std::string> continuations(std::span<const Listed> catalogue, size_t ty
 // The parameter or branch that was most likely meant by an unknown path, or "".
 std::string likely_path(std::string_view path);
 
-} // namespace kova::ctl
+// The fault of a path that nothing has, and of one that no parameter has.
+Fault unknown_path(const std::string &path, const std::string &likely);
+Fault unknown_parameter(const std::string &path);
+
+} // namespace kova::request

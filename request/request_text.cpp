@@ -1,6 +1,8 @@
-#include "kovactl/request_text.hpp"
+#include "request/request_text.hpp"
 
-#include "kovactl/output.hpp"
+#include "request/shortened.hpp"
+
+#include <nlohmann/json.hpp>
 
 #include <cerrno>
 #include <cstdio>
@@ -9,8 +11,10 @@
 #include <memory>
 #include <optional>
 
-namespace kova::ctl {
+namespace kova::request {
 namespace {
+
+using Json = nlohmann::json;
 
 constexpr std::string_view blanks = " \t\r\n";
 
@@ -199,4 +203,4 @@ std::vector<Assignment> read_request(const std::string &file) {
   return parse_request(whole_text(opened.get(), file), file);
 }
 
-} // namespace kova::ctl
+} // namespace kova::request
