@@ -151,6 +151,7 @@ void stop() {
 }
 
 void make_own_directories() {
+  host::claim_device_dir();
   for (const char *name : {"store", "root", "bin", "log", "run"})
     make_directories(host::device_dir() / name);
 }
