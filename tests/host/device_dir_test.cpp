@@ -62,7 +62,7 @@ void use_all_stores() {
 
 TEST_F(DeviceDir, IsClaimedForItsUserAlone) {
   const mode_t usual = umask(0);
-  for (const mode_t mask : {0U, 077U}) {
+  for (const mode_t mask : {0U, 077U, 0777U}) {
     choose("m" + std::to_string(mask));
     umask(mask);
     use_all_stores();
@@ -91,7 +91,7 @@ TEST_F(DeviceDir, NothingIsTouchedInOneThatIsNoDevice) {
     DirState state;
   } dirs[] = {
       {"notes", "mine", "not a virtual device and not empty: nothing in it is touched", DirState::foreign},
-      {"store/nvram.mdb", "mine", "not a virtual device", DirState::foreign},
+      {"store/data.mdb", "mine", "not a virtual device", DirState::foreign},
       {"kova-device", "mine", "not a virtual device", DirState::foreign},
       {"kova-device", "kova device 999\n", "another version", DirState::outdated},
       {"run/created", "", "another version", DirState::outdated}};
@@ -110,10 +110,11 @@ TEST_F(DeviceDir, NothingIsTouchedInOneThatIsNoDevice) {
                 EXPECT_FALSE(nvram_remove(0, "key"));
                 EXPECT_THROW(nvram_store({}), std::runtime_error);
                 EXPECT_THROW(nvram_clear_section(0), std::runtime_error);
+                EXPECT_THROW(tree_clear(), std::runtime_error);
                 EXPECT_EQ(0, init_ucfg_ex());
                 EXPECT_NE(0, read_ucfg_xml(0, "/tarn/leaf", out));
-                EXPECT_EQ(0, write_ucfg_xml(0, "/tarn/leaf", "text"));
-                EXPECT_NE(0, deinit_ucfg_ex(1));
+                EXPECT_NE(0, write_ucfg_xml(0, "/tarn/leaf", "text"));
+                EXPECT_EQ(0, deinit_ucfg_ex(1));
               }));
     EXPECT_STREQ(out, "old");
     EXPECT_EQ(listing(), before) << file << text;

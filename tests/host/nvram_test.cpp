@@ -58,7 +58,7 @@ TEST_F(Nvram, ReadsWhatFitsAndLeavesTheRestAlone) {
 }
 
 TEST_F(Nvram, RefusesWhatCannotBeStoredAndSaysSo) {
-  const std::string longest(507, 'k');
+  const std::string longest(506, 'k');
   EXPECT_EQ(0, nvram_bufset(0, longest.c_str(), "fits"));
   EXPECT_EQ(value_of(0, longest), "fits");
   const struct {
@@ -128,7 +128,7 @@ TEST_F(Nvram, ReadersSeeWholeChangesWhileOthersWrite) {
 
 TEST_F(Nvram, FullDiskFailsTheWriteAndKeepsTheRest) {
   ASSERT_EQ(0, nvram_bufset(0, "before", "kept"));
-  const auto size = std::filesystem::file_size(store() / "nvram.mdb");
+  const auto size = std::filesystem::file_size(store() / "data.mdb");
   EXPECT_TRUE(succeeded(start([size] {
     limit_file_size(size + 65'536);
     int stored = 0;
@@ -169,7 +169,7 @@ TEST_F(Nvram, ForeignFileIsRefusedAndLeftAlone) {
   claim_device_dir();
   std::filesystem::create_directories(store());
   const std::string text(20'000, '?');
-  std::FILE *file = std::fopen((store() / "nvram.mdb").c_str(), "w");
+  std::FILE *file = std::fopen((store() / "data.mdb").c_str(), "w");
   ASSERT_NE(file, nullptr);
   std::fputs(text.c_str(), file);
   std::fclose(file);
@@ -180,7 +180,7 @@ TEST_F(Nvram, ForeignFileIsRefusedAndLeftAlone) {
   });
   EXPECT_NE(console.find("cannot store"), std::string::npos) << console;
   EXPECT_NE(console.find("cannot read"), std::string::npos) << console;
-  EXPECT_EQ(std::filesystem::file_size(store() / "nvram.mdb"), text.size());
+  EXPECT_EQ(std::filesystem::file_size(store() / "data.mdb"), text.size());
 }
 
 } // namespace

@@ -1,4 +1,4 @@
-#include "platform/host/nvram_store.hpp"
+#include "platform/host/store.hpp"
 
 #include "platform/host/device_dir.hpp"
 
@@ -7,9 +7,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cerrno>
-#include <cstdint>
 #include <cstdlib>
 
 namespace fs = std::filesystem;
@@ -19,9 +17,8 @@ namespace kova::host {
 namespace {
 
 constexpr std::size_t map_size = std::size_t{64}
-                                 << 20;         // an upper bound; the file is as large as its contents
-constexpr off_t lock_file_size = 32 << 10;      // slots for some 500 reading processes
-constexpr std::uint32_t sign_bit = 0x80000000U; // flipped, so that negative numbers sort before positive ones
+                                 << 20;    // an upper bound; the file is as large as its contents
+constexpr off_t lock_file_size = 32 << 10; // slots for some 500 reading processes
 
 // 0, or the system error; the file then has at least this size.
 int create_private_file(const std::string &name, off_t size) {
@@ -57,23 +54,10 @@ int create_store(const fs::path &store) {
 
 } // namespace
 
-StoredKey::StoredKey(int section, std::string_view key) : size_(section_size + key.size()) {
-  const auto sorted = static_cast<std::uint32_t>(section) ^ sign_bit;
-  for (std::size_t i = 0; i < section_size; ++i)
-    bytes_[i] = static_cast<unsigned char>(sorted >> (8 * (section_size - 1 - i)));
-  std::copy_n(key.begin(), std::min(key.size(), bytes_.size() - section_size), bytes_.begin() + section_size);
-}
-
-int StoredKey::section_of(const MDB_val &stored) {
-  const auto *bytes = static_cast<const unsigned char *>(stored.mv_data);
+int StoredKey::section_of(std::string_view stored_setting) {
   std::uint32_t sorted = 0;
-  for (std::size_t i = 0; i < section_size; ++i)
-    sorted = sorted << 8 | bytes[i];
-  return static_cast<int>(sorted ^ sign_bit);
-}
-
-std::string_view StoredKey::key_of(const MDB_val &stored) {
-  return {static_cast<const char *>(stored.mv_data) + section_size, stored.mv_size - section_size};
+  std::memcpy(&sorted, stored_setting.data() + any_setting.size(), sizeof sorted);
+  return static_cast<int>(ntohl(sorted) ^ sign_bit);
 }
 
 const char *reason_text(int answer) {
@@ -89,12 +73,12 @@ const char *reason_text(int answer) {
   }
 }
 
-NvramStore &NvramStore::of_process() {
-  static auto &store = *new NvramStore; // never destroyed: others' exit handlers may still read
+Store &Store::of_process() {
+  static auto &store = *new Store; // never destroyed: others' exit handlers may still read
   return store;
 }
 
-NvramStore::NvramStore() {
+Store::Store() {
   pthread_atfork([] { of_process().mutex_.lock(); }, [] { of_process().mutex_.unlock(); },
                  [] {
                    of_process().forked_ = true;
@@ -102,7 +86,7 @@ NvramStore::NvramStore() {
                  });
 }
 
-void NvramStore::follow_device(Access access) {
+void Store::follow_device(Access access) {
   if (forked_) {
     forked_ = false;
     // What the parent opened must not be used here: the reader slot is the parent's, and the file lock that shows
@@ -116,21 +100,21 @@ void NvramStore::follow_device(Access access) {
   if (!located_ || named != device_variable_) {
     close();
     device_variable_ = named;
-    file_ = store_dir() / "nvram.mdb";
+    file_ = store_dir() / "data.mdb";
     located_ = true;
   } else if (environment_ != nullptr && (access == Access::write || clock_ticked()) && removed_from_disk()) {
     close();
   }
 }
 
-bool NvramStore::removed_from_disk() const {
+bool Store::removed_from_disk() const {
   int fd = -1;
   struct stat status = {};
   return mdb_env_get_fd(environment_, &fd) == 0 && fstat(fd, &status) == 0 && status.st_nlink == 0;
 }
 
 // The kernel's tick is some milliseconds; asking for it costs a tenth of a system call.
-bool NvramStore::clock_ticked() {
+bool Store::clock_ticked() {
   timespec now = {};
   clock_gettime(CLOCK_MONOTONIC_COARSE, &now);
   const bool ticked = now.tv_nsec != last_tick_.tv_nsec || now.tv_sec != last_tick_.tv_sec;
@@ -140,7 +124,7 @@ bool NvramStore::clock_ticked() {
 
 // A failed beginning is tried once more with the store opened anew, which clears the slots of killed readers and the
 // state after a failed write.
-int NvramStore::begin_read() {
+int Store::begin_read() {
   follow_device(Access::read);
   for (bool again = false;; again = true) {
     if (const int failed = open(Access::read); failed != 0) return failed;
@@ -151,7 +135,7 @@ int NvramStore::begin_read() {
   }
 }
 
-int NvramStore::begin_write(MDB_txn **begun) {
+int Store::begin_write(MDB_txn **begun) {
   follow_device(Access::write);
   for (bool again = false;; again = true) {
     if (const int failed = open(Access::write); failed != 0) return failed;
@@ -161,7 +145,7 @@ int NvramStore::begin_write(MDB_txn **begun) {
   }
 }
 
-int NvramStore::open(Access access) {
+int Store::open(Access access) {
   const bool writing = access == Access::write;
   if (writing)
     if (const int failed = prepare_store_dir(file_.parent_path()); failed != 0) return failed;
@@ -186,7 +170,7 @@ int NvramStore::open(Access access) {
   return failed;
 }
 
-int NvramStore::open_environment(unsigned flags) {
+int Store::open_environment(unsigned flags) {
   if (const int failed = mdb_env_create(&environment_); failed != 0) return failed;
   int failed = mdb_env_set_mapsize(environment_, map_size);
   if (failed == 0)
@@ -201,7 +185,7 @@ int NvramStore::open_environment(unsigned flags) {
   return failed;
 }
 
-void NvramStore::close() {
+void Store::close() {
   if (reader_ != nullptr) mdb_txn_abort(reader_);
   if (environment_ != nullptr) mdb_env_close(environment_);
   reader_ = nullptr;
