@@ -1,6 +1,6 @@
+#include "host_test.hpp"
 #include "platform/host/tree_admin.hpp"
 #include "platform/ucfg.h"
-#include "temp_device.hpp"
 
 #include <fstream>
 #include <optional>
@@ -10,12 +10,12 @@ using namespace kova::host;
 
 namespace {
 
-class Tree : public TempDevice {
+class Tree : public HostTest {
 protected:
   ~Tree() override { deinit_ucfg_ex(0); }
 
   std::string file_content() const {
-    std::ifstream file(store() / "tree.xml", std::ios::binary);
+    std::ifstream file(device.store() / "tree.xml", std::ios::binary);
     return {std::istreambuf_iterator<char>(file), {}};
   }
 };
@@ -66,7 +66,7 @@ TEST_F(Tree, TextsComeBackExactly) {
 
 TEST_F(Tree, PathsNameLeavesOnly) {
   EXPECT_EQ(stored_leaf("/tarn/a"), std::nullopt) << "a device without a tree has an empty one";
-  EXPECT_FALSE(std::filesystem::exists(store() / "tree.xml"));
+  EXPECT_FALSE(std::filesystem::exists(device.store() / "tree.xml"));
 
   tree_replace("<tarn><!-- kept --><cm><a>1</a><b/><c>\n  </c></cm></tarn>");
   ASSERT_EQ(0, init_ucfg_ex());
@@ -150,16 +150,16 @@ TEST_F(Tree, FailuresLeaveTheFileAsItWas) {
     EXPECT_EQ(stored_leaf("/tarn/a"), "1");
   })));
   EXPECT_EQ(file_content(), before);
-  EXPECT_FALSE(std::filesystem::exists(store() / "tree.xml.new"));
+  EXPECT_FALSE(std::filesystem::exists(device.store() / "tree.xml.new"));
 
-  set_writable(false);
+  device.set_writable(false);
   EXPECT_TRUE(succeeded(start([this] {
-    become_unprivileged(top, Files::own);
+    become_unprivileged(device.top(), Files::own);
     EXPECT_EQ(stored_leaf("/tarn/a"), "1");
     const std::string console = console_of([] { EXPECT_NE(0, store_leaf("/tarn/a", "2")); });
     EXPECT_NE(console.find("Permission denied"), std::string::npos) << console;
   })));
-  set_writable(true);
+  device.set_writable(true);
   EXPECT_EQ(file_content(), before);
 
   for (const char *xml : {"", "<tarn>", "text", "<a/><b/>"})
@@ -168,7 +168,7 @@ TEST_F(Tree, FailuresLeaveTheFileAsItWas) {
 
   ASSERT_EQ(0, init_ucfg_ex());
   ASSERT_EQ(0, write_ucfg_xml(0, "/tarn/a", "2"));
-  std::ofstream(store() / "tree.xml") << "<tarn><a>by hand";
+  std::ofstream(device.store() / "tree.xml") << "<tarn><a>by hand";
   EXPECT_NE("", console_of([] {
               EXPECT_NE(0, init_ucfg_ex());
               EXPECT_NE(0, deinit_ucfg_ex(1));
