@@ -1,9 +1,9 @@
+#include "host_test.hpp"
 #include "platform/host/device_dir.hpp"
 #include "platform/host/nvram_admin.hpp"
 #include "platform/host/tree_admin.hpp"
 #include "platform/nvram.h"
 #include "platform/ucfg.h"
-#include "temp_device.hpp"
 
 #include <sys/stat.h>
 
@@ -16,9 +16,9 @@ using namespace kova::host;
 
 namespace {
 
-class DeviceDir : public TempDevice {
+class DeviceDir : public HostTest {
 protected:
-  fs::path dir() const { return top / device; }
+  const fs::path &dir() const { return device.directory(); }
   void put(const char *name, const char *text) const {
     fs::create_directories((dir() / name).parent_path());
     std::ofstream(dir() / name) << text;
@@ -63,7 +63,7 @@ void use_all_stores() {
 TEST_F(DeviceDir, IsClaimedForItsUserAlone) {
   const mode_t usual = umask(0);
   for (const mode_t mask : {0U, 077U, 0777U}) {
-    choose("m" + std::to_string(mask));
+    device.select(device.top() / std::to_string(mask));
     umask(mask);
     use_all_stores();
     umask(usual);
@@ -72,7 +72,7 @@ TEST_F(DeviceDir, IsClaimedForItsUserAlone) {
     for (const auto &entry : fs::recursive_directory_iterator(device_dir()))
       EXPECT_EQ(mode_of(entry.path()), entry.is_directory() ? 0700U : 0600U) << entry.path() << mask;
   }
-  choose(device);
+  device.select();
   EXPECT_EQ(device_dir_state(), DirState::absent);
   fs::create_directory(dir());
   EXPECT_EQ(device_dir_state(), DirState::empty);
@@ -125,9 +125,9 @@ TEST_F(DeviceDir, OfAnotherUserIsNeitherReadNorLocked) {
   use_all_stores();
   EXPECT_TRUE(succeeded(start([this] {
     if (geteuid() != 0) return; // only root can become another
-    fs::permissions(top, fs::perms(0755));
+    fs::permissions(device.top(), fs::perms(0755));
     fs::permissions(dir(), fs::perms(0755));
-    become_unprivileged(top, Files::of_another);
+    become_unprivileged(device.top(), Files::of_another);
     EXPECT_EQ(device_dir_state(), DirState::inaccessible);
     EXPECT_NE(refusal().find("another user"), std::string::npos) << refusal();
     char out[256];

@@ -1,7 +1,7 @@
+#include "host_test.hpp"
 #include "platform/host/tree_admin.hpp"
 #include "platform/nvram.h"
 #include "platform/ucfg.h"
-#include "temp_device.hpp"
 
 #include <optional>
 #include <string>
@@ -10,7 +10,7 @@ using namespace kova::host;
 
 namespace {
 
-class Tree : public TempDevice {
+class Tree : public HostTest {
 protected:
   ~Tree() override { deinit_ucfg_ex(0); }
 };
@@ -49,7 +49,7 @@ TEST_F(Tree, TextsComeBackExactly) {
 
 TEST_F(Tree, PathsNameLeavesOnly) {
   EXPECT_EQ(stored_leaf("/tarn/a"), std::nullopt) << "a device without a tree has an empty one";
-  EXPECT_FALSE(std::filesystem::exists(store()));
+  EXPECT_FALSE(std::filesystem::exists(device.store()));
 
   nvram_bufset(0, "tarn/cm/a", "no leaf");
   const std::vector<TreeLeaf> all = {
@@ -103,7 +103,7 @@ TEST_F(Tree, ClosingDecidesWhatStays) {
 
   ASSERT_EQ(0, init_ucfg_ex());
   EXPECT_EQ(0, write_ucfg_xml(0, "/tarn/a", "for the first device"));
-  choose("other");
+  device.select(device.top() / "other");
   EXPECT_NE("", console_of([] { EXPECT_NE(0, deinit_ucfg_ex(1)); }));
   EXPECT_EQ(stored_leaf("/tarn/a"), std::nullopt);
 }
@@ -164,9 +164,9 @@ TEST_F(Tree, AFailureKeepsNothing) {
   EXPECT_NE("", console_of([] { EXPECT_NE(0, deinit_ucfg_ex(1)); }));
   EXPECT_EQ(tree_leaves(), (std::vector<TreeLeaf>{{"/tarn/a", "1"}, {"/tarn/b/below", "3"}}));
 
-  set_writable(false);
+  device.set_writable(false);
   EXPECT_TRUE(succeeded(start([this] {
-    become_unprivileged(top, Files::own);
+    become_unprivileged(device.top(), Files::own);
     EXPECT_EQ(stored_leaf("/tarn/a"), "1");
     const std::string console = console_of([] { EXPECT_NE(0, store_leaf("/tarn/a", "2")); });
     EXPECT_NE(console.find("Permission denied"), std::string::npos) << console;
