@@ -20,7 +20,8 @@ std::string_view joined(std::string_view object, std::string_view name) {
 }
 
 Access access_of(const Row &row) {
-  return row.reported ? Access::ReportedOnly : row.settable ? Access::ReadWrite : Access::ReadOnly;
+  if (row.reported) return Access::ReportedOnly;
+  return row.settable && !row.agent_set ? Access::ReadWrite : Access::ReadOnly;
 }
 
 std::vector<Parameter> gather() {
@@ -36,8 +37,8 @@ std::vector<Parameter> gather() {
     }
   }
   for (std::span<const Parameter> family :
-       {frame_rows(), lan_rows(), wan_rows(), wan_connection_rows(), management_rows(), device_info_rows(),
-        time_rows(), radio_rows(), security_rows(), voice_rows(), sas_rows(), accounts_rows()})
+       {lan_rows(), wan_rows(), wan_connection_rows(), time_rows(), radio_rows(), security_rows(),
+        voice_rows(), sas_rows(), accounts_rows()})
     all.insert(all.end(), family.begin(), family.end());
   std::ranges::sort(all, {}, &Parameter::path);
   return all;

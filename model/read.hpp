@@ -55,6 +55,7 @@ inline constexpr None NONE;
 #define OBJECT(path)                                {.object = path},
 #define PARAMETER(leaf, kind, of, what, ...)        {.name = leaf, .type = Type::kind, .unit = of, .meaning = what, __VA_ARGS__},
 #define REPORTED(leaf, kind, of, what, ...)         {.name = leaf, .type = Type::kind, .unit = of, .meaning = what, .reported = true, __VA_ARGS__},
+#define AGENT_SET(leaf, kind, of, what, ...)        {.name = leaf, .type = Type::kind, .unit = of, .meaning = what, .agent_set = true, __VA_ARGS__},
 #define LIST(path, leaf, fields, what, ...)         {.object = path, .name = leaf, .form = fields, .meaning = what, __VA_ARGS__},
 
 #define KOVA_READ(getter)                           .get = KOVA_ACCESSOR(getter)
@@ -66,8 +67,10 @@ inline constexpr None NONE;
 #define STORED(getter, key)                               KOVA_READ(getter)
 #define CONSTANT(getter, text)                            KOVA_READ(getter)
 #define COMPUTED(getter, how, what)                       KOVA_READ(getter)
+#define COUNTER(getter, ifname, what)                     KOVA_READ(getter)
 #define CODED_GETTER(getter)                              KOVA_READ(getter)
 #define SETTING(getter, setter, key, rule, how)           KOVA_WRITE(getter, setter, rule)
+#define CONDITIONAL(getter, setter, key, condition, how)  KOVA_WRITE(getter, setter, condition)
 #define SECRET(getter, text, setter, key, rule, how)      KOVA_WRITE(getter, setter, rule)
 #define CODED(getter, setter, may_be)                     KOVA_WRITE(getter, setter, may_be)
 #define CODED_CHECKED(getter, setter, checker, may_be)    KOVA_JUDGED(getter, setter, checker, may_be)
@@ -84,5 +87,7 @@ inline constexpr None NONE;
 #define NAMED(getter, setter, checker, key, group, slot, condition) KOVA_JUDGED(getter, setter, checker, condition)
 #define LONE(getter, setter, checker, key, condition)               KOVA_JUDGED(getter, setter, checker, condition)
 #define STATISTIC(getter, key, what)                                KOVA_READ(getter)
+#define PROVISIONED(getter, setter, key)                  KOVA_WRITE(getter, setter, anything)
+#define IGNORED(getter, setter, key)                      KOVA_WRITE(getter, setter, anything)
 #define CIPHER(getter, setter, key, cipher_key)           KOVA_WRITE(getter, setter, security_modes)
 // clang-format on

@@ -22,10 +22,27 @@ constexpr Row rows[] = {
 };
 } // namespace diagnostics
 
+namespace management {
+constexpr Row rows[] = {
+#include "src/management/acs.def"
+};
+} // namespace management
+
+namespace device_info {
+constexpr Row rows[] = {
+#include "src/management/device_info.def"
+};
+} // namespace device_info
+
 } // namespace
 
 std::span<const std::span<const Row>> tables() {
-  static constexpr std::span<const Row> all[] = {wifi::rows, diagnostics::rows};
+  static constexpr std::span<const Row> all[] = {
+      wifi::rows,
+      diagnostics::rows,
+      management::rows,
+      device_info::rows,
+  };
   return all;
 }
 
