@@ -14,7 +14,8 @@ namespace {
 constexpr auto path_of = [](const Parameter *parameter) { return parameter->path; };
 
 Access access_of(const Row &row) {
-  return row.reported ? Access::ReportedOnly : row.settable ? Access::ReadWrite : Access::ReadOnly;
+  if (row.reported) return Access::ReportedOnly;
+  return row.settable && !row.agent_set ? Access::ReadWrite : Access::ReadOnly;
 }
 
 std::vector<Parameter> gather() {
@@ -30,8 +31,7 @@ std::vector<Parameter> gather() {
     }
   }
   for (std::span<const Parameter> family :
-       {frame_rows(), lan_rows(), wan_rows(), wan_connection_rows(), management_rows(), device_info_rows(),
-        time_rows(), radio_rows(), sas_rows()})
+       {lan_rows(), wan_rows(), wan_connection_rows(), time_rows(), radio_rows(), sas_rows()})
     all.insert(all.end(), family.begin(), family.end());
   std::ranges::sort(all, {}, &Parameter::path);
   return all;

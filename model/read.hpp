@@ -64,6 +64,7 @@ constexpr None operation(const char *, None none) {
 #define OBJECT(path)                                {.object = path},
 #define PARAMETER(leaf, kind, of, what, ...)        {.name = leaf, .type = Type::kind, .unit = of, .meaning = what, __VA_ARGS__},
 #define REPORTED(leaf, kind, of, what, ...)         {.name = leaf, .type = Type::kind, .unit = of, .meaning = what, .reported = true, __VA_ARGS__},
+#define AGENT_SET(leaf, kind, of, what, ...)        {.name = leaf, .type = Type::kind, .unit = of, .meaning = what, .agent_set = true, __VA_ARGS__},
 #define LIST(path, leaf, fields, what, ...)         {.object = path, .name = leaf, .form = fields, .meaning = what, __VA_ARGS__},
 
 #define KOVA_READ(getter)                           .get = KOVA_ACCESSOR(getter)
@@ -75,8 +76,10 @@ constexpr None operation(const char *, None none) {
 #define STORED(getter, key)                               KOVA_READ(getter)
 #define CONSTANT(getter, text)                            KOVA_READ(getter)
 #define COMPUTED(getter, how, what)                       KOVA_READ(getter)
+#define COUNTER(getter, ifname, what)                     KOVA_READ(getter)
 #define CODED_GETTER(getter)                              KOVA_READ(getter)
 #define SETTING(getter, setter, key, rule, how)           KOVA_WRITE(getter, setter, rule)
+#define CONDITIONAL(getter, setter, key, condition, how)  KOVA_WRITE(getter, setter, condition)
 #define SECRET(getter, text, setter, key, rule, how)      KOVA_WRITE(getter, setter, rule)
 #define CODED(getter, setter, may_be)                     KOVA_WRITE(getter, setter, may_be)
 #define CODED_CHECKED(getter, setter, checker, may_be)    KOVA_JUDGED(getter, setter, checker, may_be)
@@ -104,5 +107,7 @@ constexpr None operation(const char *, None none) {
 #define STATISTIC(getter, key, what)                                KOVA_READ(getter)
 #define JUDGE(setter, may_be)                                       .settable = true, .set = KOVA_ACCESSOR(setter), .allowed = may_be
 #define GAIN(getter, key, setter, other_key)              KOVA_WRITE(getter, setter, gains)
+#define PROVISIONED(getter, setter, key)                  KOVA_WRITE(getter, setter, anything)
+#define IGNORED(getter, setter, key)                      KOVA_WRITE(getter, setter, anything)
 #define CIPHER(getter, setter, key, cipher_key)           KOVA_WRITE(getter, setter, security_modes)
 // clang-format on

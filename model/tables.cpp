@@ -69,12 +69,25 @@ constexpr Row rows[] = {
 };
 } // namespace web
 
+namespace management {
+constexpr Row rows[] = {
+#include "src/management/acs.def"
+};
+} // namespace management
+
+namespace device_info {
+constexpr Row rows[] = {
+#include "src/management/device_info.def"
+};
+} // namespace device_info
+
 } // namespace
 
 std::span<const std::span<const Row>> tables() {
-  static constexpr std::span<const Row> all[] = {wifi::rows,     diagnostics::rows, filters::rows,
-                                                 firewall::rows, routes::rows,      voice::rows,
-                                                 snmp::rows,     watchdog::rows,    web::rows};
+  static constexpr std::span<const Row> all[] = {
+      wifi::rows,   diagnostics::rows, management::rows, device_info::rows, filters::rows, firewall::rows,
+      routes::rows, voice::rows,       snmp::rows,       watchdog::rows,    web::rows,
+  };
   return all;
 }
 

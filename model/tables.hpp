@@ -15,7 +15,7 @@ struct Row {
   std::string_view name = "";
   Type type = Type::String;
   std::string_view unit = "", form = "", meaning = "";
-  bool reported = false;
+  bool reported = false, agent_set = false;
   bool settable = false;
   Accessor<kova_getter> get = {};
   Accessor<kova_setter> set = {};

@@ -7,21 +7,19 @@ namespace kova::watchdog {
 
 namespace {
 
-int set(const char *key, const char *value, const char *stored) {
-  if (checkXSSattack(value) < 0) return -1;
-  store(key, stored);
+int set_text(const char *key, const char *value, const Condition &condition) {
+  value = text_or_empty(value);
+  if (!condition.holds(value)) return -1;
+  store(key, value);
   restartPingWatchdog();
   return 0;
 }
 
-int set_unmarked(const char *key, const char *value, const Condition &) {
-  return set(key, value, text_or_empty(value));
-}
-
-int set_switch(const char *key, const char *value, const Condition &) {
-  const bool on = !is_empty(value) && !equal(value, "0");
+int set_switch(const char *key, const char *value, const Condition &condition) {
+  value = text_or_empty(value);
+  const bool on = *value != '\0' && !equal(value, "0");
   dbg_trace(on ? "enable pingWatchdog\n" : "disable pingWatchdog\n");
-  return set(key, value, on ? "1" : "0");
+  return condition.holds(value) ? set_text(key, on ? "1" : "0", anything) : -1;
 }
 
 } // namespace

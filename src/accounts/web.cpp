@@ -26,8 +26,8 @@ int store_hash(const char *password, const char *hash_key, const char *salt_key,
   return 0;
 }
 
-int set_admin(const char *key, const char *value, const Condition &) {
-  if (value == nullptr || checkXSSattack(value) < 0)
+int set_admin(const char *key, const char *value, const Condition &condition) {
+  if (value == nullptr || !condition.holds(value))
     return refuse("[TR069][Error] admin password is refused.\n");
   return store_hash(value, key, "PswdSalt", "admin");
 }

@@ -27,12 +27,6 @@ int answer_statistic(OwnKey key, EchoStatistic statistic, char *buf, unsigned in
   return answer(text, buf, buflen);
 }
 
-// The checkers and the batch validation have judged.
-int set_result(Key key, const char *value) {
-  store(key, text_or_empty(value));
-  return 0;
-}
-
 // Judges a value that takes no part in its group: the tool is not told of it.
 int judge(const char *value, bool (*holds)(const char *)) {
   if (value != nullptr && holds(value)) return 0;
@@ -66,7 +60,7 @@ using namespace kova::diagnostics;
 // Inputs of a test: its state, what its tool is told (the last form wants the parameter's name), what is only kept.
 #define STATE(getter, setter, checker, key, group, slot)                                                     \
   COMPUTED(getter, answer_state, runtime(key))                                                               \
-  KOVA_SET(setter, set_result(runtime(key), value))                                                          \
+  KOVA_SET(setter, set_as_given(runtime(key), value))                                                        \
   KOVA_CHECK(checker, check(name, value, requested.holds, {gPVCL.group, gPVCL.slot}))
 #define INPUT(getter, setter, checker, key, group, slot, condition)                                          \
   RESULT(getter, setter, runtime(key))                                                                       \

@@ -3,12 +3,13 @@
 
 #include "platform/keys.hpp"
 #include "platform/webs.h"
-#include "src/frame/number.hpp"
 #include "src/frame/trace.hpp"
 #include "src/lists/row_list.hpp"
 #include "src/security/manager.hpp"
 
 #include <kova/security.h>
+
+#include <cstdio>
 
 namespace kova::security {
 

@@ -3,7 +3,6 @@
 
 #include "platform/keys.hpp"
 #include "platform/nvram.h"
-#include "src/frame/number.hpp"
 #include "src/frame/settings.hpp"
 #include "src/frame/shell.hpp"
 #include "src/frame/trace.hpp"

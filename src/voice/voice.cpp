@@ -1,6 +1,5 @@
 // The telephone line: SIP, codecs, gains, RTP.
 #include "platform/keys.hpp"
-#include "src/frame/number.hpp"
 #include "src/frame/rows.hpp"
 #include "src/frame/set.hpp"
 #include "src/frame/trace.hpp"

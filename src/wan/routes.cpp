@@ -1,5 +1,4 @@
 // Static routes: a list of rows whose refusals are numbered, and whose changes restart the routing service.
-#include "src/frame/number.hpp"
 #include "src/frame/rows.hpp"
 #include "src/frame/trace.hpp"
 #include "src/lists/fields.hpp"
