@@ -18,19 +18,19 @@ namespace {
 // What most lists have in common: rows beyond the last read as "", and the device sees 255 characters of all rows.
 #define RULES(object, add, set, get, remove, meaning) \
   {object ".{i}.Rule", OPERATION(get), OPERATION(add), OPERATION(set), OPERATION(remove), \
-   nullptr, true, 255, meaning}
+   nullptr, true, 255, "", meaning}
 #define FILTER(family, list, add, set, get, remove, condition) \
   RULES(FIREWALL family "Filter." list, add, set, get, remove, condition "; editable while the filter is on")
 
 constexpr RowList all[] = {
     {"InternetGatewayDevice.Layer3Forwarding.X_KOVA_Route.{i}.Rule", OPERATION(kovaGetXRouteRulesRule),
      OPERATION(kovaAddXRouteRulesRule), OPERATION(kovaSetXRouteRulesRule), OPERATION(kovaDelXRouteRulesRule),
-     &RouteSetting_getErrStr, false, 0, "Static route \"gateway,network,mask,type\"; type 0 through the gateway, 1 direct"},
+     &RouteSetting_getErrStr, false, 0, "", "Static route \"gateway,network,mask,type\"; type 0 through the gateway, 1 direct"},
     RULES("InternetGatewayDevice.Services.VoiceService.1.VoiceProfile.1.Line.1.X_KOVA_SpeedDial",
           kovaaddQuickdialRule, kovaSetQuickdialRule, kovaGetQuickdialRule, kovadelQuickdialRule,
           "Short number \"dial number,real number,note\"; dial number 1 to 16"),
     {"InternetGatewayDevice.TraceRouteDiagnostics.RouteHops.{i}.HopHost", OPERATION(kovaGetDiagnosticsRouteHopsHopHost),
-     {}, {}, {}, nullptr, false, 0, "Host of a hop of the last traceroute"},
+     {}, {}, {}, nullptr, false, 0, "", "Host of a hop of the last traceroute"},
     RULES(FIREWALL "ACL", kovaaddACLSettings, kovaSetACLSettingsRules, kovaGetACLSettingsRules, kovadelACLSettings,
           "Access \"service,first,last,interface\"; service 4, 7 or 8, interface 0 WAN or 1 LAN"),
     FILTER("IP", "Black", kovaaddIPBlackFilterSetting, kovaSetIPBlackFilterRules, kovaGetIPFilterRules,

@@ -1,6 +1,6 @@
 // SNMP, the web interface's lock, the ping watchdog, and checks of the diagnostics objects.
 #include "platform/nvram.h"
-#include "src/frame/settings.hpp"
+#include "src/frame/rows.hpp"
 #include "src/frame/trace.hpp"
 
 #include <kova/accounts.h>
@@ -20,7 +20,7 @@ constexpr int snmp_rules = 24;
 constexpr const char *snmp_enable_key = "snmp_enable";
 
 int store_and_start_snmp(const char *key, const char *value) {
-  store(Section::config, key, value);
+  store(key, value);
   kova_trigger_cpe_event("ce_snmp_start");
   kova_trigger_cpe_event("fw_sip_rule");
   return 0;
@@ -50,7 +50,7 @@ int set_credential(const SnmpCredential &credential, const char *value) {
 // ---- Diagnostics objects
 
 int check_host(const char *value) {
-  constexpr Rule host_rule = {21, 1};
+  constexpr Rule host_rule = rule_of(21, 1);
   return passes(host_rule, text_or_empty(value)) ? 0 : -1;
 }
 
@@ -66,7 +66,7 @@ int check_interface(const char *value) {
 
 int set_watchdog(const char *key, const char *value, const char *stored) {
   if (checkXSSattack(value) < 0) return -1;
-  store(Section::config, key, text_or_empty(stored));
+  store(key, text_or_empty(stored));
   restartPingWatchdog();
   return 0;
 }
@@ -78,24 +78,25 @@ int set_watchdog(const char *key, const char *value, const char *stored) {
 using namespace kova;
 using namespace kova::accounts;
 
-KOVA_SETTING_GETTER(kovaGetSNMPEnable, Section::config, snmp_enable_key)
+STORED(kovaGetSNMPEnable, snmp_enable_key)
 int kovaSetSNMPEnable(const char *value) {
   value = text_or_empty(value);
-  if (!passes({snmp_rules, 0}, value)) return refuse("[TR069][Error] SNMP enable value error.\n");
+  if (!passes(kova::rule_of(snmp_rules, 0), value))
+    return refuse("[TR069][Error] SNMP enable value error.\n");
   return store_and_start_snmp(snmp_enable_key, value);
 }
-KOVA_SETTING_GETTER(kovaGetSNMPUserName, Section::config, user_name.key)
+STORED(kovaGetSNMPUserName, user_name.key)
 int kovaSetSNMPUserName(const char *value) {
   return set_credential(user_name, value);
 }
-KOVA_CONSTANT_GETTER(kovaGetSNMPPassword, " ")
+CONSTANT(kovaGetSNMPPassword, " ")
 int kovaSetSNMPPassword(const char *value) {
   return set_credential(password, value);
 }
 
 int kovaGetWebLockTimeSettings(char *buf, unsigned int buflen) {
   Text seconds;
-  return load(Section::config, "WebTimeout", seconds) ? answer(seconds, buf, buflen) : 0;
+  return load("WebTimeout", seconds) ? answer(seconds, buf, buflen) : 0;
 }
 
 int kovaSetWebLockTimeSettings(const char *value) {
@@ -106,7 +107,7 @@ int kovaSetWebLockTimeSettings(const char *value) {
   const long seconds = std::strtol(value, nullptr, 10);
   if (seconds < least || seconds > most)
     return refuse("[TR069][Error] Please enter the number of seconds between 300 to 65535.");
-  store(Section::config, "WebTimeout", value);
+  store("WebTimeout", value);
   return 0;
 }
 
@@ -124,7 +125,7 @@ int kovasetTraceRouteDiagnosticsInterface(const char *value) {
 }
 
 int kovaGetDiagnosticsRouteHopsHopHost(int index, char *out, unsigned int outlen) {
-  const Text hosts = load(Section::config, "ROUTEHOPS_HOPHOST");
+  const Text hosts = load("ROUTEHOPS_HOPHOST");
   const int count = firewall_getRuleNums(hosts);
   if (index < 1 || index > count) {
     dbg_trace("Rule index %d out of range %d!\n", index, count);
@@ -142,12 +143,12 @@ int setTR069PingWatchdogEnable(const char *value) {
 }
 
 #define WATCHDOG(getter, setter, key)                                                                        \
-  KOVA_SETTING_GETTER(getter, Section::config, key)                                                          \
+  STORED(getter, key)                                                                                        \
   int setter(const char *value) {                                                                            \
     return set_watchdog(key, value, value);                                                                  \
   }
 // clang-format off
-KOVA_SETTING_GETTER(getTR069PingWatchdogEnable, Section::config, "pingWdEnable")
+STORED(getTR069PingWatchdogEnable, "pingWdEnable")
 WATCHDOG(getTR069PingWatchdogIPAddress,            setTR069PingWatchdogIPAddress,            "pingWdIpAddress")
 WATCHDOG(getTR069PingWatchdogTimeout,              setTR069PingWatchdogTimeout,              "pingWdTimeOut")
 WATCHDOG(getTR069PingWatchdogCount,                setTR069PingWatchdogCount,                "pingWdCount")

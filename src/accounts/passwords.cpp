@@ -1,7 +1,7 @@
 // The web accounts' passwords and their policy.
 #include "platform/nvram.h"
 #include "platform/webs.h"
-#include "src/frame/settings.hpp"
+#include "src/frame/rows.hpp"
 #include "src/frame/trace.hpp"
 
 #include <kova/accounts.h>
@@ -60,8 +60,8 @@ int store_hash(const char *password, const char *hash_key, const char *salt_key,
   constexpr int hash_size = 32;
   gen_weblogin_passwd(password, salt, static_cast<int>(std::strlen(salt)), hash, hash_size);
   if (*hash == '\0') return -1; // an empty hash would lock the account
-  store(Section::config, hash_key, hash);
-  store(Section::config, salt_key, salt);
+  store(hash_key, hash);
+  store(salt_key, salt);
   dbg_trace("[TR069] Set %s password successfully\n", whose);
   return 0;
 }
@@ -147,7 +147,7 @@ int mod_check_password(const char *password) {
   return 0;
 }
 
-KOVA_CONSTANT_GETTER(kovaGetAdminPassword, "")
+CONSTANT(kovaGetAdminPassword, "")
 int kovaSetAdminPassword(const char *value) {
   if (value == nullptr || checkXSSattack(value) < 0) {
     dbg_trace("[TR069][Error] admin password is refused.\n");
@@ -156,7 +156,7 @@ int kovaSetAdminPassword(const char *value) {
   return store_hash(value, "WebsPassword", "PswdSalt", "admin");
 }
 
-KOVA_CONSTANT_GETTER(kovaGetUserPassword, " ")
+CONSTANT(kovaGetUserPassword, " ")
 int kovaSetUserPassword(const char *value) {
   if (value == nullptr) return -1;
   char password[64];

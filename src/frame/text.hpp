@@ -9,8 +9,11 @@ namespace kova {
 // A value read from a store: at most 255 characters, zeroed before each read.
 struct Text {
   static constexpr int size = 256;
-  char chars[size] = {};
+  enum Unset { unset };
+  char chars[size];
 
+  Text() : chars{} {}
+  explicit Text(Unset) {} // for who fills all of it at once: NOLINT(cppcoreguidelines-pro-type-member-init)
   operator const char *() const { return chars; }
   bool empty() const { return chars[0] == '\0'; }
 };

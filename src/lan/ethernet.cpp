@@ -1,5 +1,5 @@
 // The LAN Ethernet port.
-#include "src/frame/settings.hpp"
+#include "src/frame/rows.hpp"
 #include "src/frame/shell.hpp"
 #include "src/frame/statistics.hpp"
 
@@ -23,10 +23,10 @@ bool has_link() {
   }
 
 // clang-format off
-KOVA_CONSTANT_GETTER(kovaLANEthernetInterfaceNumberOfEntriesValue, "1")
-KOVA_CONSTANT_GETTER(kovaLANWLANConfigurationNumberOfEntriesValue, "1")
-KOVA_CONSTANT_GETTER(kovaGetLANEthernetInterfaceConfigStatusValue, "up")
-KOVA_CONSTANT_GETTER(kovaGetLANEthernetInterfaceConfigEnableValue, "true")
+CONSTANT(kovaLANEthernetInterfaceNumberOfEntriesValue, "1")
+CONSTANT(kovaLANWLANConfigurationNumberOfEntriesValue, "1")
+CONSTANT(kovaGetLANEthernetInterfaceConfigStatusValue, "up")
+CONSTANT(kovaGetLANEthernetInterfaceConfigEnableValue, "true")
 COUNTER_GETTER(      kovaGetLANEthernetInterfaceConfigStatsBytesSentValue,      sent_bytes)
 COUNTER_GETTER(      kovaLANEthernetInterfaceConfigStatsBytesReceivedValue,     received_bytes)
 COUNTER_GETTER(      kovaLANEthernetInterfaceConfigStatsPacketsSentValue,       sent_packets)

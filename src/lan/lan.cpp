@@ -1,5 +1,6 @@
 // LAN address, DHCP server, pool and DNS servers as parameters of the set transaction.
 #include "platform/webs.h"
+#include "src/frame/rows.hpp"
 #include "src/lan/lan_rules.hpp"
 #include "src/transaction/park.hpp"
 
@@ -30,7 +31,7 @@ int check_optional_server(const char *name, const char *value, Place place) {
 
 // The checkers have judged: a setter only stores, and makes the DHCP server read its settings again.
 int set(const char *key, const char *value) {
-  store(Section::config, key, value);
+  store(key, value);
   mrhd_restart_dhcp_server();
   return 0;
 }
@@ -46,13 +47,13 @@ bool same_address(const char *a, const char *b) {
 }
 
 void drop_rules_on_lan_addresses() {
-  store(Section::config, "DMZEnable", "0");
-  store(Section::config, "DMZAddress", "");
-  store(Section::config, "PortForwardEnable", "0");
-  store(Section::config, "PortForwardRules", "");
-  store(Section::config, "IPPortFilterEnable", "0");
-  store(Section::config, "IPPortFilterRules", "");
-  store(Section::config, "IPPortFilterWhiteRules", "");
+  store("DMZEnable", "0");
+  store("DMZAddress", "");
+  store("PortForwardEnable", "0");
+  store("PortForwardRules", "");
+  store("IPPortFilterEnable", "0");
+  store("IPPortFilterRules", "");
+  store("IPPortFilterWhiteRules", "");
 }
 
 } // namespace kova::lan
@@ -61,7 +62,7 @@ using namespace kova;
 using namespace kova::lan;
 
 #define REQUIRED(getter, setter, checker, key, place, allowed, rule)                                         \
-  KOVA_SETTING_GETTER(getter, Section::config, key)                                                          \
+  STORED(getter, key)                                                                                        \
   int checker(const char *name, const char *value) {                                                         \
     return check(name, value, allowed, rule, place);                                                         \
   }                                                                                                          \
@@ -69,7 +70,7 @@ using namespace kova::lan;
     return set_required(key, value);                                                                         \
   }
 #define OPTIONAL_SERVER(getter, setter, checker, key, place)                                                 \
-  KOVA_SETTING_GETTER(getter, Section::config, key)                                                          \
+  STORED(getter, key)                                                                                        \
   int checker(const char *name, const char *value) {                                                         \
     return check_optional_server(name, value, place);                                                        \
   }                                                                                                          \
@@ -89,12 +90,12 @@ REQUIRED(       getTR069DHCPPoolEndIP,    setTR069DHCPPoolEndIP,    chkTR069DHCP
 REQUIRED(       getTR069Dns1,             setTR069Dns1,             chkTR069Dns1,             "primaryDNS",    DNS(dns1),             any,                dns_server_rule)
 OPTIONAL_SERVER(getTR069Dns2,             setTR069Dns2,             chkTR069Dns2,             "secondaryDNS",  DNS(dns2))
 OPTIONAL_SERVER(getTR069Dns3,             setTR069Dns3,             chkTR069Dns3,             "thirdlyDNS",    DNS(dns3))
-KOVA_SETTING_GETTER(getTR069DHCPLeaseTime, Section::config, "dhcpLeaseTime")
+STORED(getTR069DHCPLeaseTime, "dhcpLeaseTime")
 // clang-format on
 
 // The data model's option is the inverse of the stored one.
 int getTR069DnsOption(char *buf, unsigned int buflen) {
-  return answer(equal(load(Section::config, "dnsOption"), "0") ? "1" : "0", buf, buflen);
+  return answer(equal(load("dnsOption"), "0") ? "1" : "0", buf, buflen);
 }
 int chkTR069DnsOption(const char *name, const char *value) {
   return check(name, value, is_zero_or_one, dns_option_rule, DNS(dnsOption));

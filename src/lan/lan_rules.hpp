@@ -7,11 +7,10 @@ namespace kova::lan {
 
 inline constexpr int dhcp_server = 1, dhcp_relay = 2; // values of "dhcpEnabled"; 0 is off
 
-inline constexpr int rules = 3; // the platform's rule group for LAN and DHCP
-inline constexpr Rule dhcp_mode_rule = {rules, 8}, address_rule = {rules, 9}, netmask_rule = {rules, 10},
-                      pool_start_rule = {rules, 11}, pool_end_rule = {rules, 12},
-                      lease_time_rule = {rules, 21}, dns_option_rule = {rules, 27},
-                      dns_server_rule = {rules, 28};
+inline constexpr Rule dhcp_mode_rule = RULE_LAN_DHCP_MODE, address_rule = RULE_LAN_ADDRESS,
+                      netmask_rule = RULE_LAN_NETMASK, pool_start_rule = RULE_LAN_POOL_START,
+                      pool_end_rule = RULE_LAN_POOL_END, lease_time_rule = RULE_LAN_LEASE_TIME,
+                      dns_option_rule = RULE_LAN_DNS_OPTION, dns_server_rule = RULE_LAN_DNS_SERVER;
 
 bool same_address(const char *a, const char *b);
 

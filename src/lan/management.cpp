@@ -2,6 +2,7 @@
 // nothing is restarted before the apply parameter is set.
 #include "platform/nvram.h"
 #include "platform/webs.h"
+#include "src/frame/rows.hpp"
 #include "src/frame/shell.hpp"
 #include "src/frame/trace.hpp"
 #include "src/lan/lan_rules.hpp"
@@ -32,7 +33,7 @@ constexpr const char *meets_own_address =
 
 // 0 when the rule passes the address, else -1 with the rule's complaint.
 int judge_address(Rule rule, const char *value) {
-  switch (const int code = tarn_check_param(rule.group, value, rule.item)) {
+  switch (const int code = ask(rule, value)) {
   case -1:
     return refuse_lan("Please enter IP address");
   case -2:
@@ -57,14 +58,13 @@ struct PoolBound {
 int set_pool_bound(PoolBound bound, const char *value) {
   if (dhcp_mode() == 0) return refuse_without_dhcp();
   value = text_or_empty(value);
-  const Text own = load(Section::config, "lan_ip"), mask = load(Section::config, "lan_netmask"),
-             other = load(Section::config, bound.other_key);
+  const Text own = load("lan_ip"), mask = load("lan_netmask"), other = load(bound.other_key);
   if (judge_address(bound.rule, value) != 0) return -1;
   const char *start = bound.is_start ? value : other, *end = bound.is_start ? other : value;
   if (IPRangeCheck(own, mask, start, end) == 0) return refuse_lan(outside_network);
   if (webscheckIpStartEnd(start, end) == 0) return refuse_lan("Please enter a valid IP address range.");
   if (same_address(value, own)) return refuse_lan(meets_own_address);
-  store(Section::config, bound.key, value);
+  store(bound.key, value);
   return 0;
 }
 
@@ -84,7 +84,7 @@ void move_bound(const char *key, const Quad &address, const Quad &bound) {
   Text moved;
   std::snprintf(moved.chars, Text::size, "%.60s.%.60s.%.60s.%.60s", address.part[0], address.part[1],
                 address.part[2], bound.part[3]);
-  store(Section::config, key, moved);
+  store(key, moved);
 }
 
 } // namespace
@@ -95,19 +95,19 @@ using namespace kova;
 using namespace kova::lan;
 
 // clang-format off
-KOVA_CONSTANT_GETTER(kovaGetTR069DHCPServerConfigurableValue, "true")
-KOVA_SETTING_GETTER( kovaGetDHCPServerEnableValue,     Section::config, "dhcpEnabled")
-KOVA_SETTING_GETTER( kovaGetManagementMinAddressValue, Section::config, "dhcpStart")
-KOVA_SETTING_GETTER( kovaGetManagementMaxAddressValue, Section::config, "dhcpEnd")
-KOVA_SETTING_GETTER( kovaGetManagementSubnetMaskValue, Section::config, "lan_netmask")
-KOVA_SETTING_GETTER( kovaGetTR069LANSubnetMask,        Section::config, "lan_netmask")
-KOVA_SETTING_GETTER( kovaDHCPLeaseTimeValue,           Section::config, "dhcpLeaseTime")
-KOVA_SETTING_GETTER( kovaGetIPInterfaceIPAddressValue, Section::config, "lan_ip")
-KOVA_SETTING_GETTER( kovaGetTR069LANIPAddress,         Section::config, "lan_ip")
+CONSTANT(kovaGetTR069DHCPServerConfigurableValue, "true")
+STORED(kovaGetDHCPServerEnableValue, "dhcpEnabled")
+STORED(kovaGetManagementMinAddressValue, "dhcpStart")
+STORED(kovaGetManagementMaxAddressValue, "dhcpEnd")
+STORED(kovaGetManagementSubnetMaskValue, "lan_netmask")
+STORED(kovaGetTR069LANSubnetMask, "lan_netmask")
+STORED(kovaDHCPLeaseTimeValue, "dhcpLeaseTime")
+STORED(kovaGetIPInterfaceIPAddressValue, "lan_ip")
+STORED(kovaGetTR069LANIPAddress, "lan_ip")
 // clang-format on
 
 int kovaGetDHCPRelayValue(char *buf, unsigned int buflen) {
-  return answer(equal(load(Section::config, "dhcpEnabled"), "2") ? "1" : "0", buf, buflen);
+  return answer(equal(load("dhcpEnabled"), "2") ? "1" : "0", buf, buflen);
 }
 
 int kovaGetTR069LANMacAddress(char *buf, unsigned int buflen) {
@@ -119,7 +119,7 @@ int kovaGetTR069LANMacAddress(char *buf, unsigned int buflen) {
 int kovasetDHCPServerEnableValue(const char *value) {
   value = text_or_empty(value);
   if (!passes(dhcp_mode_rule, value) || leading_number(value) == dhcp_relay) return -1;
-  store(Section::config, "dhcpEnabled", value);
+  store("dhcpEnabled", value);
   return 0;
 }
 
@@ -134,14 +134,13 @@ int kovasetManagementMaxAddressValue(const char *value) {
 int kovasetManagementSubnetMaskValue(const char *value) {
   if (dhcp_mode() == 0) return refuse_without_dhcp();
   value = text_or_empty(value);
-  const Text own = load(Section::config, "lan_ip"), start = load(Section::config, "dhcpStart"),
-             end = load(Section::config, "dhcpEnd");
+  const Text own = load("lan_ip"), start = load("dhcpStart"), end = load("dhcpEnd");
   if (IPRangeCheck(own, value, start, end) == 0) {
     dbg_trace("[TR069][DHCP][SubnetMask] Error, %s\n", outside_network);
     return -1;
   }
   if (!passes(address_rule, own) || !passes(netmask_rule, value)) return -1;
-  store(Section::config, "lan_netmask", value);
+  store("lan_netmask", value);
   return 0;
 }
 
@@ -149,14 +148,14 @@ int kovasetDHCPLeaseTime(const char *value) {
   if (dhcp_mode() == 0) return refuse_without_dhcp();
   value = text_or_empty(value);
   if (!passes(lease_time_rule, value)) return -1;
-  store(Section::config, "dhcpLeaseTime", value);
+  store("dhcpLeaseTime", value);
   return 0;
 }
 
 int kovasetIPInterfaceIPAddressValue(const char *value) {
   const int mode = dhcp_mode();
-  const Text own = load(Section::config, "lan_ip"), mask = load(Section::config, "lan_netmask"),
-             start = load(Section::config, "dhcpStart"), end = load(Section::config, "dhcpEnd");
+  const Text own = load("lan_ip"), mask = load("lan_netmask"), start = load("dhcpStart"),
+             end = load("dhcpEnd");
   if (mode == 0) return refuse_without_dhcp();
   value = text_or_empty(value);
   if (judge_address(address_rule, value) != 0) return -1;
@@ -171,7 +170,7 @@ int kovasetIPInterfaceIPAddressValue(const char *value) {
       ((has_first && address.last() == first.last()) || (has_last && address.last() == last.last())))
     return refuse_lan(meets_own_address);
 
-  store(Section::config, "lan_ip", value);
+  store("lan_ip", value);
   if (has_first) move_bound("dhcpStart", address, first);
   if (has_last) move_bound("dhcpEnd", address, last);
   return 0;

@@ -1,5 +1,5 @@
 // The management server's settings.
-#include "src/frame/settings.hpp"
+#include "src/frame/rows.hpp"
 #include "src/frame/statistics.hpp"
 #include "src/management/reach.hpp"
 
@@ -13,35 +13,35 @@ namespace {
 
 Rule rule(int item) {
   constexpr int management_server = 7; // the platform's rule group
-  return {management_server, item};
+  return kova::rule_of(management_server, item);
 }
 
-int get(InstanceKey key, char *buf, unsigned int buflen) {
-  return get_setting(Section::config, key.current(), buf, buflen);
+int get(Key key, char *buf, unsigned int buflen) {
+  return answer_stored(key, buf, buflen);
 }
 
-int set(InstanceKey key, const char *value) {
-  store(Section::config, key.current(), text_or_empty(value));
+int set(Key key, const char *value) {
+  store(key, text_or_empty(value));
   return 0;
 }
 
-int set_checked(InstanceKey key, const char *value, int item) {
+int set_checked(Key key, const char *value, int item) {
   return passes_unmarked(rule(item), text_or_empty(value)) ? set(key, value) : -1;
 }
 
-int set_switch(InstanceKey key, const char *value, int item) {
+int set_switch(Key key, const char *value, int item) {
   const char *digit = boolean_setting(value);
   return digit == nullptr ? -1 : set_checked(key, digit, item);
 }
 
 // Judges the switch that the text stands for, but stores the text itself.
-int set_switch_as_given(InstanceKey key, const char *value, int item) {
+int set_switch_as_given(Key key, const char *value, int item) {
   const char *digit = boolean_setting(value);
   return digit != nullptr && passes_unmarked(rule(item), digit) ? set(key, value) : -1;
 }
 
-constexpr InstanceKey shared(const char *key) {
-  return {key, key};
+constexpr Key shared(const char *key) {
+  return key;
 }
 
 } // namespace
@@ -51,7 +51,6 @@ constexpr InstanceKey shared(const char *key) {
 using namespace kova;
 using namespace kova::management;
 
-#define OWN KOVA_INSTANCE_KEY
 #define GETTER(getter, key)                                                                                  \
   int getter(char *buf, unsigned int buflen) {                                                               \
     return get(key, buf, buflen);                                                                            \
@@ -73,17 +72,17 @@ using namespace kova::management;
 
 int kovaSetTR069PeriodicInformInterval(const char *value) {
   // The primary's switch counts for both instances.
-  if (equal(load(Section::config, "TR_INFORM_ENABLE"), "0")) return -1;
+  if (equal(load("TR_INFORM_ENABLE"), "0")) return -1;
   return set_checked(OWN("TR_INFORM_INTERVAL"), value, 6);
 }
 
 // The agent publishes the address while it runs.
 int kovaGetTR069UDPConnectionRequestAddress(char *buf, unsigned int buflen) {
-  return get_setting(Section::runtime, OWN("TR_UDPCR_PATH").current(), buf, buflen);
+  return answer_stored(runtime(OWN("TR_UDPCR_PATH")), buf, buflen);
 }
 int kovaSetTR069UDPConnectionRequestAddress(const char *value) {
   if (checkXSSattack(value) < 0) return -1;
-  store(Section::runtime, OWN("TR_UDPCR_PATH").current(), text_or_empty(value));
+  store(runtime(OWN("TR_UDPCR_PATH")), text_or_empty(value));
   return 0;
 }
 
@@ -113,13 +112,13 @@ GETTER(kovaGetTR069ParameterKey,                      OWN("TR_PARAMKEY"))     SE
                                                                               SETTER(kovaSetTR069ConnectionRequestURL,                 OWN("TR_CR_PATH"))
 GETTER(kovaGetTR069ConnectionRequestUsername,         OWN("TR_CR_USER"))      CHECKED_SETTER(kovaSetTR069ConnectionRequestUsername,    set_checked,         OWN("TR_CR_USER"),        7)
 GETTER(kovaGetTR069ConnectionRequestPassword,         OWN("TR_CR_PASS"))      CHECKED_SETTER(kovaSetTR069ConnectionRequestPassword,    set_checked,         OWN("TR_CR_PASS"),        8)
-KOVA_CONSTANT_GETTER(kovaGetTR069UDPConnectionRequestAddressNotificationLimit, "")
+CONSTANT(kovaGetTR069UDPConnectionRequestAddressNotificationLimit, "")
                                                                               CHECKED_SETTER(kovaSetTR069UDPConnectionRequestAddressNotificationLimit, set_checked, OWN("TR_UDPCR_LIMIT"), 13)
 GETTER(kovaGetTR069STUNEnable,                        OWN("TR_STUN_ENABLE"))  CHECKED_SETTER(kovaSetTR069STUNEnable,                   set_switch_as_given, OWN("TR_STUN_ENABLE"),   14)
 GETTER(kovaGetTR069STUNServerAddress,                 OWN("TR_STUN_SERVER"))  CHECKED_SETTER(kovaSetTR069STUNServerAddress,            set_checked,         OWN("TR_STUN_SERVER"),   15)
 GETTER(kovaGetTR069STUNServerPort,                    OWN("TR_STUN_PORT"))    CHECKED_SETTER(kovaSetTR069STUNServerPort,               set_checked,         OWN("TR_STUN_PORT"),     16)
-KOVA_CONSTANT_GETTER(kovaGetTR069STUNUsername, "")                            CHECKED_SETTER(kovaSetTR069STUNUsername,                 set_checked,         OWN("TR_STUN_USER"),     17)
-KOVA_CONSTANT_GETTER(kovaGetTR069STUNPassword, "")                            CHECKED_SETTER(kovaSetTR069STUNPassword,                 set_checked,         OWN("TR_STUN_PASS"),     18)
+CONSTANT(kovaGetTR069STUNUsername, "")                            CHECKED_SETTER(kovaSetTR069STUNUsername,                 set_checked,         OWN("TR_STUN_USER"),     17)
+CONSTANT(kovaGetTR069STUNPassword, "")                            CHECKED_SETTER(kovaSetTR069STUNPassword,                 set_checked,         OWN("TR_STUN_PASS"),     18)
 GETTER(kovaGetTR069STUNMaximumKeepAlivePeriod,        OWN("TR_STUN_MAX_KA"))  CHECKED_SETTER(kovaSetTR069STUNMaximumKeepAlivePeriod,   set_checked,         OWN("TR_STUN_MAX_KA"),   19)
 GETTER(kovaGetTR069STUNMinimumKeepAlivePeriod,        OWN("TR_STUN_MIN_KA"))  CHECKED_SETTER(kovaSetTR069STUNMinimumKeepAlivePeriod,   set_checked,         OWN("TR_STUN_MIN_KA"),   20)
 GETTER(kovaGetTR069NatDetected,                       OWN("TR_NAT_DETECTED")) CHECKED_SETTER(kovaSetTR069NatDetected,                  set_switch_as_given, OWN("TR_NAT_DETECTED"),  21)

@@ -1,7 +1,7 @@
 // What the device says about itself. Both management instances report the same device.
 #include "platform/nvram.h"
 #include "src/frame/interface_query.hpp"
-#include "src/frame/settings.hpp"
+#include "src/frame/rows.hpp"
 #include "src/frame/shell.hpp"
 
 #include <kova/management.h>
@@ -14,8 +14,10 @@
 #include <initializer_list>
 
 using kova::answer;
-using kova::get_whole_setting;
+using kova::answer_whole;
+using kova::Key;
 using kova::load;
+using kova::runtime;
 using kova::Section;
 using kova::Text;
 
@@ -43,15 +45,15 @@ int answer_memory(unsigned long (*amount)(const struct sysinfo &), char *buf, un
   return answer_number(static_cast<long>(amount(facts) / 1000), buf, buflen);
 }
 
-bool is_stored(Section section, const char *key) {
-  return !load(section, key).empty();
+bool is_stored(Key key) {
+  return !load(key).empty();
 }
 
 } // namespace
 
 #define WHOLE(getter, key)                                                                                   \
   int getter(char *buf, unsigned int buflen) {                                                               \
-    return get_whole_setting(Section::config, key, buf, buflen);                                             \
+    return answer_whole(key, buf, buflen);                                                                   \
   }
 
 // clang-format off
@@ -63,27 +65,25 @@ WHOLE(               kovaGetTR069Description,               "WEB_NAME")
 WHOLE(               kovaGetTR069ProductClass,              "TR_ProductClass")
 WHOLE(               kovaGetTR069SpecVersion,               "TR_SpecVer")
 WHOLE(               kovaGetTR069ProvisioningCode,          "TR_PROVCODE")
-KOVA_SETTING_GETTER( kovaGetTR069AdditionalSoftwareVersion, Section::config,  "TR_AddSoftVer")
-KOVA_SETTING_GETTER( kovaGetTR069MapnQos,                   Section::config,  "/cwmp/MapnQos")
-KOVA_SETTING_GETTER( kovaGetTR069ModemFirmwareVersion,      Section::runtime, "TR_MODEM_VER")
-KOVA_CONSTANT_GETTER(kovaGetTR069SoftwareVersion,           "KovAE_BG_1.8.11.37")
+STORED(kovaGetTR069AdditionalSoftwareVersion, "TR_AddSoftVer")
+STORED(kovaGetTR069MapnQos, "/cwmp/MapnQos")
+STORED(kovaGetTR069ModemFirmwareVersion, ::kova::runtime("TR_MODEM_VER"))
+CONSTANT(kovaGetTR069SoftwareVersion,           "KovAE_BG_1.8.11.37")
 // clang-format on
 
 int kovaGetTR069SerialNumber(char *buf, unsigned int buflen) {
-  return get_whole_setting(Section::runtime, is_stored(Section::runtime, "CACHE_SN") ? "CACHE_SN" : "IMEI",
-                           buf, buflen);
+  return answer_whole(runtime(is_stored(runtime("CACHE_SN")) ? "CACHE_SN" : "IMEI"), buf, buflen);
 }
 
 // "TR_HardVer" is never a source.
 int kovaGetTR069HardwareVersion(char *buf, unsigned int buflen) {
   for (const char *key : {"CACHE_HW_VER", "HW_VER"})
-    if (const Text version = load(Section::runtime, key); !version.empty())
-      return answer(version, buf, buflen);
+    if (const Text version = load(runtime(key)); !version.empty()) return answer(version, buf, buflen);
   return answer("N/A", buf, buflen);
 }
 
 int kovaSetTR069ProvisioningCode(const char *value) {
-  kova::store(Section::config, "TR_PROVCODE", kova::text_or_empty(value));
+  kova::store("TR_PROVCODE", kova::text_or_empty(value));
   SyncfromNetworkTime();
   return 0;
 }
@@ -97,7 +97,7 @@ int kovaGetTR069UpTime(char *buf, unsigned int buflen) {
 }
 
 int kovaGetTR069ConntionTime(char *buf, unsigned int buflen) {
-  const long connected_at = std::atol(load(Section::runtime, "lte_conn_uptime")); // NOLINT(cert-err34-c)
+  const long connected_at = std::atol(load(runtime("lte_conn_uptime"))); // NOLINT(cert-err34-c)
   const long now = up_time();
   return answer_number(connected_at > 0 && connected_at < now ? now - connected_at : 0, buf, buflen);
 }

@@ -138,7 +138,7 @@ bool append_ipv6_rule(const char *marker, const char *interface, int service, co
   if (longer.writable() == nullptr) return false;
   std::snprintf(longer.writable(), room, "%s%s%s", static_cast<const char *>(list), *list != '\0' ? ";" : "",
                 row);
-  store(Section::config, list_key, longer);
+  store(list_key, longer);
   return true;
 }
 

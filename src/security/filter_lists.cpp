@@ -35,7 +35,7 @@ int check_mac_row(const char *value, int) {
 int check_url_row(const char *value, int position) {
   char allowed[16];
   std::snprintf(allowed, sizeof allowed, "%d", position - 1);
-  return checkUrlFilterParam(value, 1, allowed, load(Section::config, "URLFilterMode"));
+  return checkUrlFilterParam(value, 1, allowed, load("URLFilterMode"));
 }
 
 int check_ip_row(const char *value, int) {
@@ -64,7 +64,7 @@ constexpr List
 
 // Does the value name an own interface, whose address is stored as twelve digits?
 bool is_own_mac(const char *key, const char *value) {
-  const Text digits = load(Section::runtime, key);
+  const Text digits = load(runtime(key));
   if (std::strlen(digits) < 12) return false;
   char mac[18] = {};
   for (std::size_t pair = 0; pair < 6; ++pair)
@@ -114,15 +114,15 @@ int checkInvalidMacParam(const char *value) {
   if (equal(value, "FF:FF:FF:FF:FF:FF")) return -2;
   if (is_group_address(value)) return -3;
   if (is_own_mac("lan_mac", value) || is_own_mac("wlan_mac", value)) return -4;
-  if (!equal(load(Section::config, "MACFilterMode"), black)) return 0;
+  if (!equal(load("MACFilterMode"), black)) return 0;
   const security::MacText manager = security::managing_client(Section::runtime);
   return manager.chars[0] != '\0' && equal(manager.chars, value) ? -5 : 0;
 }
 
 int checkMACFilterAllParam(const char *value) {
   value = text_or_empty(value);
-  const bool repeated = checkMacReplyParam(value, load(Section::config, "MACFilterMode"), "") > 0;
-  const bool malformed = !passes({mac_rules, row_item}, value);
+  const bool repeated = checkMacReplyParam(value, load("MACFilterMode"), "") > 0;
+  const bool malformed = !passes(kova::rule_of(mac_rules, row_item), value);
   const bool invalid = checkInvalidMacParam(value) < 0;
   if (*value == '\0') return refuse("Error, The MAC Address can't be empty!");
   if (repeated) return refuse("Error, MAC address value reply!");

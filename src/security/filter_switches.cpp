@@ -1,5 +1,5 @@
 // The packet filters' switches, modes and logs, and what makes the firewall read them.
-#include "src/frame/settings.hpp"
+#include "src/frame/rows.hpp"
 #include "src/frame/trace.hpp"
 #include "src/security/manager.hpp"
 
@@ -27,17 +27,17 @@ enum Item { enable_item = 1, mode_item = 2, log_item = 3 };
 
 // Wired and wireless firewall each have a copy of the MAC settings.
 void store_mac(const char *key, const char *wireless_key, const char *value) {
-  store(Section::config, key, value);
-  store(Section::config, wireless_key, value);
+  store(key, value);
+  store(wireless_key, value);
 }
 
 bool may_enable(const Family &family, const char *value) {
-  return passes({family.rules, enable_item}, value);
+  return passes(kova::rule_of(family.rules, enable_item), value);
 }
 
 // Mode and log can be changed only while the family is on.
 bool may_change(const Family &family, const char *value, Item item) {
-  if (load_switch(family.enable_key) != 0) return passes({family.rules, item}, value);
+  if (load_switch(family.enable_key) != 0) return passes(kova::rule_of(family.rules, item), value);
   dbg_trace("[TR069][Error]%s disable, don't set %s %s.\n", family.name, family.name,
             item == mode_item ? "mode" : "log");
   return false;
@@ -46,21 +46,21 @@ bool may_change(const Family &family, const char *value, Item item) {
 int set_enable(const Family &family, const char *value) {
   value = text_or_empty(value);
   if (!may_enable(family, value)) return -1;
-  store(Section::config, family.enable_key, value);
+  store(family.enable_key, value);
   return 0;
 }
 
 int set_mode(const Family &family, const char *value) {
   value = text_or_empty(value);
   if (!may_change(family, value, mode_item)) return -1;
-  store(Section::config, family.mode_key, value);
+  store(family.mode_key, value);
   return 0;
 }
 
 int set_log(const Family &family, const char *value) {
   value = text_or_empty(value);
   if (!may_change(family, value, log_item)) return -1;
-  store(Section::config, family.log_key, value);
+  store(family.log_key, value);
   return 0;
 }
 
@@ -90,7 +90,7 @@ int kovasetMacFilteringBasicSettingEnableValue(const char *value) {
 int kovasetMacFilteringBasicSettingModeValue(const char *value) {
   value = text_or_empty(value);
   if (!may_change(mac, value, mode_item)) return -1;
-  if (equal(value, "1") && load(Section::config, "MACFilterWhiteRules").empty())
+  if (equal(value, "1") && load("MACFilterWhiteRules").empty())
     store_mac("MACFilterWhiteRules", "WlanMACFilterWhiteRules", managing_client(Section::config).chars);
   store_mac(mac.mode_key, "WlanMACFilterMode", value);
   return 0;
@@ -120,12 +120,12 @@ int kovaGetIpv6Apply(char *, unsigned int) {
 
 int kovasetWebLoginEnable(const char *value) {
   if (!is_zero_or_one(text_or_empty(value))) return -1;
-  store(Section::config, "TR_WEB_LOGIN_ENABLE", value);
+  store("TR_WEB_LOGIN_ENABLE", value);
   kova_trigger_cpe_event(access_event); // takes effect without an apply
   return 0;
 }
 
-#define GETTER(getter, key) KOVA_SETTING_GETTER(getter, Section::config, key)
+#define GETTER(getter, key) STORED(getter, key)
 #define SETTER(setter, how, family)                                                                          \
   int setter(const char *value) {                                                                            \
     return how(family, value);                                                                               \

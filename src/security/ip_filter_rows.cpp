@@ -76,7 +76,7 @@ struct Address {
   bool judge() {
     in_addr address;
     if (!is_given(text)) return true;
-    if (!passes({rules, item}, text) || inet_pton(AF_INET, text, &address) != 1)
+    if (!passes(kova::rule_of(rules, item), text) || inet_pton(AF_INET, text, &address) != 1)
       REFUSE("[TR069][Error_%d]The %s IP address is invalid!\n", __LINE__, what);
     if (isIpLastChar0(text) < 0)
       REFUSE("[TR069][Error_%d]The %s IP address last character is 0!\n", __LINE__, what);
@@ -96,7 +96,7 @@ public:
 private:
   static uint32_t stored(const char *key) {
     in_addr address = {};
-    inet_pton(AF_INET, load(Section::config, key), &address);
+    inet_pton(AF_INET, load(key), &address);
     return ntohl(address.s_addr);
   }
   uint32_t mask_, network_;

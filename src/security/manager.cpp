@@ -41,7 +41,7 @@ private:
 } // namespace
 
 MacText managing_client(Section section) {
-  const Text wanted = load(section, "curr_user_ip");
+  const Text wanted = load({section, "curr_user_ip"});
   MacText mac;
   for (const LanInfo &client : LanClients()) {
     char address[16];

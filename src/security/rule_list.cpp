@@ -65,7 +65,7 @@ bool allows(const List &list, const char *operation, bool asks_enable) {
     return false;
   }
   if (!has_colour) return true;
-  const Text mode = load(Section::config, interlock.mode_key);
+  const Text mode = load(interlock.mode_key);
   if (!equal(mode, interlock.refused_mode)) return true;
   dbg_trace("[TR069][Error]%s filter mode is %s(%s), don't %s%s filter.\n", list.name,
             is_black ? "white" : "black", mode.chars, operation, colour);

@@ -1,6 +1,6 @@
 // The security level, and the four switches that it stands for.
 #include "platform/webs.h"
-#include "src/frame/settings.hpp"
+#include "src/frame/rows.hpp"
 
 #include <kova/security.h>
 
@@ -25,7 +25,7 @@ constexpr const char *level_names[] = {"0", "1", "2"}, *custom_level = "3";
 struct Choice {
   char field[switch_count][32] = {};
   Choice() {
-    const Text stored = load(Section::config, choice_key);
+    const Text stored = load(choice_key);
     for (int i = 0; i < switch_count; ++i)
       getNthField(i, stored, ',', field[i], sizeof field[i]);
   }
@@ -44,8 +44,8 @@ bool is_level(const char *const (&level)[switch_count]) {
 template <typename Values>
 void store_level(const Values &values, const char *custom) {
   for (int i = 0; i < switch_count; ++i)
-    store(Section::config, switch_keys[i], values[i]);
-  store(Section::config, custom_key, custom);
+    store(switch_keys[i], values[i]);
+  store(custom_key, custom);
 }
 
 int set_switch(Switch which, const char *value) {
@@ -53,15 +53,15 @@ int set_switch(Switch which, const char *value) {
   value = text_or_empty(value);
   if (websInputValueRule(value, 0, 1) == 0) return -1;
   if (which == acl && (leading_number(value) < 0 || leading_number(value) > 1)) return -1;
-  store(Section::config, switch_keys[which], value);
-  store(Section::config, custom_key, "1");
+  store(switch_keys[which], value);
+  store(custom_key, "1");
   const char *fields[switch_count];
   for (int i = 0; i < switch_count; ++i)
     fields[i] = i == which ? value : choice.field[i];
   Text changed;
   std::snprintf(changed.chars, Text::size, "%.60s,%.60s,%.60s,%.60s", fields[acl], fields[spi_firewall],
                 fields[port_scan], fields[syn_flood]);
-  store(Section::config, choice_key, changed);
+  store(choice_key, changed);
   return 0;
 }
 
@@ -90,7 +90,7 @@ int kovasetSystemSecuritySettingsSecurityLevel(const char *value) {
 }
 
 #define SWITCH(getter, setter, which)                                                                        \
-  KOVA_SETTING_GETTER(getter, Section::config, switch_keys[which])                                           \
+  STORED(getter, switch_keys[which])                                                                         \
   int setter(const char *value) {                                                                            \
     return set_switch(which, value);                                                                         \
   }

@@ -44,7 +44,7 @@ bool is_busy() {
 
 bool is_too_soon(long up_time) {
   constexpr long least_interval = 15; // seconds
-  const Text last = load(Section::runtime, "SIPLastRunTime");
+  const Text last = load(runtime("SIPLastRunTime"));
   if (last.empty() || up_time - std::atol(last) >= least_interval) return false; // NOLINT(cert-err34-c)
   dbg_trace("[Error]The interval between VoIP settings must be 15 seconds at least.\n");
   return true;
@@ -63,9 +63,9 @@ int kovaGetVoiceProfileLineStatus(char *buf, unsigned int buflen) {
 int kovaGetPCSCFServerStatus(char *buf, unsigned int buflen) {
   char registration[64] = {};
   read_status(registration_file, registration);
-  const Text address = load(Section::runtime, "pcscf_addr_voip");
+  const Text address = load(runtime("pcscf_addr_voip"));
   const bool in_use = !address.empty() && !equal(address, "0.0.0.0") && equal(registration, "Registered") &&
-                      equal(load(Section::config, "SIPServerMode"), "1");
+                      equal(load("SIPServerMode"), "1");
   return answer(in_use ? address : "None", buf, buflen);
 }
 
@@ -79,10 +79,10 @@ int kovaSetVoIPApply(const char *value) {
     return -1;
   }
   if (enabled) {
-    store(Section::runtime, "SIPAutoStartReg", "1");
+    store(runtime("SIPAutoStartReg"), "1");
     char now[24];
     std::snprintf(now, sizeof now, "%d", static_cast<int>(up_time));
-    store(Section::runtime, "SIPLastRunTime", now);
+    store(runtime("SIPLastRunTime"), now);
     run("sc ipchg");
     run("/etc/sysconfig/script/firewall_clear_rule.sh SIP");
   } else {

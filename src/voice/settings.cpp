@@ -1,6 +1,5 @@
 // The settings of the telephone line.
-#include "src/frame/settings.hpp"
-
+#include "src/frame/rows.hpp"
 #include "src/frame/trace.hpp"
 
 #include <kova/security.h>
@@ -27,23 +26,17 @@ bool refuse(const char *message, const char *what) {
 // Only a stored "0" switches SIP off: a device whose switch was never stored allows.
 bool is_open(Needs needs, const char *what) {
   if (needs == Needs::nothing) return true;
-  if (equal(load(Section::config, "SIPEnable"), "0"))
-    return refuse("[Error]SIP disable don't set %s!\n", what);
+  if (equal(load("SIPEnable"), "0")) return refuse("[Error]SIP disable don't set %s!\n", what);
   if (needs == Needs::sip) return true;
   const char *mode = needs == Needs::proxy_mode ? "0" : "1";
-  return equal(load(Section::config, "SIPServerMode"), mode) ||
-         refuse("[Error]SIP mode don't set %s!\n", what);
+  return equal(load("SIPServerMode"), mode) || refuse("[Error]SIP mode don't set %s!\n", what);
 }
 
 int set(const char *key, const char *value, Rule rule, Needs needs = Needs::nothing, const char *what = "") {
   value = text_or_empty(value);
   if (!is_open(needs, what) || !passes(rule, value)) return -1;
-  store(Section::config, key, value);
+  store(key, value);
   return 0;
-}
-
-int load_number(const char *key) {
-  return leading_number(load(Section::config, key));
 }
 
 // ---- Gains: stored doubled
@@ -59,7 +52,7 @@ int set_gain(const char *key, const char *value) {
   if (gain > 0 || gain < -100 || gain % 20 != 0) return -1;
   char stored[16];
   std::snprintf(stored, sizeof stored, "%d", gain * 2);
-  store(Section::config, key, stored);
+  store(key, stored);
   return 0;
 }
 
@@ -78,7 +71,7 @@ struct Codecs {
   bool valid() const {
     if (*name[0] == '\0') return refuse("[VoIP]Input Compression Type value is %s.\n", "NULL");
     for (int i = 0; i < 3; ++i)
-      if (!passes({codec_rules, i}, name[i]))
+      if (!passes(kova::rule_of(codec_rules, i), name[i]))
         return refuse("[Error]%s Compression Type value is invalid.\n", codec_names[i]);
     const bool differ = !equal(name[0], name[1]) && !equal(name[0], name[2]) && !equal(name[1], name[2]);
     return differ || refuse("[VoIP]Compression types cannot be %s\n", "same");
@@ -89,13 +82,13 @@ struct Codecs {
 
 int set_port_bound(const char *key, const char *value, int item, const char *other_key, bool is_start) {
   value = text_or_empty(value);
-  if (!passes({line_rules, item}, value)) return -1;
+  if (!passes(kova::rule_of(line_rules, item), value)) return -1;
   const int bound = leading_number(value), other = load_number(other_key);
   if (is_start ? bound > other : bound < other) {
     dbg_trace("Error, RTP Start Port should not be larger than RTP End Port.");
     return -1;
   }
-  store(Section::config, key, value);
+  store(key, value);
   return 0;
 }
 
@@ -107,8 +100,7 @@ using namespace kova;
 using namespace kova::voice;
 
 int kovaGetCompressionType(char *buf, unsigned int buflen) {
-  const Text primary = load(Section::config, codec_keys[0]), secondary = load(Section::config, codec_keys[1]),
-             third = load(Section::config, codec_keys[2]);
+  const Text primary = load(codec_keys[0]), secondary = load(codec_keys[1]), third = load(codec_keys[2]);
   char list[3 * Text::size];
   std::snprintf(list, sizeof list, "%s,%s,%s", primary.chars, secondary.chars, third.chars);
   return answer(list, buf, buflen);
@@ -118,7 +110,7 @@ int kovasetCompressionType(const char *value) {
   const Codecs codecs(text_or_empty(value));
   if (!codecs.valid()) return -1;
   for (int i = 0; i < 3; ++i)
-    store(Section::config, codec_keys[i], codecs.name[i]);
+    store(codec_keys[i], codecs.name[i]);
   return 0;
 }
 
@@ -143,23 +135,23 @@ int kovasetRTPLocalPortMax(const char *value) {
   return set_port_bound("RTPEndPort", value, 3, "RTPStartPort", false);
 }
 
-#define GETTER(getter, key) KOVA_SETTING_GETTER(getter, Section::config, key)
+#define GETTER(getter, key) STORED(getter, key)
 #define SIP(getter, setter, key, item, needs, what)                                                          \
   GETTER(getter, key)                                                                                        \
   int setter(const char *value) {                                                                            \
-    return set(key, value, {sip_rules, item}, Needs::needs, what);                                           \
+    return set(key, value, kova::rule_of(sip_rules, item), Needs::needs, what);                              \
   }
 #define LINE(getter, setter, key, item)                                                                      \
   GETTER(getter, key)                                                                                        \
   int setter(const char *value) {                                                                            \
-    return set(key, value, {line_rules, item});                                                              \
+    return set(key, value, kova::rule_of(line_rules, item));                                                 \
   }
 
 // clang-format off
 GETTER(kovaGetRTPLocalPortMin, "RTPStartPort")
 GETTER(kovaGetRTPLocalPortMax, "RTPEndPort")
-KOVA_CONSTANT_GETTER(kovaGetAuthPassword, " ")
-int kovaSetAuthPassword(const char *value) { return set("SIPPassword", value, {sip_rules, 3}, Needs::sip, "Auth Password"); }
+CONSTANT(kovaGetAuthPassword, " ")
+int kovaSetAuthPassword(const char *value) { return set("SIPPassword", value, kova::rule_of(sip_rules, 3), Needs::sip, "Auth Password"); }
 //   getter                         setter                         key                  item  needs       in messages
 SIP( kovaGetVoipBasicEnable,        kovaSetVoipBasicEnable,        "SIPEnable",          0,   nothing,     "SIP")
 SIP( kovaGetDirectoryNumber,        kovaSetDirectoryNumber,        "SIPId",              1,   sip,         "Directory Number")

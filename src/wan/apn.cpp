@@ -134,13 +134,13 @@ PROFILE(8)
 
 int getTR069APNMTU(char *buf, unsigned int buflen) {
   if (buflen < 1) return -1;
-  return get_setting(Section::config, "internet_mtu", buf, buflen);
+  return answer_stored("internet_mtu", buf, buflen);
 }
 
 int setTR069APNMTU(const char *value) {
-  constexpr Rule mtu_rule = {30, 1};
+  constexpr Rule mtu_rule = rule_of(30, 1);
   if (!passes(mtu_rule, text_or_empty(value))) return -1;
-  store(Section::config, "internet_mtu", text_or_empty(value));
+  store("internet_mtu", text_or_empty(value));
   kova_trigger_cpe_event("ce_set_mtu");
   return 0;
 }

@@ -1,6 +1,6 @@
 // Rules of the packet filters, the access control, the routes and the telephone line.
 #include "expect_rule.hpp"
-#include "temp_device.hpp"
+#include "host_test.hpp"
 
 #include <string>
 
@@ -47,7 +47,7 @@ TEST(FirewallRules, FilterRows) {
     expect(-2, ip_filter, 13, {std::string("no ") + forbidden});
 }
 
-class AccessControl : public TempDevice {};
+class AccessControl : public HostTest {};
 
 TEST_F(AccessControl, TellsTheLanFromTheWorld) {
   for (const int item : {8, 9}) {

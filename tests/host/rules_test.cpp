@@ -1,5 +1,5 @@
 #include "expect_rule.hpp"
-#include "temp_device.hpp"
+#include "host_test.hpp"
 
 #include <string>
 

@@ -1,6 +1,6 @@
+#include "host_test.hpp"
 #include "platform/nvram.h"
 #include "platform/webs.h"
-#include "temp_device.hpp"
 
 #include <cstdlib>
 #include <cstring>
@@ -51,7 +51,7 @@ TEST(Webs, ScanModeWithDuplex) {
     EXPECT_EQ(-2, webscheckScanMode("1", duplex)) << duplex;
 }
 
-class DmzHost : public TempDevice {};
+class DmzHost : public HostTest {};
 
 TEST_F(DmzHost, IsAClientOfTheLan) {
   EXPECT_GT(0, checkDMZParam("192.168.1.50")) << "without a LAN";
@@ -65,7 +65,7 @@ TEST_F(DmzHost, IsAClientOfTheLan) {
   EXPECT_GT(0, checkDMZParam("8.8.8.8")) << "of no private network";
 }
 
-class OperationMode : public TempDevice {};
+class OperationMode : public HostTest {};
 
 TEST_F(OperationMode, IsReadFromTheStore) {
   const auto is = [](int oper_mode, int vpn_type, int bcp_enable, int gre_type) {

@@ -1,72 +1,27 @@
-// A device directory of a test's own, and processes that use it.
+// What the tests of the host platform share: a device directory for each, and writers that are unprivileged, short of
+// room, or killed.
 #pragma once
+
+#include "support/processes.hpp"
+#include "support/scratch_device.hpp"
 
 #include <gtest/gtest.h>
 #include <sys/mman.h>
-#include <sys/prctl.h>
 #include <sys/resource.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <atomic>
 #include <csignal>
-#include <cstdlib>
 #include <filesystem>
-#include <functional>
 #include <new>
 #include <string>
 
-class TempDevice : public ::testing::Test {
+using namespace kova::test;
+
+class HostTest : public ::testing::Test {
 protected:
-  TempDevice() {
-    std::string name = (std::filesystem::temp_directory_path() / "kova-test-XXXXXX").string();
-    if (mkdtemp(name.data()) == nullptr) std::abort();
-    top = name;
-    choose(device);
-  }
-  ~TempDevice() override {
-    unsetenv("KOVA_DEVICE");
-    set_writable(true);
-    std::filesystem::remove_all(top);
-  }
-
-  void choose(const std::string &name) const { setenv("KOVA_DEVICE", (top / name).c_str(), 1); }
-  std::filesystem::path store() const { return top / device / "store"; }
-
-  void set_writable(bool writable) const {
-    const auto mode = std::filesystem::perms(writable ? 0755 : 0555);
-    for (const auto &dir : {top / device, store()})
-      if (std::filesystem::exists(dir)) std::filesystem::permissions(dir, mode);
-  }
-
-  std::filesystem::path top;
-  static constexpr auto device = "device";
+  const ScratchDevice device;
 };
-
-// A child that runs `work`. Expectations that fail in it make it fail.
-inline pid_t start(const std::function<void()> &work) {
-  const pid_t child = fork();
-  if (child != 0) return child;
-  prctl(PR_SET_PDEATHSIG, SIGKILL); // a test that is aborted leaves nobody behind
-  work();
-  _exit(::testing::Test::HasFailure() ? 1 : 0);
-}
-
-inline bool succeeded(pid_t child) {
-  int status = 0;
-  return waitpid(child, &status, 0) == child && WIFEXITED(status) && WEXITSTATUS(status) == 0;
-}
-
-inline bool is_running(pid_t child) {
-  siginfo_t ended = {};
-  return waitid(P_PID, static_cast<id_t>(child), &ended, WEXITED | WNOHANG | WNOWAIT) == 0 &&
-         ended.si_pid == 0;
-}
-
-inline void kill_now(pid_t child) {
-  kill(child, SIGKILL);
-  waitpid(child, nullptr, 0);
-}
 
 // Whoever runs the tests, permissions bind the child that calls this. It owns the files below `top`, or another does
 // (which only root can arrange).

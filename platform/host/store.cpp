@@ -1,4 +1,4 @@
-#include "platform/host/nvram_store.hpp"
+#include "platform/host/store.hpp"
 
 #include "platform/host/device_dir.hpp"
 
@@ -7,9 +7,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cerrno>
-#include <cstdint>
 #include <cstdlib>
 
 namespace fs = std::filesystem;
@@ -21,19 +19,23 @@ namespace {
 constexpr std::size_t map_size = std::size_t{64}
                                  << 20;    // an upper bound; the file is as large as its contents
 constexpr off_t lock_file_size = 32 << 10; // slots for some 500 reading processes
-constexpr mode_t file_mode = 0644;
-constexpr std::uint32_t sign_bit = 0x80000000U; // flipped, so that negative numbers sort before positive ones
 
-// The lock file is mapped and written through memory: on a full disk a hole in it would be a bus error.
-int reserve_lock_file(const fs::path &store) {
-  const std::string name = store.string() + "-lock";
-  const int fd = ::open(name.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, file_mode);
+// 0, or the system error; the file then has at least this size.
+int create_private_file(const std::string &name, off_t size) {
+  const int fd = ::open(name.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, private_file);
   if (fd < 0) return errno;
   struct stat status = {};
   int failed = fstat(fd, &status) == 0 ? 0 : errno;
-  if (failed == 0 && status.st_size < lock_file_size) failed = posix_fallocate(fd, 0, lock_file_size);
+  if (failed == 0 && (status.st_mode & ALLPERMS) != private_file && fchmod(fd, private_file) != 0)
+    failed = errno;
+  if (failed == 0 && status.st_size < size) failed = posix_fallocate(fd, 0, size);
   ::close(fd);
   return failed;
+}
+
+// The lock file is mapped and written through memory: on a full disk a hole in it would be a bus error.
+int reserve_lock_file(const fs::path &store) {
+  return create_private_file(store.string() + "-lock", lock_file_size);
 }
 
 // A store appears under its name only when it is complete: a disk that is full in between would leave half a header.
@@ -41,7 +43,8 @@ int create_store(const fs::path &store) {
   const std::string fresh = store.string() + "." + std::to_string(getpid()) + ".new";
   MDB_env *environment = nullptr;
   if (const int failed = mdb_env_create(&environment); failed != 0) return failed;
-  int failed = mdb_env_open(environment, fresh.c_str(), MDB_NOSUBDIR | MDB_NOLOCK, file_mode);
+  int failed = create_private_file(fresh, 0);
+  if (failed == 0) failed = mdb_env_open(environment, fresh.c_str(), MDB_NOSUBDIR | MDB_NOLOCK, private_file);
   if (failed == 0) failed = mdb_env_sync(environment, 1);
   mdb_env_close(environment);
   if (failed == 0 && link(fresh.c_str(), store.c_str()) != 0 && errno != EEXIST) failed = errno;
@@ -51,36 +54,31 @@ int create_store(const fs::path &store) {
 
 } // namespace
 
-StoredKey::StoredKey(int section, std::string_view key) : size_(section_size + key.size()) {
-  const auto sorted = static_cast<std::uint32_t>(section) ^ sign_bit;
-  for (std::size_t i = 0; i < section_size; ++i)
-    bytes_[i] = static_cast<unsigned char>(sorted >> (8 * (section_size - 1 - i)));
-  std::copy_n(key.begin(), std::min(key.size(), bytes_.size() - section_size), bytes_.begin() + section_size);
-}
-
-int StoredKey::section_of(const MDB_val &stored) {
-  const auto *bytes = static_cast<const unsigned char *>(stored.mv_data);
+int StoredKey::section_of(std::string_view stored_setting) {
   std::uint32_t sorted = 0;
-  for (std::size_t i = 0; i < section_size; ++i)
-    sorted = sorted << 8 | bytes[i];
-  return static_cast<int>(sorted ^ sign_bit);
-}
-
-std::string_view StoredKey::key_of(const MDB_val &stored) {
-  return {static_cast<const char *>(stored.mv_data) + section_size, stored.mv_size - section_size};
+  std::memcpy(&sorted, stored_setting.data() + any_setting.size(), sizeof sorted);
+  return static_cast<int>(ntohl(sorted) ^ sign_bit);
 }
 
 const char *reason_text(int answer) {
-  // LMDB's answer to a page that was written in part.
-  return answer == EIO ? "Input/output error, or no space left on device" : mdb_strerror(answer);
+  switch (answer) {
+  case EIO: // LMDB's answer to a page that was written in part
+    return "Input/output error, or no space left on device";
+  case ENOTEMPTY:
+    return "the directory is not a virtual device and not empty";
+  case ESTALE:
+    return "the directory is a virtual device of another version";
+  default:
+    return mdb_strerror(answer);
+  }
 }
 
-NvramStore &NvramStore::of_process() {
-  static auto &store = *new NvramStore; // never destroyed: others' exit handlers may still read
+Store &Store::of_process() {
+  static auto &store = *new Store; // never destroyed: others' exit handlers may still read
   return store;
 }
 
-NvramStore::NvramStore() {
+Store::Store() {
   pthread_atfork([] { of_process().mutex_.lock(); }, [] { of_process().mutex_.unlock(); },
                  [] {
                    of_process().forked_ = true;
@@ -88,7 +86,7 @@ NvramStore::NvramStore() {
                  });
 }
 
-void NvramStore::follow_device(Access access) {
+void Store::follow_device(Access access) {
   if (forked_) {
     forked_ = false;
     // What the parent opened must not be used here: the reader slot is the parent's, and the file lock that shows
@@ -102,21 +100,21 @@ void NvramStore::follow_device(Access access) {
   if (!located_ || named != device_variable_) {
     close();
     device_variable_ = named;
-    file_ = store_dir() / "nvram.mdb";
+    file_ = store_dir() / "data.mdb";
     located_ = true;
   } else if (environment_ != nullptr && (access == Access::write || clock_ticked()) && removed_from_disk()) {
     close();
   }
 }
 
-bool NvramStore::removed_from_disk() const {
+bool Store::removed_from_disk() const {
   int fd = -1;
   struct stat status = {};
   return mdb_env_get_fd(environment_, &fd) == 0 && fstat(fd, &status) == 0 && status.st_nlink == 0;
 }
 
 // The kernel's tick is some milliseconds; asking for it costs a tenth of a system call.
-bool NvramStore::clock_ticked() {
+bool Store::clock_ticked() {
   timespec now = {};
   clock_gettime(CLOCK_MONOTONIC_COARSE, &now);
   const bool ticked = now.tv_nsec != last_tick_.tv_nsec || now.tv_sec != last_tick_.tv_sec;
@@ -126,7 +124,7 @@ bool NvramStore::clock_ticked() {
 
 // A failed beginning is tried once more with the store opened anew, which clears the slots of killed readers and the
 // state after a failed write.
-int NvramStore::begin_read() {
+int Store::begin_read() {
   follow_device(Access::read);
   for (bool again = false;; again = true) {
     if (const int failed = open(Access::read); failed != 0) return failed;
@@ -137,7 +135,7 @@ int NvramStore::begin_read() {
   }
 }
 
-int NvramStore::begin_write(MDB_txn **begun) {
+int Store::begin_write(MDB_txn **begun) {
   follow_device(Access::write);
   for (bool again = false;; again = true) {
     if (const int failed = open(Access::write); failed != 0) return failed;
@@ -147,12 +145,15 @@ int NvramStore::begin_write(MDB_txn **begun) {
   }
 }
 
-int NvramStore::open(Access access) {
+int Store::open(Access access) {
   const bool writing = access == Access::write;
   if (writing)
     if (const int failed = prepare_store_dir(file_.parent_path()); failed != 0) return failed;
   if (environment_ != nullptr && (writable_ || !writing)) return 0;
   close();
+  if (!writing)
+    if (const int failed = store_readable(file_.parent_path()); failed != 0)
+      return failed == ENOENT ? MDB_NOTFOUND : failed;
   if (::access(file_.c_str(), F_OK) != 0) {
     if (errno != ENOENT && errno != ENOTDIR) return errno;
     if (!writing) return MDB_NOTFOUND;
@@ -169,11 +170,11 @@ int NvramStore::open(Access access) {
   return failed;
 }
 
-int NvramStore::open_environment(unsigned flags) {
+int Store::open_environment(unsigned flags) {
   if (const int failed = mdb_env_create(&environment_); failed != 0) return failed;
   int failed = mdb_env_set_mapsize(environment_, map_size);
   if (failed == 0)
-    failed = mdb_env_open(environment_, file_.c_str(), MDB_NOSUBDIR | MDB_NOTLS | flags, file_mode);
+    failed = mdb_env_open(environment_, file_.c_str(), MDB_NOSUBDIR | MDB_NOTLS | flags, private_file);
   if (failed == 0) failed = mdb_reader_check(environment_, nullptr);
   if (failed == 0) failed = mdb_txn_begin(environment_, nullptr, MDB_RDONLY, &reader_);
   if (failed == 0) {
@@ -184,7 +185,7 @@ int NvramStore::open_environment(unsigned flags) {
   return failed;
 }
 
-void NvramStore::close() {
+void Store::close() {
   if (reader_ != nullptr) mdb_txn_abort(reader_);
   if (environment_ != nullptr) mdb_env_close(environment_);
   reader_ = nullptr;

@@ -1,0 +1,32 @@
+// The tables of all families, read as the data model.
+#include "model/read.hpp"
+#include "src/diagnostics/diagnostics_rows.hpp"
+#include "src/lan/wifi_rows.hpp"
+
+#include <array>
+
+namespace kova::model {
+namespace {
+
+namespace wifi {
+using namespace kova::wifi;
+constexpr Row rows[] = {
+#include "src/lan/wifi.def"
+};
+} // namespace wifi
+
+namespace diagnostics {
+using namespace kova::diagnostics;
+constexpr Row rows[] = {
+#include "src/diagnostics/diagnostics.def"
+};
+} // namespace diagnostics
+
+} // namespace
+
+std::span<const std::span<const Row>> tables() {
+  static constexpr std::span<const Row> all[] = {wifi::rows, diagnostics::rows};
+  return all;
+}
+
+} // namespace kova::model

@@ -1,0 +1,34 @@
+// The tables of all families, as they are read.
+#pragma once
+
+#include "model/model.hpp"
+
+#include <span>
+#include <string_view>
+
+namespace kova::model {
+
+// A row of a table: the head of an object, a member of it, or a list of rows.
+struct Row {
+  std::string_view object = "";
+  std::string_view name = "";
+  Type type = Type::String;
+  std::string_view unit = "", form = "", meaning = "";
+  bool reported = false;
+  bool settable = false;
+  Accessor<kova_getter> get = {};
+  Accessor<kova_setter> set = {};
+  Accessor<kova_checker> check = {};
+  Allowed allowed = {};
+  Accessor<kova_row_getter> row_get = {};
+  Accessor<kova_row_add> row_add = {};
+  Accessor<kova_row_setter> row_set = {};
+  Accessor<kova_row_delete> row_delete = {};
+  const char *(*reason)(int code) = nullptr;
+  bool empty_is_end = true;
+  std::size_t longest_text = 0;
+};
+
+std::span<const std::span<const Row>> tables();
+
+} // namespace kova::model
