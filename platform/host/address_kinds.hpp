@@ -25,8 +25,8 @@ struct ServerAddressOrName {
   RuleDescription describe() const;
 };
 
-// Of http or https, with a server's address or name and no user in front of it: who looks for the server's name would
-// take the user for it. The server may be on this machine.
+// Of http or https, with a server's address or name and no user in front of it: who looks for the server's
+// name would take the user for it. The server may be on this machine.
 struct WebUrl {
   int judge(std::string_view value) const;
   RuleDescription describe() const;
@@ -56,8 +56,8 @@ struct RouteNetmask {
   RuleDescription describe() const;
 };
 
-// A host of either family that may reach the device. The answer bad_network says that it is on the LAN side: of the
-// network of the stored LAN address, or of an IPv6 network that is not routed into the world.
+// A host of either family that may reach the device. The answer bad_network says that it is on the LAN side:
+// of the network of the stored LAN address, or of an IPv6 network that is not routed into the world.
 struct AccessHost {
   int judge(std::string_view value) const;
   RuleDescription describe() const;

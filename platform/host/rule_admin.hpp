@@ -15,7 +15,8 @@ struct RuleDescription {
   // Completes "takes ...": "a number from 0 to 13".
   std::string text;
   std::optional<std::pair<std::int64_t, std::int64_t>> range;
-  // Values, each with its meaning, which may be empty: those of the range that mean more than a number, else all.
+  // Values, each with its meaning, which may be empty: those of the range that mean more than a number, else
+  // all.
   std::vector<std::pair<std::string, std::string>> words;
   // In characters of the pattern.
   std::optional<std::pair<std::size_t, std::size_t>> length;
@@ -34,8 +35,8 @@ struct Judgement {
   int code;
 };
 std::vector<Judgement> take_refusals();
-// The same of the web checks, each a sentence without a full stop. Some are asked out of curiosity: what matters is the
-// last sentence before a failure.
+// The same of the web checks, each a sentence without a full stop. Some are asked out of curiosity: what
+// matters is the last sentence before a failure.
 std::vector<std::string> take_complaints();
 
 } // namespace kova::host

@@ -1,4 +1,5 @@
-// What a rule can judge. Each kind answers 0 for a value that it accepts, else a negative code, and describes itself.
+// What a rule can judge. Each kind answers 0 for a value that it accepts, else a negative code, and describes
+// itself.
 #pragma once
 
 #include "platform/host/characters.hpp"
@@ -25,7 +26,8 @@ enum Code : int {
 // Of a rule that takes what a few words say best.
 RuleDescription described(std::string text, std::string pattern = "");
 
-// A list of words in a row: "0 off|1 on" are two, each with its meaning; a word has no blank, a meaning may be missing.
+// A list of words in a row: "0 off|1 on" are two, each with its meaning; a word has no blank, a meaning may
+// be missing.
 using Words = std::string_view;
 
 // Decimal digits only. The special words are numbers that mean more than their size.

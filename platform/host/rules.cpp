@@ -60,11 +60,20 @@ constexpr Sized<Text> sip_text(CharacterClass of) {
   return {64, {1, 64, of}};
 }
 
+// Whose tones a telephone line plays.
+constexpr OneOf regions{
+    "AT Austria|AU Australia|BE Belgium|BR Brazil|CA Canada|CH Switzerland|CN China|"
+    "CZ Czechia|DE Germany|DK Denmark|ES Spain|FI Finland|FR France|GB United Kingdom|"
+    "GR Greece|HU Hungary|IE Ireland|IN India|IT Italy|JP Japan|KR Korea|MX Mexico|"
+    "NL Netherlands|NO Norway|NZ New Zealand|PL Poland|PT Portugal|SE Sweden|SG Singapore|"
+    "TW Taiwan|US United States|ZA South Africa",
+    bad_value};
+
 // clang-format off
 constexpr Rule rules[] = {
     {RULE_WIFI_ENABLE,              plain_switch},
-    {RULE_WIFI_MODE,                OneOf{"BONLY 802.11b|GONLY 802.11g|NONLY 802.11n|BG 802.11b and g|GN 802.11g and n|"
-                                          "BGN 802.11b, g and n"}},
+    {RULE_WIFI_MODE,                OneOf{"BONLY 802.11b|GONLY 802.11g|NONLY 802.11n|BG 802.11b and g|"
+                                          "GN 802.11g and n|BGN 802.11b, g and n"}},
     {RULE_WIFI_CHANNEL,             Number{0, 13, -1, -1, {}, "0 automatic"}},
     {RULE_WIFI_SSID,                Text{1, 32, printable}},
     {RULE_WIFI_PASS_PHRASE,         WpaPassPhrase{}},
@@ -162,8 +171,8 @@ constexpr Rule rules[] = {
     {RULE_IP_FILTER_DST_PORT_END,   optional_port},
     {RULE_IP_FILTER_SRC_PORT_BEGIN, optional_port},
     {RULE_IP_FILTER_SRC_PORT_END,   optional_port},
-    {RULE_IP_FILTER_PROTOCOL,       OneOf{"1 with ports|2 with ports|3 with ports|4 without ports|6 without ports",
-                                          bad_value}},
+    {RULE_IP_FILTER_PROTOCOL,       OneOf{"1 with ports|2 with ports|3 with ports|4 without ports|"
+                                          "6 without ports", bad_value}},
     {RULE_IP_FILTER_COMMENT,        one_line(0, 32, filter_comment_character)},
 
     {RULE_IPV6_FILTER_ENABLE,       on_off},
@@ -194,18 +203,13 @@ constexpr Rule rules[] = {
     {RULE_SIP_PROXY_PORT,           sip_port},
     {RULE_SIP_USER_AGENT_DOMAIN,    sip_server},
 
-    {RULE_LINE_DTMF,                OneOf{"InBand as sound|RFC2833 as events of the stream|SIPInfo in SIP messages",
-                                          bad_value}},
+    {RULE_LINE_DTMF,                OneOf{"InBand as sound|RFC2833 as events of the stream|"
+                                          "SIPInfo in SIP messages", bad_value}},
     {RULE_LINE_FAX,                 OneOf{"Disable no fax|PassThrough as sound|T38 as data", bad_value}},
     {RULE_LINE_RTP_START_PORT,      rtp_port},
     {RULE_LINE_RTP_END_PORT,        rtp_port},
     {RULE_LINE_SILENCE_SUPPRESSION, on_off},
-    {RULE_LINE_REGION,              OneOf{"AT Austria|AU Australia|BE Belgium|BR Brazil|CA Canada|CH Switzerland|"
-                                          "CN China|CZ Czechia|DE Germany|DK Denmark|ES Spain|FI Finland|FR France|"
-                                          "GB United Kingdom|GR Greece|HU Hungary|IE Ireland|IN India|IT Italy|"
-                                          "JP Japan|KR Korea|MX Mexico|NL Netherlands|NO Norway|NZ New Zealand|"
-                                          "PL Poland|PT Portugal|SE Sweden|SG Singapore|TW Taiwan|US United States|"
-                                          "ZA South Africa", bad_value}}, // whose tones the line plays
+    {RULE_LINE_REGION,              regions},
     {RULE_LINE_CALLER_ID,           OneOf{"None not shown|Bellcore|ETSI|DTMF", bad_value}},
     {RULE_LINE_DIALING_INTERVAL,    number(1, 20, "seconds")},
     {RULE_LINE_OFFHOOK_INTERVAL,    number(5, 60, "seconds")},
@@ -216,7 +220,7 @@ constexpr Rule rules[] = {
 
     {RULE_SPEED_DIAL_NUMBER,        OneOf{"1|2|3|4|5|6|7|8|9|10|11|12|13|14|15|16", bad_value}}, // no "07"
     {RULE_SPEED_DIAL_REAL_NUMBER,   one_line(1, 27, dialled_character)}, // 27: rows of up to 63 stay whole
-    {RULE_SPEED_DIAL_NOTE,          Sized<Text>{32, {0, 32, note_character}, /*too_long=*/-1, /*invalid=*/-2}},
+    {RULE_SPEED_DIAL_NOTE,          Sized<Text>{32, {0, 32, note_character}, /*too_long=*/-1, bad_value}},
 
     {RULE_DATA_MTU,                 Number{576, 1500, -1, -1, "bytes"}},
     {RULE_ALG_SIP,                  on_off},
