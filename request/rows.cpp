@@ -36,11 +36,20 @@ std::optional<Fault> changed(const model::RowList &list, const std::string &path
   return std::nullopt;
 }
 
+std::optional<Fault> set_new_row(const model::RowList &list, int index, const std::string &value) {
+  const Assignment assignment{list.instance(index) + std::string(list.member()), value};
+  const Setting setting = set_values(std::span(&assignment, 1));
+  if (setting.accepted) return std::nullopt;
+  list.remove.call(index);
+  return setting.faults.empty() ? Fault{assignment.path, FaultCode::InvalidValue, ""}
+                                : setting.faults.front();
+}
+
 constexpr const char *fixed_rows = "its rows cannot be changed";
 
 } // namespace
 
-RowChange add_row(const std::string &object) {
+RowChange add_row(const std::string &object, const std::optional<std::string> &value) {
   const model::RowList *list = model::find_list(object);
   if (!list) return {object, 0, no_list(object)};
   const std::vector<std::string> rows = list->rows();
@@ -51,6 +60,7 @@ RowChange add_row(const std::string &object) {
     change.fault = {object, FaultCode::ResourcesExceeded, "there is no room for a further row"};
   else
     change.fault = changed(*list, object, [&] { return list->add.call(); });
+  if (!change.fault && value) change.fault = set_new_row(*list, change.instance, *value);
   return change;
 }
 

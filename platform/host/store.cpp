@@ -38,7 +38,8 @@ int reserve_lock_file(const fs::path &store) {
   return create_private_file(store.string() + "-lock", lock_file_size);
 }
 
-// A store appears under its name only when it is complete: a disk that is full in between would leave half a header.
+// A store appears under its name only when it is complete: a disk that is full in between would leave half a
+// header.
 int create_store(const fs::path &store) {
   const std::string fresh = store.string() + "." + std::to_string(getpid()) + ".new";
   MDB_env *environment = nullptr;
@@ -89,8 +90,9 @@ Store::Store() {
 void Store::follow_device(Access access) {
   if (forked_) {
     forked_ = false;
-    // What the parent opened must not be used here: the reader slot is the parent's, and the file lock that shows
-    // others that the store is in use is not inherited. Nor must it be closed: that would free the parent's slot.
+    // What the parent opened must not be used here: the reader slot is the parent's, and the file lock that
+    // shows others that the store is in use is not inherited. Nor must it be closed: that would free the
+    // parent's slot.
     if (environment_ != nullptr) inherited_.push_back({environment_, reader_});
     environment_ = nullptr;
     reader_ = nullptr;
@@ -122,8 +124,8 @@ bool Store::clock_ticked() {
   return ticked;
 }
 
-// A failed beginning is tried once more with the store opened anew, which clears the slots of killed readers and the
-// state after a failed write.
+// A failed beginning is tried once more with the store opened anew, which clears the slots of killed readers
+// and the state after a failed write.
 int Store::begin_read() {
   follow_device(Access::read);
   for (bool again = false;; again = true) {
@@ -159,13 +161,13 @@ int Store::open(Access access) {
     if (!writing) return MDB_NOTFOUND;
     if (const int failed = create_store(file_); failed != 0) return failed;
   }
-  // The data reach the disk before the page that refers to them: a crash of the machine finds a whole store, and of
-  // what was acknowledged it can lose the last change only. The crash of a process loses nothing.
+  // The data reach the disk before the page that refers to them: a crash of the machine finds a whole store,
+  // and of what was acknowledged it can lose the last change only. The crash of a process loses nothing.
   int failed = reserve_lock_file(file_);
   if (failed == 0) failed = open_environment(MDB_NOMETASYNC);
   writable_ = failed == 0;
-  // Without permission to lock there is still reading without a lock: good as long as nobody rewrites the store twice
-  // during one look-up.
+  // Without permission to lock there is still reading without a lock: good as long as nobody rewrites the
+  // store twice during one look-up.
   if (failed != 0 && !writing) failed = open_environment(MDB_RDONLY | MDB_NOLOCK);
   return failed;
 }

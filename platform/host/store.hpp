@@ -1,4 +1,5 @@
-// What a device stores: one LMDB file, which all its processes share, holds the settings and the configuration tree.
+// What a device stores: one LMDB file, which all its processes share, holds the settings and the
+// configuration tree.
 #pragma once
 
 #include <arpa/inet.h>
@@ -19,8 +20,8 @@
 
 namespace kova::host {
 
-// What an entry is stored under. Settings and leaves of the tree have keys of a kind each; the section of a setting
-// stands before its name, which keeps the sections apart and in order.
+// What an entry is stored under. Settings and leaves of the tree have keys of a kind each; the section of a
+// setting stands before its name, which keeps the sections apart and in order.
 class StoredKey {
 public:
   static StoredKey setting(int section, std::string_view name) {
@@ -63,8 +64,9 @@ private:
   std::size_t head_size_ = 0, size_ = 0;
 };
 
-// One state of the store, to be read or changed. Each call answers 0 or what failed, an LMDB or a system error code;
-// MDB_NOTFOUND: there is no such entry. A text that is handed out is valid as long as the transaction.
+// One state of the store, to be read or changed. Each call answers 0 or what failed, an LMDB or a system
+// error code; MDB_NOTFOUND: there is no such entry. A text that is handed out is valid as long as the
+// transaction.
 class Transaction {
 public:
   Transaction(MDB_txn *handle, MDB_dbi database) : handle_(handle), database_(database) {}
@@ -85,8 +87,8 @@ public:
     MDB_val name = val(key.text());
     return mdb_del(handle_, database_, &name, nullptr);
   }
-  // Calls use(cursor, key, value) for every entry whose key begins so, in the order of their bytes, until it answers
-  // another value than 0.
+  // Calls use(cursor, key, value) for every entry whose key begins so, in the order of their bytes, until it
+  // answers another value than 0.
   template <class Use>
   int each(std::string_view prefix, Use use) const {
     MDB_cursor *opened = nullptr;
@@ -124,9 +126,9 @@ class Store {
 public:
   static Store &of_process();
 
-  // Both run use(transaction) and answer 0 or what failed. A reading sees one state of the store whatever others write;
-  // a writing is kept as a whole when `use` answers 0, else not at all. MDB_NOTFOUND is also the answer of a reading
-  // when there is no store.
+  // Both run use(transaction) and answer 0 or what failed. A reading sees one state of the store whatever
+  // others write; a writing is kept as a whole when `use` answers 0, else not at all. MDB_NOTFOUND is also
+  // the answer of a reading when there is no store.
   template <class Use>
   int reading(Use use) {
     const std::lock_guard one_at_a_time(mutex_);

@@ -1,5 +1,5 @@
-// The calls of the configuration tree. What a process writes is its own until it closes the tree, and a reading is over
-// when the call returns. So a tree that somebody left open stands in nobody's way.
+// The calls of the configuration tree. What a process writes is its own until it closes the tree, and a
+// reading is over when the call returns. So a tree that somebody left open stands in nobody's way.
 #include "platform/ucfg.h"
 
 #include "platform/host/device_dir.hpp"

@@ -5,9 +5,7 @@
 
 #include <sys/types.h>
 
-#include <cstddef>
 #include <filesystem>
-#include <optional>
 #include <vector>
 
 namespace kova::ctl {
@@ -30,11 +28,5 @@ private:
 void await_service();
 
 Table as_table(const std::vector<Json> &records);
-
-struct LogOptions {
-  std::optional<size_t> tail; // only so many of the last records
-  bool follow = false;
-};
-ExitStatus show_log(const Output &output, const std::filesystem::path &file, const LogOptions &options);
 
 } // namespace kova::ctl
