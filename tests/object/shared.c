@@ -37,6 +37,6 @@ int main(void) {
 
   traces = 0;
   EXPECT(tarnIsL3Vpn() == 0);
-  EXPECT(traces == 1);
+  EXPECT(traces > 0);
   return 0;
 }
