@@ -1,6 +1,7 @@
 // The tables of all families, read as the data model.
 #include "model/read.hpp"
 #include "src/diagnostics/diagnostics_rows.hpp"
+#include "src/lan/lan_rows.hpp"
 #include "src/lan/wifi_rows.hpp"
 
 #include <array>
@@ -15,6 +16,15 @@ constexpr Row rows[] = {
 };
 } // namespace wifi
 
+namespace lan {
+using namespace kova::lan;
+constexpr Row rows[] = {
+#include "src/lan/ethernet.def"
+#include "src/lan/lan.def"
+#include "src/lan/management.def"
+};
+} // namespace lan
+
 namespace diagnostics {
 using namespace kova::diagnostics;
 constexpr Row rows[] = {
@@ -25,7 +35,7 @@ constexpr Row rows[] = {
 } // namespace
 
 std::span<const std::span<const Row>> tables() {
-  static constexpr std::span<const Row> all[] = {wifi::rows, diagnostics::rows};
+  static constexpr std::span<const Row> all[] = {wifi::rows, lan::rows, diagnostics::rows};
   return all;
 }
 
