@@ -3,6 +3,7 @@
 #include "src/diagnostics/diagnostics_rows.hpp"
 #include "src/lan/lan_rows.hpp"
 #include "src/lan/wifi_rows.hpp"
+#include "src/wan/apn_rows.hpp"
 
 #include <array>
 
@@ -25,6 +26,13 @@ constexpr Row rows[] = {
 };
 } // namespace lan
 
+namespace wan {
+using namespace kova::wan;
+constexpr Row rows[] = {
+#include "src/wan/apn.def"
+};
+} // namespace wan
+
 namespace diagnostics {
 using namespace kova::diagnostics;
 constexpr Row rows[] = {
@@ -35,7 +43,7 @@ constexpr Row rows[] = {
 } // namespace
 
 std::span<const std::span<const Row>> tables() {
-  static constexpr std::span<const Row> all[] = {wifi::rows, lan::rows, diagnostics::rows};
+  static constexpr std::span<const Row> all[] = {wifi::rows, lan::rows, wan::rows, diagnostics::rows};
   return all;
 }
 
