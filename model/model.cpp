@@ -36,8 +36,8 @@ std::vector<Parameter> gather() {
     }
   }
   for (std::span<const Parameter> family :
-       {frame_rows(), wan_rows(), wan_connection_rows(), management_rows(), device_info_rows(), time_rows(),
-        radio_rows(), security_rows(), voice_rows(), sas_rows(), accounts_rows()})
+       {frame_rows(), management_rows(), device_info_rows(), time_rows(), radio_rows(), security_rows(),
+        voice_rows(), sas_rows(), accounts_rows()})
     all.insert(all.end(), family.begin(), family.end());
   std::ranges::sort(all, {}, &Parameter::path);
   return all;

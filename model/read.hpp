@@ -87,6 +87,7 @@ inline constexpr None NONE;
 #define LONE(getter, setter, checker, key, condition)               KOVA_JUDGED(getter, setter, checker, condition)
 #define STATISTIC(getter, key, what)                                KOVA_READ(getter)
 #define CIPHER(getter, setter, key, cipher_key)           KOVA_WRITE(getter, setter, security_modes)
+#define INDEXED(getter, how, what)                        KOVA_READ(getter)
 #define INVERTED(getter, setter, checker, key, group, slot, condition, rule) \
   KOVA_JUDGED(getter, setter, checker, Allowed(condition, rule))
 // clang-format on

@@ -69,8 +69,6 @@ namespace kova::model {
 
 // One table per family; model.cpp joins them.
 std::span<const Parameter> frame_rows();
-std::span<const Parameter> wan_rows();
-std::span<const Parameter> wan_connection_rows();
 std::span<const Parameter> management_rows();
 std::span<const Parameter> device_info_rows();
 std::span<const Parameter> time_rows();
