@@ -2,6 +2,7 @@
 #include "platform/keys.hpp"
 #include "platform/nvram.h"
 #include "src/frame/interface_query.hpp"
+#include "src/frame/interfaces.hpp"
 #include "src/frame/lte_state.hpp"
 #include "src/frame/rows.hpp"
 #include "src/frame/shell.hpp"
@@ -27,15 +28,10 @@ constexpr int platform_bytes_sent = 10, platform_bytes_received = 2, platform_pa
               platform_packets_received = 3;
 
 int answer_data_traffic(int counter, char *buf, unsigned int buflen) {
-  char text[24];
-  std::snprintf(text, sizeof text, "%lld",
-                tarn_get_if_statistic(load(runtime(key::data_interface)), counter));
-  return answer(text, buf, buflen);
+  return answer_number(tarn_get_if_statistic(load(runtime(key::data_interface)), counter), buf, buflen);
 }
 
-int answer_uplink_traffic(Counter counter, char *buf, unsigned int buflen) {
-  return get_counter("lte0pdn", counter, buf, buflen);
-}
+constexpr const char *uplink = "lte0pdn";
 
 int answer_link(Key interface, char *buf, unsigned int buflen) {
   return answer(tarn_is_interface_exist(load(interface)) == 0 ? "Up" : "Down", buf, buflen);
@@ -48,9 +44,7 @@ struct InterfaceName {
 };
 
 int answer_address(const InterfaceName &interface, char *buf, unsigned int buflen) {
-  char address[INET_ADDRSTRLEN] = {};
-  get_interface_ip(interface.chars, address, sizeof address);
-  return answer_terminated(address, buf, buflen);
+  return answer_interface_address(interface.chars, buf, buflen);
 }
 
 int answer_mask(const InterfaceName &interface, char *buf, unsigned int buflen) {
