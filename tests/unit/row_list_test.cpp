@@ -197,7 +197,7 @@ TEST_F(RowList, RandomOperationsAgreeWithThePlainStatement) {
   constexpr int odd[] = {0, -1, INT_MAX, INT_MIN, 256, 257};
   constexpr std::size_t lengths[] = {0, 1, 62, 63, 64, 100, 254, 255, 256},
                         counts[] = {0, 1, 2, 3, 8, 17, 40};
-  for (const Table &table : {tables[4], tables[9]}) {
+  for (const Table &table : {tables[4], tables[9]}) { // one that reads a beginning, one that reads all
     SCOPED_TRACE(table.key);
     platform.nvram[{0, table.enable}] = "1";
     for (int step = 0; step < 5000 && !HasFailure(); ++step) {
@@ -236,7 +236,7 @@ TEST_F(RowList, TheBufferIsEmptiedAndNeverOverrun) {
 TEST_F(RowList, OnlyAddingLooksAtWhatTheStoreAnswers) {
   const Table &macs_black = tables[0];
   platform.nvram[{0, macs_black.enable}] = "1";
-  for (const std::string refused : {macs_black.key, macs_black.mirror}) {
+  for (const std::string &refused : {macs_black.key, macs_black.mirror}) {
     platform.refused_key = refused;
     const bool writes_key = refused != macs_black.key;
     const Strings key = {"nvram 0 " + macs_black.key + "="}, mirror = {"nvram 0 " + macs_black.mirror + "="};
