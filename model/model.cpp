@@ -31,7 +31,7 @@ std::vector<Parameter> gather() {
     }
   }
   for (std::span<const Parameter> family :
-       {lan_rows(), wan_rows(), wan_connection_rows(), time_rows(), radio_rows(), sas_rows()})
+       {wan_rows(), wan_connection_rows(), time_rows(), radio_rows(), sas_rows()})
     all.insert(all.end(), family.begin(), family.end());
   std::ranges::sort(all, {}, &Parameter::path);
   return all;

@@ -86,6 +86,8 @@ constexpr None operation(const char *, None none) {
 #define CODED_SETTER(setter, may_be)                      .settable = true, .set = KOVA_ACCESSOR(setter), .allowed = may_be
 #define GROUPED(getter, setter, checker, key, group, slot, condition, rule) \
   KOVA_JUDGED(getter, setter, checker, Allowed(condition, rule))
+#define COMPUTED_SETTING(getter, setter, what, may_be, how) KOVA_WRITE(getter, setter, may_be)
+#define COMPUTED_GROUPED(getter, setter, checker, what, group, slot, may_be, how) KOVA_JUDGED(getter, setter, checker, may_be)
 #define RESULT(getter, setter, key)                       KOVA_READ(getter), .set = KOVA_ACCESSOR(setter)
 #define TRIGGER(setter, act)                              .settable = true, .set = KOVA_ACCESSOR(setter), .allowed = go_ahead
 #define READABLE_TRIGGER(getter, setter, act)             KOVA_WRITE(getter, setter, go_ahead)
@@ -110,4 +112,6 @@ constexpr None operation(const char *, None none) {
 #define PROVISIONED(getter, setter, key)                  KOVA_WRITE(getter, setter, anything)
 #define IGNORED(getter, setter, key)                      KOVA_WRITE(getter, setter, anything)
 #define CIPHER(getter, setter, key, cipher_key)           KOVA_WRITE(getter, setter, security_modes)
+#define INVERTED(getter, setter, checker, key, group, slot, condition, rule) \
+  KOVA_JUDGED(getter, setter, checker, Allowed(condition, rule))
 // clang-format on

@@ -2,8 +2,10 @@
 #include "model/read.hpp"
 #include "src/accounts/web_rows.hpp"
 #include "src/diagnostics/diagnostics_rows.hpp"
+#include "src/lan/lan_rows.hpp"
 #include "src/lan/wifi_rows.hpp"
 #include "src/voice/voice_rows.hpp"
+#include "src/wan/apn_rows.hpp"
 
 #include <deque>
 #include <string>
@@ -17,6 +19,22 @@ constexpr Row rows[] = {
 #include "src/lan/wifi.def"
 };
 } // namespace wifi
+
+namespace lan {
+using namespace kova::lan;
+constexpr Row rows[] = {
+#include "src/lan/ethernet.def"
+#include "src/lan/lan.def"
+#include "src/lan/management.def"
+};
+} // namespace lan
+
+namespace wan {
+using namespace kova::wan;
+constexpr Row rows[] = {
+#include "src/wan/apn.def"
+};
+} // namespace wan
 
 namespace diagnostics {
 using namespace kova::diagnostics;
@@ -85,8 +103,9 @@ constexpr Row rows[] = {
 
 std::span<const std::span<const Row>> tables() {
   static constexpr std::span<const Row> all[] = {
-      wifi::rows,   diagnostics::rows, management::rows, device_info::rows, filters::rows, firewall::rows,
-      routes::rows, voice::rows,       snmp::rows,       watchdog::rows,    web::rows,
+      wifi::rows,        lan::rows,      wan::rows,      diagnostics::rows, management::rows,
+      device_info::rows, filters::rows,  firewall::rows, routes::rows,      voice::rows,
+      snmp::rows,        watchdog::rows, web::rows,
   };
   return all;
 }

@@ -1,12 +1,12 @@
+#include "host_test.hpp"
 #include "platform/nvram.h"
-#include "temp_device.hpp"
 
 #include <fstream>
 #include <string>
 
 namespace {
 
-class Statistics : public TempDevice {};
+class Statistics : public HostTest {};
 
 TEST_F(Statistics, CountersComeFromTheKernel) {
   for (const int counter : {10, 11, 2, 3})
