@@ -25,8 +25,9 @@ done
 
 cmake --preset fuzz >/dev/null
 cmake --build --preset fuzz
-for target in accessors=2000 records=20000 request_text=20000; do
-  (cd build/fuzz && "bin/fuzz_${target%=*}" -runs="${target#*=}" -seed=1 -len_control=0 -max_len=2000 -verbosity=0)
+for target in accessors records request_text; do
+  (cd build/fuzz && "bin/fuzz_$target" -runs=20000 -seed=1 -len_control=0 -max_len=2000 >"$target.log" 2>&1) ||
+    { cat "build/fuzz/$target.log"; exit 1; }
 done
 
 cmake --preset bench >/dev/null
