@@ -8,56 +8,52 @@ namespace kova::transaction {
 
 namespace {
 
-constexpr InstanceKey one_key(const char *key) {
-  return {key, key};
-}
-
 // clang-format off
 constexpr StoredValue wifi_values[] = {
-    {"Local WiFi Mode",                   one_key("0_rfmode")},
-    {"Local WiFi rate",                   one_key("Fixrate")},
-    {"Local WiFi Bandwidth",              one_key("Bandwidth")}};
+    {"Local WiFi Mode",                   "0_rfmode"},
+    {"Local WiFi rate",                   "Fixrate"},
+    {"Local WiFi Bandwidth",              "Bandwidth"}};
 constexpr StoredValue lan_values[] = {
-    {"Local Lan ip",                      one_key("lan_ip")},
-    {"Local Lan subnetmask",              one_key("lan_netmask")},
-    {"Local DHCP enable",                 one_key("dhcpEnabled")},
-    {"Local DHCP poolstartip",            one_key("dhcpStart")},
-    {"Local DHCP poolendip",              one_key("dhcpEnd")}};
+    {"Local Lan ip",                      "lan_ip"},
+    {"Local Lan subnetmask",              "lan_netmask"},
+    {"Local DHCP enable",                 "dhcpEnabled"},
+    {"Local DHCP poolstartip",            "dhcpStart"},
+    {"Local DHCP poolendip",              "dhcpEnd"}};
 constexpr StoredValue dns_values[] = {
-    {"Local DNS dnsOption",               one_key("dnsOption")},
-    {"Local DNS primaryDNS",              one_key("primaryDNS")},
-    {"Local DNS secondaryDNS",            one_key("secondaryDNS")},
-    {"Local DNS thirdlyDNS",              one_key("thirdlyDNS")}};
+    {"Local DNS dnsOption",               "dnsOption"},
+    {"Local DNS primaryDNS",              "primaryDNS"},
+    {"Local DNS secondaryDNS",            "secondaryDNS"},
+    {"Local DNS thirdlyDNS",              "thirdlyDNS"}};
 constexpr StoredValue download_values[] = {
-    {"Local dlDaig state",                KOVA_INSTANCE_KEY("TR_DLDIAG_STATE")},
-    {"Local dlDaig interface",            KOVA_INSTANCE_KEY("TR_DLDIAG_IF")},
-    {"Local dlDaig URL",                  KOVA_INSTANCE_KEY("TR_DLDIAG_URL")},
-    {"Local dlDaig DSCP",                 KOVA_INSTANCE_KEY("TR_DLDIAG_DSCP")}};
+    {"Local dlDaig state",                OWN("TR_DLDIAG_STATE")},
+    {"Local dlDaig interface",            OWN("TR_DLDIAG_IF")},
+    {"Local dlDaig URL",                  OWN("TR_DLDIAG_URL")},
+    {"Local dlDaig DSCP",                 OWN("TR_DLDIAG_DSCP")}};
 constexpr StoredValue upload_values[] = {
-    {"Local ulDaig state",                KOVA_INSTANCE_KEY("TR_ULDIAG_STATE")},
-    {"Local ulDaig interface",            KOVA_INSTANCE_KEY("TR_ULDIAG_IF")},
-    {"Local ulDaig URL",                  KOVA_INSTANCE_KEY("TR_ULDIAG_URL")},
-    {"Local ulDaig testfilelength",       KOVA_INSTANCE_KEY("TR_ULDIAG_FILE_LEN"), "1024"},
-    {"Local ulDaig DSCP",                 KOVA_INSTANCE_KEY("TR_ULDIAG_DSCP")}};
+    {"Local ulDaig state",                OWN("TR_ULDIAG_STATE")},
+    {"Local ulDaig interface",            OWN("TR_ULDIAG_IF")},
+    {"Local ulDaig URL",                  OWN("TR_ULDIAG_URL")},
+    {"Local ulDaig testfilelength",       OWN("TR_ULDIAG_FILE_LEN"), "1024"},
+    {"Local ulDaig DSCP",                 OWN("TR_ULDIAG_DSCP")}};
 constexpr StoredValue udp_echo_values[] = {
-    {"Local UDPEchoConfig Enable",        KOVA_INSTANCE_KEY("TR_UDPECHO_ENABLE"), "0"},
-    {"Local UDPEchoConfig Interface",     KOVA_INSTANCE_KEY("TR_UDPECHO_IF")},
-    {"Local UDPEchoConfig SourceIPAddress", KOVA_INSTANCE_KEY("TR_UDPECHO_SIPADDR")},
-    {"Local UDPEchoConfig UDPPort",       KOVA_INSTANCE_KEY("TR_UDPECHO_PORT")},
-    {"Local UDPEchoConfig ECHOPlusEnabled", KOVA_INSTANCE_KEY("TR_UDPECHO_PLUS_ENABLE"), "0"}};
+    {"Local UDPEchoConfig Enable",        OWN("TR_UDPECHO_ENABLE"), "0"},
+    {"Local UDPEchoConfig Interface",     OWN("TR_UDPECHO_IF")},
+    {"Local UDPEchoConfig SourceIPAddress", OWN("TR_UDPECHO_SIPADDR")},
+    {"Local UDPEchoConfig UDPPort",       OWN("TR_UDPECHO_PORT")},
+    {"Local UDPEchoConfig ECHOPlusEnabled", OWN("TR_UDPECHO_PLUS_ENABLE"), "0"}};
 constexpr StoredValue ping_values[] = {
-    {"Local pingDaig state",              KOVA_INSTANCE_KEY("TR_PINGDIAG_STATE")},
-    {"Local pingDaig Host",               KOVA_INSTANCE_KEY("TR_PINGDIAG_HOST")},
-    {"Local pingDaig CNT",                KOVA_INSTANCE_KEY("TR_PINGDIAG_CNT"), "4"},
-    {"Local pingDaig timeout",            KOVA_INSTANCE_KEY("TR_PINGDIAG_TIMEOUT"), "1"},
-    {"Local pingDaig data size",          KOVA_INSTANCE_KEY("TR_PINGDIAG_DATA_SIZE"), "56"}};
+    {"Local pingDaig state",              OWN("TR_PINGDIAG_STATE")},
+    {"Local pingDaig Host",               OWN("TR_PINGDIAG_HOST")},
+    {"Local pingDaig CNT",                OWN("TR_PINGDIAG_CNT"), "4"},
+    {"Local pingDaig timeout",            OWN("TR_PINGDIAG_TIMEOUT"), "1"},
+    {"Local pingDaig data size",          OWN("TR_PINGDIAG_DATA_SIZE"), "56"}};
 constexpr StoredValue trace_route_values[] = {
-    {"Local trDaig state",                KOVA_INSTANCE_KEY("TR_TRACEROUTEDIAG_STATE")},
-    {"Local trDaig Host",                 KOVA_INSTANCE_KEY("TR_TRACEROUTEDIAG_HOST")},
-    {"Local trDaig TRYCNT",               KOVA_INSTANCE_KEY("TR_TRACEROUTEDIAG_TRYCNT"), "3"},
-    {"Local trDaig timeout",              KOVA_INSTANCE_KEY("TR_TRACEROUTEDIAG_TIMEOUT"), "1000"},
-    {"Local trDaig data size",            KOVA_INSTANCE_KEY("TR_TRACEROUTEDIAG_DATA_SIZE"), "38"},
-    {"Local trDaig max hops",             KOVA_INSTANCE_KEY("TR_TRACEROUTEDIAG_MAX_HOPS"), "30"}};
+    {"Local trDaig state",                OWN("TR_TRACEROUTEDIAG_STATE")},
+    {"Local trDaig Host",                 OWN("TR_TRACEROUTEDIAG_HOST")},
+    {"Local trDaig TRYCNT",               OWN("TR_TRACEROUTEDIAG_TRYCNT"), "3"},
+    {"Local trDaig timeout",              OWN("TR_TRACEROUTEDIAG_TIMEOUT"), "1000"},
+    {"Local trDaig data size",            OWN("TR_TRACEROUTEDIAG_DATA_SIZE"), "38"},
+    {"Local trDaig max hops",             OWN("TR_TRACEROUTEDIAG_MAX_HOPS"), "30"}};
 
 // In the order in which they are judged, launched and released.
 constexpr Group groups[] = {
@@ -90,7 +86,7 @@ void complete(const Group &group) {
     PendingValue &slot = group.slot(i);
     if (slot.name != nullptr) continue;
     const StoredValue &stored = group.stored[i];
-    const Text value = load(group.section, stored.key.current());
+    const Text value = load({group.section, stored.key.current()});
     pvcl_set_slot(&slot, stored.label, value.empty() ? stored.if_empty : value);
   }
 }

@@ -24,10 +24,25 @@ private:
   int size_;
 };
 
+// A key of the group's section, of both instances or of each its own.
+class StoredKey {
+public:
+  constexpr StoredKey(const char *key) : key_(key), own_(false) {}
+  constexpr StoredKey(OwnKey key) : own_key_(key), own_(true) {}
+  const char *current() const { return own_ ? own_key_.current() : key_; }
+
+private:
+  union {
+    const char *key_;
+    OwnKey own_key_;
+  };
+  bool own_;
+};
+
 // Where the value of a slot that the request did not set comes from.
 struct StoredValue {
   const char *label; // begins with "Local", which tells it from a name of the request
-  InstanceKey key;
+  StoredKey key;
   const char *if_empty = ""; // stands in for an empty stored value
 };
 

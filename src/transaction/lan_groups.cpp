@@ -64,15 +64,15 @@ bool judge_lan(const Group &group, FaultNames &faults) {
     return false;
   }
 
-  const Text stored = load(Section::config, "lan_ip");
+  const Text stored = load("lan_ip");
   const bool changes = !equal(stored, address);
-  if (changes) store(Section::runtime, "dhcp_ip_changed", "1");
+  if (changes) store(runtime("dhcp_ip_changed"), "1");
   if (webscheckSameSubnet(address, mask, stored) != 0) {
-    store(Section::runtime, "different_subnets", "0");
-    store(Section::runtime, "dhcp_ipaddr_change", changes ? "1" : "0");
+    store(runtime("different_subnets"), "0");
+    store(runtime("dhcp_ipaddr_change"), changes ? "1" : "0");
   } else {
     lan::drop_rules_on_lan_addresses();
-    store(Section::runtime, "different_subnets", "1");
+    store(runtime("different_subnets"), "1");
   }
   return true;
 }

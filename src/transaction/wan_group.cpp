@@ -66,10 +66,10 @@ void carry_nat_switches(int mode) {
              restore = mode == nat_mode || mode == vpn_mode;
   for (const auto &[enable, kept] : switches) {
     if (save) {
-      store(Section::config, kept, load(Section::config, enable));
-      store(Section::config, enable, "0");
+      store(kept, load(enable));
+      store(enable, "0");
     } else if (restore) {
-      store(Section::config, enable, load(Section::config, kept));
+      store(enable, load(kept));
     }
   }
 }

@@ -1,7 +1,7 @@
 // The LTE uplink as the data model's WAN device, connection and IP connection.
 #include "platform/nvram.h"
 #include "src/frame/interface_query.hpp"
-#include "src/frame/settings.hpp"
+#include "src/frame/rows.hpp"
 #include "src/frame/shell.hpp"
 #include "src/frame/statistics.hpp"
 #include "src/frame/trace.hpp"
@@ -26,8 +26,7 @@ constexpr int bytes_sent = 10, bytes_received = 2, packets_sent = 11, packets_re
 
 int answer_data_counter(int counter, char *buf, unsigned int buflen) {
   char text[24];
-  std::snprintf(text, sizeof text, "%lld",
-                tarn_get_if_statistic(load(Section::runtime, "curr_data_if"), counter));
+  std::snprintf(text, sizeof text, "%lld", tarn_get_if_statistic(load(runtime("curr_data_if")), counter));
   return answer(text, buf, buflen);
 }
 
@@ -38,7 +37,7 @@ struct InterfaceName {
 
 bool is_connected() {
   constexpr int connected = 3;
-  return leading_number(load(Section::runtime, "lte_data_state")) == connected;
+  return load_number(runtime("lte_data_state")) == connected;
 }
 
 // The gateway of an interface's default route in the kernel's table; "" without one.
@@ -68,7 +67,7 @@ Text default_gateway(const char *ifname) {
   int getter(int dev, char *buf, unsigned int buflen) {                                                      \
     return wan::indexes_are_1(dev) ? call : -1;                                                              \
   }
-#define CONSTANT(getter, text) DEVICE_GETTER(getter, answer(text, buf, buflen))
+#define DEVICE_CONSTANT(getter, text) DEVICE_GETTER(getter, answer(text, buf, buflen))
 #define DATA_COUNTER(getter, counter) DEVICE_GETTER(getter, answer_data_counter(counter, buf, buflen))
 #define UPLINK_COUNTER(getter, counter)                                                                      \
   int getter(char *buf, unsigned int buflen) {                                                               \
@@ -76,14 +75,14 @@ Text default_gateway(const char *ifname) {
   }
 
 // clang-format off
-KOVA_CONSTANT_GETTER(kovaGetTR069ManageableDeviceNumberOfEntries, "1")
-KOVA_SETTING_GETTER( kovaGetTR069LANDeviceNumberOfEntries, Section::config, "TR_LAN_DEV_NUM")
-KOVA_SETTING_GETTER( kovaGetTR069WANDeviceNumberOfEntries, Section::config, "TR_WAN_DEV_NUM")
-CONSTANT(            kovaGetWANDeviceWANConnectionNumberOfEntries, "1")
-CONSTANT(            kovaGetWANDeviceEnabledForInternet,           "true")
-CONSTANT(            kovaGetWANDeviceWANAccessType,                "LTE")
-CONSTANT(            kovaGetWANDeviceLayer1UpstreamMaxBitRate,     "27472691.2")
-CONSTANT(            kovaGetWANDeviceLayer1DownstreamMaxBitRate,   "220200960")
+CONSTANT(kovaGetTR069ManageableDeviceNumberOfEntries, "1")
+STORED(kovaGetTR069LANDeviceNumberOfEntries, "TR_LAN_DEV_NUM")
+STORED(kovaGetTR069WANDeviceNumberOfEntries, "TR_WAN_DEV_NUM")
+DEVICE_CONSTANT(kovaGetWANDeviceWANConnectionNumberOfEntries, "1")
+DEVICE_CONSTANT(kovaGetWANDeviceEnabledForInternet,           "true")
+DEVICE_CONSTANT(kovaGetWANDeviceWANAccessType,                "LTE")
+DEVICE_CONSTANT(kovaGetWANDeviceLayer1UpstreamMaxBitRate,     "27472691.2")
+DEVICE_CONSTANT(kovaGetWANDeviceLayer1DownstreamMaxBitRate,   "220200960")
 DATA_COUNTER(        kovaGetWANDeviceTotalBytesSent,               bytes_sent)
 DATA_COUNTER(        kovaGetWANDeviceTotalBytesReceived,           bytes_received)
 DATA_COUNTER(        kovaGetWANDeviceTotalPacketsSent,             packets_sent)
@@ -93,8 +92,8 @@ UPLINK_COUNTER(      kovaGetWANTotalBytesSent,                     kova::receive
 UPLINK_COUNTER(      kovaGetWANTotalBytesReceived,                 kova::sent_bytes)
 UPLINK_COUNTER(      kovaGetWANTotalPacketsSent,                   kova::received_packets)
 UPLINK_COUNTER(      kovaGetWANTotalPacketsReceived,               kova::sent_packets)
-KOVA_SETTING_GETTER( kovaGetWANConnectionSubnetMask, Section::runtime, "wan_netmask")
-KOVA_SETTING_GETTER( kovaGetWANConnectionX_MTU,      Section::config,  "internet_mtu")
+STORED(kovaGetWANConnectionSubnetMask, ::kova::runtime("wan_netmask"))
+STORED(kovaGetWANConnectionX_MTU, "internet_mtu")
 // clang-format on
 
 int kovaGetWANConnectionIPConnectionNumberOfEntries(int dev, int conn, char *buf, unsigned int buflen) {
@@ -102,7 +101,7 @@ int kovaGetWANConnectionIPConnectionNumberOfEntries(int dev, int conn, char *buf
 }
 
 int kovaGetWANDevicePhysicalLinkStatus(char *buf, unsigned int buflen) {
-  const bool exists = tarn_is_interface_exist(load(Section::runtime, "curr_data_if")) == 0;
+  const bool exists = tarn_is_interface_exist(load(runtime("curr_data_if"))) == 0;
   return answer(exists ? "Up" : "Down", buf, buflen);
 }
 
@@ -111,7 +110,7 @@ int kovaGetTR069WANConnectionConnectionStatus(char *buf, unsigned int buflen) {
                                        "Connected", "Connect error", "Scanned"};
   constexpr unsigned long last_state = 55; // beyond it, the caller's buffer is as it was
   Text state;
-  if (!load(Section::runtime, "lte_ue_state", state)) return answer("", buf, buflen);
+  if (!load(runtime("lte_ue_state"), state)) return answer("", buf, buflen);
   const unsigned long index = std::strtoul(state, nullptr, 10);
   if (index > last_state) return 0;
   return answer(index < std::size(names) ? names[index] : "", buf, buflen);
@@ -153,9 +152,8 @@ int kovaGetTR069WANGatewayAddress(char *buf, unsigned int buflen) {
 
 int kovaGetWANConnectionExternalIPAddress(int dev, int conn, int ipconn, char *buf, unsigned int buflen) {
   if (!wan::indexes_are_1(dev, conn, ipconn)) return -1;
-  const Text management_address = load(Section::runtime, "mgmt_ipaddr");
-  return answer(management_address.empty() ? load(Section::runtime, "wan_ipaddr") : management_address, buf,
-                buflen);
+  const Text management_address = load(runtime("mgmt_ipaddr"));
+  return answer(management_address.empty() ? load(runtime("wan_ipaddr")) : management_address, buf, buflen);
 }
 
 int kovaGetTR069WANConnectionExternalIPAddress(char *buf, unsigned int buflen) {
@@ -163,13 +161,13 @@ int kovaGetTR069WANConnectionExternalIPAddress(char *buf, unsigned int buflen) {
 }
 
 int kovaSetWANConnectionX_MTU(const char *value) {
-  constexpr Rule mtu_rule = {30, 1};
+  constexpr Rule mtu_rule = rule_of(30, 1);
   value = text_or_empty(value);
   if (!passes(mtu_rule, value)) {
     dbg_trace("set mtu fail\n");
     return -1;
   }
-  store(Section::config, "internet_mtu", value);
+  store("internet_mtu", value);
   run("test_cpeevent call 'ce_set_mtu'");
   return 0;
 }

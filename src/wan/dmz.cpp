@@ -1,7 +1,7 @@
 // DMZ and SIP ALG: what NAT does, announced to the firewall.
 #include "platform/nvram.h"
 #include "platform/webs.h"
-#include "src/frame/settings.hpp"
+#include "src/frame/rows.hpp"
 #include "src/frame/shell.hpp"
 #include "src/frame/trace.hpp"
 #include "src/wan/indexes.hpp"
@@ -19,7 +19,7 @@ namespace {
 constexpr const char *enable_key = "DMZEnable", *host_key = "DMZAddress", *acl_key = "AclEnable";
 
 bool is_router_mode() {
-  if (leading_number(load(Section::config, "oper_mode")) != wan::router_mode) return false;
+  if (load_number("oper_mode") != wan::router_mode) return false;
   dbg_trace("[TR069][Error]Operation mode is Router mode can not set DMZ\n");
   return true;
 }
@@ -45,7 +45,7 @@ int store_and_announce(const char *key, const char *value) {
 
 // What is stored, or -1 when nothing is.
 int answer_stored(const char *key, const char *text, char *buf, unsigned int buflen) {
-  if (load(Section::config, key).empty()) {
+  if (load(key).empty()) {
     dbg_trace("Fail to get %s!\n", key);
     return -1;
   }
@@ -54,14 +54,14 @@ int answer_stored(const char *key, const char *text, char *buf, unsigned int buf
 
 // The ACL modes that keep remote management out.
 bool acl_avoids_remote_management() {
-  const int mode = leading_number(load(Section::config, acl_key));
+  const int mode = load_number(acl_key);
   return mode == 1 || mode == 3 || mode == 4;
 }
 
 int set_plain(const char *key, int item, const char *value) {
   constexpr int rules = 11;
-  if (!passes_unmarked({rules, item}, text_or_empty(value))) return -1;
-  store(Section::config, key, text_or_empty(value));
+  if (!passes_unmarked(kova::rule_of(rules, item), text_or_empty(value))) return -1;
+  store(key, text_or_empty(value));
   kova_nat_cfg_changed();
   return 0;
 }
@@ -75,8 +75,7 @@ int _notifyFirewallNatChanged(void) {
 
 int kovaGetWANConnectionDMZEnable(int dev, int conn, int ipconn, char *buf, unsigned int buflen) {
   if (!wan::indexes_are_1(dev, conn, ipconn)) return -1;
-  return answer_stored(enable_key, equal(load(Section::config, enable_key), "0") ? "false" : "true", buf,
-                       buflen);
+  return answer_stored(enable_key, equal(load(enable_key), "0") ? "false" : "true", buf, buflen);
 }
 
 int kovaSetWANConnectionDMZEnable(int dev, int conn, int ipconn, const char *value) {
@@ -88,7 +87,7 @@ int kovaSetWANConnectionDMZEnable(int dev, int conn, int ipconn, const char *val
 
 int kovaGetWANConnectionDMZHostIPAddress(int dev, int conn, int ipconn, char *buf, unsigned int buflen) {
   if (!wan::indexes_are_1(dev, conn, ipconn)) return -1;
-  return answer_stored(host_key, load(Section::config, host_key), buf, buflen);
+  return answer_stored(host_key, load(host_key), buf, buflen);
 }
 
 int kovaSetWANConnectionDMZHostIPAddress(int dev, int conn, int ipconn, const char *value) {
@@ -96,7 +95,7 @@ int kovaSetWANConnectionDMZHostIPAddress(int dev, int conn, int ipconn, const ch
   value = text_or_empty(value);
   in_addr address;
   if (inet_pton(AF_INET, value, &address) != 1) return refuse(host_key, value);
-  if (equal(load(Section::config, enable_key), "0")) { // a missing switch allows
+  if (equal(load(enable_key), "0")) { // a missing switch allows
     dbg_trace("DMZEnable false!\n");
     return -1;
   }
@@ -118,7 +117,7 @@ int kovaSetWANConnectionDMZAvoidRemoteManagement(int dev, int conn, int ipconn, 
   value = text_or_empty(value);
   const char *digit = switch_digit(value);
   if (digit == nullptr) return refuse("AvoidRemoteManagement", value);
-  if (equal(digit, "1") != acl_avoids_remote_management()) store(Section::config, acl_key, digit);
+  if (equal(digit, "1") != acl_avoids_remote_management()) store(acl_key, digit);
   return _notifyFirewallNatChanged(); // also when there was nothing to store
 }
 
@@ -128,10 +127,10 @@ int setTR069DMZEnable(const char *value) {
 int setTR069DMZHostAddress(const char *value) {
   return set_plain(host_key, 2, value);
 }
-KOVA_SETTING_GETTER(getTR069DMZEnable, Section::config, enable_key)
-KOVA_SETTING_GETTER(getTR069DMZHostAddress, Section::config, host_key)
+STORED(getTR069DMZEnable, enable_key)
+STORED(getTR069DMZHostAddress, host_key)
 
-KOVA_SETTING_GETTER(kovaGetALGSIPEnable, Section::config, "SIPAlgEnable")
+STORED(kovaGetALGSIPEnable, "SIPAlgEnable")
 int kovaSetALGSIPEnable(const char *value) {
   constexpr int rules = 31, item = 1, refused = -1; // the rule's other complaints are not for this setting
   value = text_or_empty(value);
@@ -143,6 +142,6 @@ int kovaSetALGSIPEnable(const char *value) {
     dbg_trace("[TR069][ALG]Invalid value '%s' for SIPAlgEnable!\n", value);
     return -1;
   }
-  store(Section::config, "SIPAlgEnable", value);
+  store("SIPAlgEnable", value);
   return _notifyFirewallNatChanged();
 }

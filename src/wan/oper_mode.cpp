@@ -1,5 +1,6 @@
 // The operation mode and the VPN.
 #include "platform/webs.h"
+#include "src/frame/rows.hpp"
 #include "src/frame/trace.hpp"
 #include "src/transaction/park.hpp"
 #include "src/wan/wan_mode.hpp"
@@ -25,19 +26,19 @@ constexpr Setting oper_mode = {"oper_mode", 0}, vpn_type = {"vpn_type", 1}, vpn_
 
 bool passes_rule(Setting setting, const char *value) {
   constexpr int rules = 9;
-  return passes({rules, setting.item}, value);
+  return passes(kova::rule_of(rules, setting.item), value);
 }
 
 // ---- Data-model parameters
 
 int get(Setting setting, char *buf, unsigned int buflen) {
-  return buflen < 1 ? -1 : get_setting(Section::config, setting.key, buf, buflen);
+  return buflen < 1 ? -1 : answer_stored(setting.key, buf, buflen);
 }
 
 int set_unchecked(Setting setting, const char *value) {
   if (value == nullptr) return -1;
-  store(Section::config, setting.key, value);
-  store(Section::runtime, setting.key, value);
+  store(setting.key, value);
+  store(runtime(setting.key), value);
   mrhd_opermode_network_restart();
   return 0;
 }
@@ -58,7 +59,7 @@ int set_if_writable(Setting setting, const char *value) {
   if (value == nullptr || !passes_rule(setting, value) ||
       OperMode_checkKeyWritableFromNvram(setting.key) != writable)
     return -1;
-  store(Section::config, setting.key, value);
+  store(setting.key, value);
   return 0;
 }
 
@@ -70,7 +71,7 @@ int set_with_layer_3_vpn(Setting setting, const char *value) {
 
 // Reads a setting that must be there and pass its rule.
 bool load_valid(Setting setting, int &number) {
-  const Text value = load(Section::config, setting.key);
+  const Text value = load(setting.key);
   const bool wrong = !value.empty() && !passes_rule(setting, value);
   if (value.empty() || wrong) {
     dbg_trace("%s %s\n", setting.key, wrong ? "wrong" : "blank");
@@ -117,11 +118,11 @@ int kovaTr069CheckOperModeNvram(void) {
 
 int tarnIsL3Vpn(void) {
   using kova::Section;
-  const kova::Text type = kova::load(Section::config, "vpn_type");
+  const kova::Text type = kova::load("vpn_type");
   const char *bridging = kova::equal(type, "0")   ? "bcp_enable"
                          : kova::equal(type, "1") ? "gre_type"
                                                   : nullptr;
-  if (bridging != nullptr && kova::equal(kova::load(Section::config, bridging), "0")) return 1;
+  if (bridging != nullptr && kova::equal(kova::load(bridging), "0")) return 1;
   dbg_trace("\n\ntarnIsL3Vpn() return 0\n\n");
   return 0;
 }
@@ -151,7 +152,7 @@ int kovaGetOperModeApply(char *, unsigned int) {
   int checker(const char *name, const char *value) {                                                         \
     return wan::check(wan::setting, name, value, gPVCL.slot);                                                \
   }
-#define OLDER_GETTER(getter, setting) KOVA_SETTING_GETTER(getter, Section::config, wan::setting.key)
+#define OLDER_GETTER(getter, setting) STORED(getter, wan::setting.key)
 
 // clang-format off
 GETTER(getTR069WanSettingOperMode,            oper_mode)        SETTER(setTR069WanSettingOperMode,            set_unchecked, oper_mode)
@@ -180,7 +181,7 @@ OLDER_GETTER(kovaGetBcpEnable,       bcp_enable)        SETTER(kovasetBcpEnable,
 OLDER_GETTER(kovaGetL2tpHostname,    l2tp_host_name)    SETTER(kovasetL2tpHostname,    set_if_writable,      l2tp_host_name)
 OLDER_GETTER(kovaGetL2tpLnsIp,       l2tp_server)       SETTER(kovasetL2tpLnsIp,       set_if_writable,      l2tp_server)
 OLDER_GETTER(kovaGetL2tpPppUser,     l2tp_user)         SETTER(kovasetL2tpPppUser,     set_if_writable,      l2tp_user)
-KOVA_CONSTANT_GETTER(kovaGetL2tpPppPass, " ")           SETTER(kovasetL2tpPppPass,     set_if_writable,      l2tp_password)
+CONSTANT(kovaGetL2tpPppPass, " ")           SETTER(kovasetL2tpPppPass,     set_if_writable,      l2tp_password)
 OLDER_GETTER(kovaGetGreType,         gre_type)          SETTER(kovasetGreType,         set_if_writable,      gre_type)
 OLDER_GETTER(kovaGetGreTunnelIp,     gre_tunnel_ip)     SETTER(kovasetGreTunnelIp,     set_if_writable,      gre_tunnel_ip)
 OLDER_GETTER(kovaGetGreTunnelIpMask, gre_tunnel_mask)   SETTER(kovasetGreTunnelIpMask, set_if_writable,      gre_tunnel_mask)

@@ -108,8 +108,7 @@ TEST(Device, CreationKeepsWhatTheStoresHold) {
   const BootedDevice device;
   EXPECT_TRUE(device.run([] {
     store(0, "lan_ip", "10.0.0.1");
-    host::tree_replace(
-        "<tarn><cm_config><apnprofile><apn2><mtu>1400</mtu></apn2></apnprofile></cm_config></tarn>");
+    host::tree_store(std::vector<host::TreeLeaf>{{"/tarn/cm_config/apnprofile/apn2/mtu", "1400"}});
     device::up();
     expect_complete();
     EXPECT_EQ(nvram(0, "lan_ip"), "10.0.0.1");
