@@ -17,11 +17,6 @@ namespace kova::voice {
 
 namespace {
 
-bool refused(const char *message, const char *what) {
-  dbg_trace(message, what); // NOLINT(clang-diagnostic-format-nonliteral)
-  return false;
-}
-
 // In which server mode a SIP setting can be set.
 enum class Mode { either, proxy, pcscf };
 
