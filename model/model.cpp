@@ -37,8 +37,7 @@ std::vector<Parameter> gather() {
     }
   }
   for (std::span<const Parameter> family :
-       {lan_rows(), wan_rows(), wan_connection_rows(), time_rows(), radio_rows(), security_rows(),
-        voice_rows(), sas_rows(), accounts_rows()})
+       {lan_rows(), wan_rows(), wan_connection_rows(), security_rows(), voice_rows(), accounts_rows()})
     all.insert(all.end(), family.begin(), family.end());
   std::ranges::sort(all, {}, &Parameter::path);
   return all;

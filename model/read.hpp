@@ -89,5 +89,7 @@ inline constexpr None NONE;
 #define STATISTIC(getter, key, what)                                KOVA_READ(getter)
 #define PROVISIONED(getter, setter, key)                  KOVA_WRITE(getter, setter, anything)
 #define IGNORED(getter, setter, key)                      KOVA_WRITE(getter, setter, anything)
+#define EDGE(getter, setter, edge)                        KOVA_WRITE(getter, setter, anything)
+#define CONVERTED(getter, setter, key, rule, shown, stored) KOVA_WRITE(getter, setter, rule)
 #define CIPHER(getter, setter, key, cipher_key)           KOVA_WRITE(getter, setter, security_modes)
 // clang-format on

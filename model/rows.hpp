@@ -71,11 +71,8 @@ namespace kova::model {
 std::span<const Parameter> lan_rows();
 std::span<const Parameter> wan_rows();
 std::span<const Parameter> wan_connection_rows();
-std::span<const Parameter> time_rows();
-std::span<const Parameter> radio_rows();
 std::span<const Parameter> security_rows();
 std::span<const Parameter> voice_rows();
-std::span<const Parameter> sas_rows();
 std::span<const Parameter> accounts_rows();
 
 } // namespace kova::model

@@ -34,14 +34,30 @@ constexpr Row rows[] = {
 };
 } // namespace device_info
 
+namespace radio {
+constexpr Row rows[] = {
+#include "src/radio/radio.def"
+#include "src/radio/rates.def"
+};
+} // namespace radio
+
+namespace time {
+constexpr Row rows[] = {
+#include "src/time/time.def"
+};
+} // namespace time
+
+namespace sas {
+constexpr Row rows[] = {
+#include "src/sas/sas.def"
+};
+} // namespace sas
+
 } // namespace
 
 std::span<const std::span<const Row>> tables() {
   static constexpr std::span<const Row> all[] = {
-      wifi::rows,
-      diagnostics::rows,
-      management::rows,
-      device_info::rows,
+      wifi::rows, diagnostics::rows, management::rows, device_info::rows, radio::rows, time::rows, sas::rows,
   };
   return all;
 }
