@@ -110,6 +110,8 @@ constexpr None operation(const char *, None none) {
 #define JUDGE(setter, may_be)                                       .settable = true, .set = KOVA_ACCESSOR(setter), .allowed = may_be
 #define PROVISIONED(getter, setter, key)                  KOVA_WRITE(getter, setter, anything)
 #define IGNORED(getter, setter, key)                      KOVA_WRITE(getter, setter, anything)
+#define EDGE(getter, setter, edge)                        KOVA_WRITE(getter, setter, anything)
+#define CONVERTED(getter, setter, key, rule, shown, stored) KOVA_WRITE(getter, setter, rule)
 #define CIPHER(getter, setter, key, cipher_key)           KOVA_WRITE(getter, setter, security_modes)
 #define INDEXED(getter, how, what)                        KOVA_READ(getter)
 // clang-format on
