@@ -13,14 +13,9 @@ namespace {
 
 constexpr auto path_of = [](const Parameter *parameter) { return parameter->path; };
 
-// The texts that a row's path is made of lie apart in its table; they are joined once.
-std::string_view joined(std::string_view object, std::string_view name) {
-  static std::deque<std::string> paths;
-  return paths.emplace_back(std::string(object) + std::string(name));
-}
-
 Access access_of(const Row &row) {
-  return row.reported ? Access::ReportedOnly : row.settable ? Access::ReadWrite : Access::ReadOnly;
+  if (row.reported) return Access::ReportedOnly;
+  return row.settable && !row.agent_set ? Access::ReadWrite : Access::ReadOnly;
 }
 
 std::vector<Parameter> gather() {
@@ -31,13 +26,12 @@ std::vector<Parameter> gather() {
       if (row.name.empty())
         object = row.object;
       else if (!row.row_get)
-        all.push_back({joined(object, row.name), row.type, access_of(row), row.get, row.set, row.check,
+        all.push_back({joined({object, row.name}), row.type, access_of(row), row.get, row.set, row.check,
                        row.unit, row.meaning, row.allowed});
     }
   }
   for (std::span<const Parameter> family :
-       {frame_rows(), lan_rows(), wan_rows(), wan_connection_rows(), management_rows(), device_info_rows(),
-        time_rows(), radio_rows(), security_rows(), voice_rows(), sas_rows(), accounts_rows()})
+       {wan_rows(), wan_connection_rows(), time_rows(), radio_rows(), sas_rows()})
     all.insert(all.end(), family.begin(), family.end());
   std::ranges::sort(all, {}, &Parameter::path);
   return all;

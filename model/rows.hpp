@@ -68,17 +68,10 @@ consteval kova_setter *bound() {
 namespace kova::model {
 
 // One table per family; model.cpp joins them.
-std::span<const Parameter> frame_rows();
-std::span<const Parameter> lan_rows();
 std::span<const Parameter> wan_rows();
 std::span<const Parameter> wan_connection_rows();
-std::span<const Parameter> management_rows();
-std::span<const Parameter> device_info_rows();
 std::span<const Parameter> time_rows();
 std::span<const Parameter> radio_rows();
-std::span<const Parameter> security_rows();
-std::span<const Parameter> voice_rows();
 std::span<const Parameter> sas_rows();
-std::span<const Parameter> accounts_rows();
 
 } // namespace kova::model

@@ -7,47 +7,10 @@ namespace {
 
 // clang-format off
 #define WAN     "InternetGatewayDevice.WANDevice.1."
-#define APN(n)  WAN "X_KOVA_APN." #n "."
 #define SETTING WAN "X_KOVA_WANSetting."
 #define MODE    WAN "X_KOVA_OperMode."
 
-#define APN_PROFILE(n) \
-    CHECKED   (APN(n) "Enable", Boolean, getTR069APN##n##Enable, setTR069APN##n##Enable, chkTR069APN##n##Enable, \
-               "", "Whether the profile is in use; the first always is"), \
-    READ_ONLY (APN(n) "ProfileName", String, getTR069APN##n##ProfileName, \
-               "", "Name of the profile"), \
-    READ_WRITE(APN(n) "Name", String, getTR069APN##n##Name, setTR069APN##n##Name, \
-               "", "Access point name"), \
-    READ_WRITE(APN(n) "Auth", UnsignedInt, getTR069APN##n##Auth, setTR069APN##n##Auth, \
-               "", "Authentication type, 1 to 4"), \
-    READ_WRITE(APN(n) "UserName", String, getTR069APN##n##UserName, setTR069APN##n##UserName, \
-               "", "User name for the authentication"), \
-    READ_WRITE(APN(n) "Password", String, getTR069APN##n##Password, setTR069APN##n##Password, \
-               "", "Password for the authentication, shown as it is stored"), \
-    READ_WRITE(APN(n) "PDPType", UnsignedInt, getTR069APN##n##PDPType, setTR069APN##n##PDPType, \
-               "", "Type of the packet data connection, 0 to 2"), \
-    READ_WRITE(APN(n) "MTU", UnsignedInt, getTR069APN##n##MTU, setTR069APN##n##MTU, \
-               "bytes", "Largest packet, 576 to 1500"), \
-    CHECKED   (APN(n) "ApplyTo", UnsignedInt, \
-               getTR069APN##n##ApplyTo, setTR069APN##n##ApplyTo, chkTR069APN##n##ApplyTo, \
-               "", "What the bearer is used for, 0 to 3; 0 is data"), \
-    CHECKED   (APN(n) "BridgeVID", UnsignedInt, \
-               getTR069APN##n##BridgeVID, setTR069APN##n##BridgeVID, chkTR069APN##n##BridgeVID, \
-               "", "VLAN to which the bearer is bridged, 0 to 4094"), \
-    READ_WRITE(APN(n) "GREL2DestIP", String, getTR069APN##n##GREL2DestIP, setTR069APN##n##GREL2DestIP, \
-               "", "Far end of the layer-2 GRE tunnel"), \
-    READ_WRITE(APN(n) "GREL2VlanList", String, getTR069APN##n##GREL2VlanList, setTR069APN##n##GREL2VlanList, \
-               "", "VLANs in the layer-2 GRE tunnel, separated by blanks; may be empty"), \
-    READ_WRITE(APN(n) "GREL2UntaggedVlan", String, \
-               getTR069APN##n##GREL2UntaggedVlan, setTR069APN##n##GREL2UntaggedVlan, \
-               "", "VLAN of the tunnel's untagged packets; may be empty"),
-
 constexpr Parameter rows[] = {
-    READ_WRITE(WAN "X_KOVA_APN.MTU", UnsignedInt, getTR069APNMTU, setTR069APNMTU,
-               "bytes", "Largest packet, for all profiles"),
-    APN_PROFILE(1) APN_PROFILE(2) APN_PROFILE(3) APN_PROFILE(4)
-    APN_PROFILE(5) APN_PROFILE(6) APN_PROFILE(7) APN_PROFILE(8)
-
     // Set transaction: judged together with the APN profiles, stored, and the network restarted.
     CHECKED   (SETTING "OperMode", UnsignedInt,
                getTR069WanSettingOperMode, setTR069WanSettingOperMode, chkTR069WanSettingOperMode,

@@ -4,9 +4,12 @@
 #include "src/diagnostics/udp_echo_statistics.hpp"
 #include "src/frame/rows.hpp"
 #include "src/frame/trace.hpp"
+#include "src/lists/row_list.hpp"
 #include "src/transaction/park.hpp"
 
+#include <kova/accounts.h>
 #include <kova/diagnostics.h>
+#include <kova/security.h>
 
 namespace kova::diagnostics {
 
@@ -24,12 +27,6 @@ int answer_statistic(OwnKey key, EchoStatistic statistic, char *buf, unsigned in
   return answer(text, buf, buflen);
 }
 
-// The checkers and the batch validation have judged.
-int set_result(Key key, const char *value) {
-  store(key, text_or_empty(value));
-  return 0;
-}
-
 // Judges a value that takes no part in its group: the tool is not told of it.
 int judge(const char *value, bool (*holds)(const char *)) {
   if (value != nullptr && holds(value)) return 0;
@@ -45,6 +42,14 @@ int check_named(const char *name, const char *value, bool (*holds)(const char *)
   return name == nullptr ? -1 : check(name, value, holds, place);
 }
 
+// Answers the judgement alone, of what an agent asks before it sets it.
+int answer_judgement(const char *value, Rule rule) {
+  return passes(rule, text_or_empty(value)) ? 0 : -1;
+}
+int answer_judgement(const char *value, const Condition &condition) {
+  return condition.holds(text_or_empty(value)) ? 0 : -1;
+}
+
 } // namespace
 
 } // namespace kova::diagnostics
@@ -55,7 +60,7 @@ using namespace kova::diagnostics;
 // Inputs of a test: its state, what its tool is told (the last form wants the parameter's name), what is only kept.
 #define STATE(getter, setter, checker, key, group, slot)                                                     \
   COMPUTED(getter, answer_state, runtime(key))                                                               \
-  KOVA_SET(setter, set_result(runtime(key), value))                                                          \
+  KOVA_SET(setter, set_as_given(runtime(key), value))                                                        \
   KOVA_CHECK(checker, check(name, value, requested.holds, {gPVCL.group, gPVCL.slot}))
 #define INPUT(getter, setter, checker, key, group, slot, condition)                                          \
   RESULT(getter, setter, runtime(key))                                                                       \
@@ -67,4 +72,17 @@ using namespace kova::diagnostics;
   RESULT(getter, setter, key) KOVA_CHECK(checker, judge(value, (condition).holds))
 // What the echo server counts.
 #define STATISTIC(getter, key, what) KOVA_GET(getter, answer_statistic(key, EchoStatistic::what, buf, buflen))
+#define JUDGE(setter, may_be) KOVA_SET(setter, answer_judgement(value, may_be))
 #include "src/diagnostics/diagnostics.def"
+
+int kovaGetDiagnosticsRouteHopsHopHost(int index, char *out, unsigned int outlen) {
+  const Text hosts = load("ROUTEHOPS_HOPHOST");
+  const int count = firewall_getRuleNums(hosts);
+  if (index < 1 || index > count) {
+    dbg_trace("Rule index %d out of range %d!\n", index, count);
+    return -1;
+  }
+  if (getNthField(index - 1, hosts, ';', out, static_cast<int>(outlen)) == 0) return 0;
+  dbg_trace("Fail to get rule %d from rules '%s'!\n", index, hosts.chars);
+  return -1;
+}

@@ -3,6 +3,8 @@
 
 #include "src/frame/text.hpp"
 
+#include <kova/frame.h>
+
 #include <climits>
 #include <cstdlib>
 #include <cstring>
@@ -30,6 +32,8 @@ inline bool is_go_ahead(const char *value) {
 }
 
 inline constexpr Condition anything = {[](const char *) { return true; }, true};
+// No markup and no shell quoting.
+inline constexpr Condition unmarked = {[](const char *value) { return checkXSSattack(value) >= 0; }, true};
 inline constexpr Condition not_empty = {[](const char *value) { return *value != '\0'; }};
 // What a trigger takes.
 inline constexpr Condition go_ahead = {is_go_ahead, false, "1"};

@@ -47,6 +47,11 @@ int store(Key key, const char *value) {
   return nvram_bufset(static_cast<int>(key.section), key.text, value);
 }
 
+int set_as_given(Key key, const char *value) {
+  store(key, text_or_empty(value));
+  return 0;
+}
+
 int answer_stored(Key key, char *buf, unsigned int buflen) {
   return answer(load(key), buf, buflen);
 }
@@ -69,6 +74,10 @@ const char *boolean_setting(const char *text) {
   if (strcasestr(text, "FALSE") != nullptr) return "0";
   if (*text == '1') return "1";
   return *text == '0' ? "0" : nullptr;
+}
+
+const char *setting_unless_off(const char *text) {
+  return strcasestr(text, "FALSE") != nullptr || equal(text, "0") ? "0" : "1";
 }
 
 } // namespace kova

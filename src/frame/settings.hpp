@@ -54,6 +54,8 @@ int load_number(Key key);
 int load_switch(const char *key);
 // Whether the store took the value is the platform's business: accessors do not look, but for the few that answer it.
 int store(Key key, const char *value);
+// The setter of what has been judged, or need not be; NULL is stored as the empty text. Always 0.
+int set_as_given(Key key, const char *value);
 
 // The plain getter: 0 and "" for a key that does not exist.
 int answer_stored(Key key, char *buf, unsigned int buflen);
@@ -61,7 +63,7 @@ int answer_stored(Key key, char *buf, unsigned int buflen);
 int answer_whole(Key key, char *buf, unsigned int buflen);
 
 using Rule = kova_rule;
-constexpr Rule rule_of(int group, int item) {
+constexpr Rule rule_of(int group, int item) { // goes when the last rule by number has its name
   return static_cast<Rule>(group << 8 | item);
 }
 // What the platform's checker says of a value: 0 or more for one that passes, else the rule's complaint.
@@ -75,5 +77,7 @@ bool passes_unmarked(Rule rule, const char *value);
 // The switch that a boolean text stands for, as stored: "1" or "0". "TRUE" anywhere, in any case, is on, else "FALSE"
 // is off; else the first character decides. NULL for any other text.
 const char *boolean_setting(const char *text);
+// The same where every text is one of both: "FALSE" anywhere, in any case, and "0" are off, all else is on.
+const char *setting_unless_off(const char *text);
 
 } // namespace kova

@@ -137,7 +137,7 @@ int nvram_bufget_string(int section, const char *key, char *buf, int size) {
 
 char *nvram_bufget(int section, const char *key) {
   const std::string *value = find(section, key);
-  return strdup(value == nullptr ? "" : value->c_str());
+  return platform.has_copies ? strdup(value == nullptr ? "" : value->c_str()) : nullptr;
 }
 
 int nvram_bufset(int section, const char *key, const char *value) {

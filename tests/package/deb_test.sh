@@ -46,7 +46,7 @@ files() { (cd "$1" && find usr ! -type d ! -path 'usr/share/doc/*' | sort); }
 expect "what packages lack (<) or have alone (>)" "" "$(diff <(files "$scratch/whole") <(files "$root") || true)"
 expect "directories that not everybody can enter" "" "$(find "$root/usr" -type d ! -perm 755)"
 expect "versions of the change logs" "$version $version $version" \
-  "$(zcat "$root"/usr/share/doc/*/changelog.gz | sed -n 's/^libkova (\(.*\)).*/\1/p' | xargs)"
+  "$(for log in "$root"/usr/share/doc/*/changelog.gz; do zcat "$log" | sed -n '1s/^libkova (\(.*\)).*/\1/p'; done | xargs)"
 
 expect "files that name the build machine" "" "$(grep -rlF -e "$build" -e "$source" "$root/usr" || true)"
 for file in $(find "$root/usr" -type f); do

@@ -1,4 +1,4 @@
-#include "src/security/rule_list.hpp"
+#include "src/lists/row_list.hpp"
 
 #include "platform/nvram.h"
 #include "src/frame/trace.hpp"
@@ -6,16 +6,11 @@
 #include <kova/security.h>
 #include <strings.h>
 
-#include <cstdint>
 #include <cstdio>
-#include <cstdlib>
-#include <cstring>
 
-namespace kova::rules {
+namespace kova::lists {
 
 namespace {
-
-constexpr int config = static_cast<int>(Section::config);
 
 // A list text while it is written: rows joined by ";", in the room that editing has.
 class ListText {
@@ -25,12 +20,16 @@ public:
     if (rows_++ > 0) append(";", 1);
     append(row, length);
   }
-  // 0, or negative when the store did not take it.
-  int store(const List &list) const {
-    if (text_.writable() == nullptr) return -1; // without memory the list stays as it was
-    const int stored = nvram_bufset(config, list.key, text_);
-    if (stored < 0 || list.mirror == nullptr) return stored;
-    return nvram_bufset(config, list.mirror, text_);
+  // False when the store did not take it; then the mirror keeps what it has, too.
+  bool store_while_taken(const List &list) const {
+    if (text_.writable() == nullptr) return false; // without memory the list stays as it was
+    return store(list.key, text_) >= 0 && (list.mirror == nullptr || store(list.mirror, text_) >= 0);
+  }
+  // Key and mirror each, whatever the store says of the other.
+  void store_all(const List &list) const {
+    if (text_.writable() == nullptr) return;
+    store(list.key, text_);
+    if (list.mirror != nullptr) store(list.mirror, text_);
   }
 
 private:
@@ -93,7 +92,7 @@ void announce(const List &list, const char *what) {
 
 void store_with_service(const List &list, const ListText &text) {
   announce(list, "stop");
-  text.store(list);
+  text.store_all(list);
   announce(list, "start");
 }
 
@@ -112,7 +111,7 @@ bool Row::is_ignoring_case(const char *value) const {
 }
 
 OwnedText load_text(const char *key, std::size_t most) {
-  char *text = nvram_bufget(config, key);
+  char *text = nvram_bufget(static_cast<int>(Section::config), key);
   if (text != nullptr && std::strlen(text) > most) text[most] = '\0';
   return OwnedText(text);
 }
@@ -123,9 +122,7 @@ int add(const List &list) {
   ListText longer(room_for(list.reads.add, text, list.placeholder));
   if (*text != '\0') longer.add_row(text, std::strlen(text));
   longer.add_row(list.placeholder, std::strlen(list.placeholder));
-  if (longer.store(list) >= 0) return 0;
-  dbg_trace("Fail to write to nvram!\n");
-  return -1;
+  return longer.store_while_taken(list) ? 0 : refuse("Fail to write to nvram!\n");
 }
 
 int set(const List &list, int index, const char *value) {
@@ -179,29 +176,13 @@ int get(const List &list, int index, char *buf, unsigned int len) {
   return 0;
 }
 
-} // namespace kova::rules
+} // namespace kova::lists
 
 int firewall_getRuleNums(const char *text) {
   int count = 0;
-  kova::rules::any_row(kova::text_or_empty(text), [&](const kova::rules::Row &, int) {
+  kova::lists::any_row(kova::text_or_empty(text), [&](const kova::lists::Row &, int) {
     ++count;
     return false;
   });
   return count;
-}
-
-int getNthField(int index, const char *text, char separator, char *out, int outlen) {
-  if (index < 0 || out == nullptr || outlen < 1) return -1;
-  const char *field = kova::text_or_empty(text);
-  for (; index > 0; --index) {
-    field = std::strchr(field, separator);
-    if (field == nullptr || *field == '\0') return -1; // a NUL separates nothing
-    ++field;
-  }
-  const char separators[] = {separator, '\0'};
-  const std::size_t length = std::strcspn(field, separators), room = static_cast<std::size_t>(outlen) - 1;
-  const std::size_t copied = length < room ? length : room;
-  std::memcpy(out, field, copied);
-  out[copied] = '\0';
-  return 0;
 }

@@ -1,17 +1,18 @@
-// Static routes: a rule list whose refusals are numbered, and whose changes restart the routing service.
-#include "platform/nvram.h"
+// Static routes: a list of rows whose refusals are numbered, and whose changes restart the routing service.
+#include "src/frame/rows.hpp"
 #include "src/frame/trace.hpp"
-#include "src/security/rule_list.hpp"
+#include "src/lists/fields.hpp"
+#include "src/lists/row_list.hpp"
 
 #include <kova/security.h>
 
-#include <cstdio>
-#include <cstdlib>
 #include <iterator>
 
-namespace kova::rules {
+namespace kova::routing {
 
 namespace {
+
+using namespace lists;
 
 enum RouteCode {
   ok,
@@ -47,38 +48,31 @@ int check_route(const char *value, int) {
   return code;
 }
 
-constexpr List routes = {"Route",
-                         "Route",
-                         "static_route_key",
-                         nullptr,
-                         " , , ,0",
-                         {whole_text, first_255, whole_text},
-                         {keeps_63, keeps_63},
-                         {},
-                         check_route,
-                         existing,
-                         "ce_route"};
+// clang-format off
+constexpr List routes = {"Route", "Route", "static_route_key", nullptr, " , , ,0", {whole_text, first_255, whole_text},
+                         {keeps_63, keeps_63}, {}, check_route, existing, "ce_route"};
+// clang-format on
 
-enum Field { gateway, network, mask, type };
+int answer_row_count(const List &list, char *buf, unsigned int buflen) {
+  return answer_number(firewall_getRuleNums(load_text(list.key)), buf, buflen);
+}
 
-// A field of a row; false when the row has it not.
-struct RouteField {
-  char text[64] = {};
-  bool present;
-  RouteField(const char *row, Field field) : present(getNthField(field, row, ',', text, sizeof text) == 0) {}
-  bool blank() const { return !present || *text == '\0'; }
-  bool valid(int item) const {
-    constexpr int rules = 19;
-    return tarn_check_param(rules, text, item) == 0;
-  }
-};
+enum Field { gateway, network, mask, type, field_count };
+using Route = Fields<field_count, 64>;
+
+// The rule has to answer exactly 0.
+bool valid(const Route &route, Field field, Rule rule) {
+  return ask(rule, route[field]) == 0;
+}
 
 } // namespace
 
-} // namespace kova::rules
+} // namespace kova::routing
 
 using namespace kova;
-using namespace kova::rules;
+using namespace kova::routing;
+
+#include "src/wan/routes.def"
 
 int kovaAddXRouteRulesRule(void) {
   return add(routes);
@@ -87,13 +81,7 @@ int kovaSetXRouteRulesRule(int index, const char *value) {
   return set(routes, index, value);
 }
 int kovaDelXRouteRulesRule(int index) {
-  return remove(routes, index);
-}
-
-int kovaGetXRouteRulesNumberOfEntries(char *buf, unsigned int buflen) {
-  char count[16];
-  std::snprintf(count, sizeof count, "%d", firewall_getRuleNums(load_text(routes.key)));
-  return answer(count, buf, buflen);
+  return lists::remove(routes, index);
 }
 
 // Unlike other lists, a row beyond the last is an error here.
@@ -108,24 +96,22 @@ int kovaGetXRouteRulesRule(int index, char *buf, unsigned int len) {
   return answer_terminated(row, buf, len);
 }
 
+// A row that has a type, its last field, has them all.
 int checkX_RouteAllParam(const char *row) {
-  enum Item { gateway_item, network_item, mask_item, type_item };
-  row = text_or_empty(row);
-  const RouteField gateway_ip(row, gateway), network_ip(row, network), network_mask(row, mask),
-      route_type(row, type);
-  if (route_type.blank()) return type_blank;
-  if (!route_type.valid(type_item)) return type_wrong;
-  const bool through_gateway = leading_number(route_type.text) == 0; // judged by its rule
+  const Route route(row);
+  if (is_empty(route[type])) return type_blank;
+  if (!valid(route, type, RULE_ROUTE_TYPE)) return type_wrong;
+  const bool through_gateway = leading_number(route[type]) == 0; // judged by its rule
   if (through_gateway) {
-    if (gateway_ip.blank()) return gateway_blank;
-    if (!gateway_ip.valid(gateway_item)) return gateway_wrong;
-  } else if (!gateway_ip.present || *gateway_ip.text != '\0') {
+    if (is_empty(route[gateway])) return gateway_blank;
+    if (!valid(route, gateway, RULE_ROUTE_GATEWAY)) return gateway_wrong;
+  } else if (!is_empty(route[gateway])) {
     return gateway_wrong;
   }
-  if (network_ip.blank()) return network_blank;
-  if (!network_ip.valid(network_item)) return network_wrong;
-  if (network_mask.blank()) return mask_blank;
-  return network_mask.valid(mask_item) ? ok : mask_wrong;
+  if (is_empty(route[network])) return network_blank;
+  if (!valid(route, network, RULE_ROUTE_NETWORK)) return network_wrong;
+  if (is_empty(route[mask])) return mask_blank;
+  return valid(route, mask, RULE_ROUTE_MASK) ? ok : mask_wrong;
 }
 
 const char *RouteSetting_getErrStr(int code) {

@@ -1,4 +1,4 @@
-// Rule lists: one text in the store, rows joined by ";". A list is a description; the engine is here once.
+// Lists of rows: one text in the store, rows joined by ";". A list is a description; the engine is here once.
 #pragma once
 
 #include "src/frame/settings.hpp"
@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <cstring>
 
-namespace kova::rules {
+namespace kova::lists {
 
 // How much of the stored text an operation works on.
 inline constexpr std::size_t first_255 = 255, whole_text = SIZE_MAX;
@@ -68,19 +68,15 @@ bool any_row(const char *text, Visitor visit) {
 // The stored text of a list, whole or its beginning.
 OwnedText load_text(const char *key, std::size_t most = whole_text);
 
-} // namespace kova::rules
+} // namespace kova::lists
 
-// A table row: the four exported operations of a list.
-#define KOVA_RULE_LIST(add_row, set_row, get_row, delete_row, list)                                          \
-  int add_row(void) {                                                                                        \
-    return ::kova::rules::add(list);                                                                         \
-  }                                                                                                          \
-  int set_row(int index, const char *value) {                                                                \
-    return ::kova::rules::set(list, index, value);                                                           \
-  }                                                                                                          \
-  int get_row(int index, char *buf, unsigned int len) {                                                      \
-    return ::kova::rules::get(list, index, buf, len);                                                        \
-  }                                                                                                          \
-  int delete_row(int index) {                                                                                \
-    return ::kova::rules::remove(list, index);                                                               \
-  }
+// clang-format off
+// The verbs of a LIST in a table: the four exported operations of a described list, or functions of the family's source,
+// NONE for those that there are not. `reason` tells a person what the set answers.
+#define ROWS(add_row, set_row, get_row, delete_row, list) \
+  int add_row(void) { return ::kova::lists::add(list); } \
+  int set_row(int index, const char *value) { return ::kova::lists::set(list, index, value); } \
+  int get_row(int index, char *buf, unsigned int len) { return ::kova::lists::get(list, index, buf, len); } \
+  int delete_row(int index) { return ::kova::lists::remove(list, index); }
+#define CODED_ROWS(add_row, set_row, get_row, delete_row, reason)
+// clang-format on

@@ -1,6 +1,8 @@
-/* The library's exported data, used by name from an executable at a fixed address. */
+/* What library and executable share by name: the exported data, with an executable at a fixed address, and the traces, which
+ * an executable may take. */
 #include <kova/frame.h>
 #include <kova/transaction.h>
+#include <kova/wan.h>
 #include <stdio.h>
 #include <string.h>
 
@@ -9,6 +11,12 @@
     printf("not so: %s\n", #condition);                                                                      \
     return 1;                                                                                                \
   }
+
+static int traces;
+void dbg_trace(const char *format, ...) {
+  (void)format;
+  traces++;
+}
 
 int main(void) {
   char faults[256] = "";
@@ -26,5 +34,9 @@ int main(void) {
   EXPECT(kovaCheckTR069ParameterValues(faults, sizeof faults) == -1);
   EXPECT(strcmp(faults, "Name") == 0);
   EXPECT(gPVCL.lanTouched == 0 && gPVCL.dhcpServerEnable.name == NULL);
+
+  traces = 0;
+  EXPECT(tarnIsL3Vpn() == 0);
+  EXPECT(traces > 0);
   return 0;
 }
