@@ -25,6 +25,8 @@ struct Saying {
 };
 constexpr Saying sayings[] = {
     {"value error", ""},
+    {"value(", ""},
+    {"address error", ""},
     {"Invalid value", ""},
     {"Param Fail", ""},
     {"Fail to", ""},
@@ -84,7 +86,10 @@ std::string allowed_text(const Assignment &assignment) {
     if (const auto rule = host::describe_rule(refusals.back().group, refusals.back().item))
       return "it takes " + rule->text;
   const model::Parameter *parameter = model::find(assignment.path);
-  const std::string text = parameter ? allowed_values(*parameter).text : "";
+  const auto row = model::row_at(assignment.path);
+  const std::string text = parameter ? allowed_values(*parameter).text
+                           : row     ? std::string(row->list->form)
+                                     : "";
   return text.empty() ? "" : "it takes " + text;
 }
 
