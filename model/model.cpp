@@ -30,8 +30,7 @@ std::vector<Parameter> gather() {
                        row.unit, row.meaning, row.allowed});
     }
   }
-  for (std::span<const Parameter> family :
-       {wan_rows(), wan_connection_rows(), time_rows(), radio_rows(), sas_rows()})
+  for (std::span<const Parameter> family : {time_rows(), radio_rows(), sas_rows()})
     all.insert(all.end(), family.begin(), family.end());
   std::ranges::sort(all, {}, &Parameter::path);
   return all;

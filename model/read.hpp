@@ -112,6 +112,7 @@ constexpr None operation(const char *, None none) {
 #define PROVISIONED(getter, setter, key)                  KOVA_WRITE(getter, setter, anything)
 #define IGNORED(getter, setter, key)                      KOVA_WRITE(getter, setter, anything)
 #define CIPHER(getter, setter, key, cipher_key)           KOVA_WRITE(getter, setter, security_modes)
+#define INDEXED(getter, how, what)                        KOVA_READ(getter)
 #define INVERTED(getter, setter, checker, key, group, slot, condition, rule) \
   KOVA_JUDGED(getter, setter, checker, Allowed(condition, rule))
 // clang-format on

@@ -68,8 +68,6 @@ consteval kova_setter *bound() {
 namespace kova::model {
 
 // One table per family; model.cpp joins them.
-std::span<const Parameter> wan_rows();
-std::span<const Parameter> wan_connection_rows();
 std::span<const Parameter> time_rows();
 std::span<const Parameter> radio_rows();
 std::span<const Parameter> sas_rows();

@@ -6,6 +6,7 @@
 #include "src/lan/wifi_rows.hpp"
 #include "src/voice/voice_rows.hpp"
 #include "src/wan/apn_rows.hpp"
+#include "src/wan/dmz_rows.hpp"
 
 #include <deque>
 #include <string>
@@ -33,6 +34,10 @@ namespace wan {
 using namespace kova::wan;
 constexpr Row rows[] = {
 #include "src/wan/apn.def"
+#include "src/wan/connection.def"
+#include "src/wan/dmz.def"
+#include "src/wan/oper_mode.def"
+#include "src/wan/wan_setting.def"
 };
 } // namespace wan
 

@@ -27,9 +27,9 @@ enum class Mode { either, proxy, pcscf };
 
 // Sets while SIP is not off, and in the mode that it needs. Only a stored "0" switches SIP off: a device whose switch was
 // never stored allows.
-class while_on {
+class while_sip_on {
 public:
-  explicit while_on(const char *what, Mode mode = Mode::either) : what_(what), mode_(mode) {}
+  explicit while_sip_on(const char *what, Mode mode = Mode::either) : what_(what), mode_(mode) {}
   int operator()(const char *key, const char *value, Rule rule) const {
     return is_open() ? set_by_rule(key, value, rule) : -1;
   }

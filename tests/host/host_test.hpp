@@ -1,19 +1,16 @@
-// What the tests of the host platform share: a device directory for each, and writers that are unprivileged, short of
-// room, or killed.
+// What the tests of the host platform share: a device directory for each, and processes that are unprivileged or short
+// of room.
 #pragma once
 
 #include "support/processes.hpp"
 #include "support/scratch_device.hpp"
 
 #include <gtest/gtest.h>
-#include <sys/mman.h>
 #include <sys/resource.h>
 #include <unistd.h>
 
-#include <atomic>
 #include <csignal>
 #include <filesystem>
-#include <new>
 #include <string>
 
 using namespace kova::test;
@@ -52,27 +49,4 @@ std::string console_of(Work work) {
   ::testing::internal::CaptureStderr();
   work();
   return ::testing::internal::GetCapturedStderr();
-}
-
-// A number that this process and its children share.
-class SharedNumber {
-public:
-  SharedNumber()
-      : number_(new (mmap(nullptr, sizeof(std::atomic<int>), PROT_READ | PROT_WRITE,
-                          MAP_SHARED | MAP_ANONYMOUS, -1, 0)) std::atomic<int>(0)) {}
-  ~SharedNumber() { munmap(number_, sizeof *number_); }
-  SharedNumber(const SharedNumber &) = delete;
-  SharedNumber &operator=(const SharedNumber &) = delete;
-  std::atomic<int> &operator*() { return *number_; }
-
-private:
-  std::atomic<int> *number_;
-};
-
-// Kills the writer in the middle of its work: a moment after it has acknowledged so many writes.
-inline void kill_after(pid_t writer, const std::atomic<int> &acknowledged, int count, int microseconds) {
-  while (acknowledged < count)
-    usleep(50);
-  usleep(static_cast<useconds_t>(microseconds));
-  kill_now(writer);
 }

@@ -43,9 +43,4 @@ TEST_F(Statistics, InterfacesAndUptime) {
   EXPECT_NEAR(static_cast<double>(tarn_get_uptime()), uptime, 2);
 }
 
-TEST_F(Statistics, ConsoleLinesEndOnce) {
-  EXPECT_EQ("a 1\n", console_of([] { tarn_log_console("a %d", 1); }));
-  EXPECT_EQ("b\n", console_of([] { tarn_log_console("b\n"); }));
-}
-
 } // namespace
