@@ -7,6 +7,7 @@
 #include "device/layout.hpp"
 #include "device/log.hpp"
 #include "device/paths.hpp"
+#include "device/process.hpp"
 #include "device/service.hpp"
 #include "device/zone.hpp"
 #include "platform/host/nvram_admin.hpp"
@@ -22,6 +23,7 @@
 #include <map>
 #include <ranges>
 #include <set>
+#include <span>
 #include <sstream>
 
 namespace fs = std::filesystem;
@@ -149,6 +151,18 @@ void write_hardware(const Identity &identity) {
                                          with_colons(identity.lan_mac) + "\n");
 }
 
+// The device runs without one of these as well.
+void start_others(const Lock &lock) {
+  for (const Daemon &daemon : std::span(daemons).subspan(1)) {
+    if (!is_there(arguments_of(daemon)) || daemon_pid(daemon)) continue;
+    try {
+      start_daemon(daemon, words_of(text_of(arguments_of(daemon))), lock);
+    } catch (const std::exception &error) {
+      log_change(error.what());
+    }
+  }
+}
+
 void boot(const Lock &lock) {
   stop_daemons();
   const Identity identity = identity_of(own_serial());
@@ -158,9 +172,10 @@ void boot(const Lock &lock) {
   store_posix_zone();
   lay_out_files();
   lay_out_programs();
-  start_daemon(service_daemon, lock);
+  start_daemon(service_daemon, {}, lock);
   write_file(booted_mark(), host_boot());
   log_change("booted");
+  start_others(lock);
 }
 
 void stop() {
@@ -176,7 +191,7 @@ constexpr const char *own_directories[] = {"store", "root", "bin", "log", "run"}
 void make_own_directories() {
   host::claim_device_dir();
   for (const char *name : own_directories)
-    make_directory(host::device_dir() / name);
+    make_directories(host::device_dir() / name);
 }
 
 void settle_serial(const std::optional<std::string> &wanted) {
@@ -205,8 +220,9 @@ void bring_up(const UpOptions &options, DeadDaemon dead) {
   if (!is_booted()) return boot(lock);
   if (!programs_are_ours()) lay_out_programs();
   if (dead == DeadDaemon::stays) return;
+  start_others(lock);
   if (daemon_pid(service_daemon)) return settle_feed();
-  start_daemon(service_daemon, lock);
+  start_daemon(service_daemon, {}, lock);
   log_change("daemon restarted");
 }
 
@@ -275,15 +291,18 @@ void remove() {
   host::release_device_dir();
 }
 
-void start(const Daemon &daemon) {
+void start(const Daemon &daemon, const std::vector<std::string> &arguments) {
   ensure_booted();
   const Lock lock = state_lock();
-  if (!daemon_pid(daemon)) start_daemon(daemon, lock);
+  if (daemon_pid(daemon)) return;
+  start_daemon(daemon, arguments, lock);
+  write_file(arguments_of(daemon), text_of_words(arguments));
 }
 
 void stop(const Daemon &daemon) {
   if (!is_device() || !is_there(run_dir())) return;
   const Lock lock = state_lock();
+  remove_tree(arguments_of(daemon));
   stop_daemon(daemon);
 }
 
