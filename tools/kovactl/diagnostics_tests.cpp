@@ -39,7 +39,8 @@ std::string why(const DiagnosticsTest &test) {
 
 void look_at(DiagnosticsTest &test) {
   const std::string path = test.object + std::string(state_parameter);
-  const Reading reading = in_turn([&] { return get_values(std::span(&path, 1)); });
+  const Reading reading =
+      in_turn([&] { return get_values(std::span(&path, 1)); }, device::Turn::Kind::reading);
   if (reading.values.empty()) {
     test.failure = "the state of " + test.name() + " cannot be read";
     return;
