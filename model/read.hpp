@@ -71,6 +71,7 @@ inline constexpr None NONE;
 #define CODED_GETTER(getter)                              KOVA_READ(getter)
 #define SETTING(getter, setter, key, rule, how)           KOVA_WRITE(getter, setter, rule)
 #define CONDITIONAL(getter, setter, key, condition, how)  KOVA_WRITE(getter, setter, condition)
+#define CONVERTED(getter, told, setter, key, judge, how)  KOVA_WRITE(getter, setter, judge)
 #define SECRET(getter, text, setter, key, rule, how)      KOVA_WRITE(getter, setter, rule)
 #define CODED(getter, setter, may_be)                     KOVA_WRITE(getter, setter, may_be)
 #define CODED_CHECKED(getter, setter, checker, may_be)    KOVA_JUDGED(getter, setter, checker, may_be)
@@ -87,9 +88,5 @@ inline constexpr None NONE;
 #define NAMED(getter, setter, checker, key, group, slot, condition) KOVA_JUDGED(getter, setter, checker, condition)
 #define LONE(getter, setter, checker, key, condition)               KOVA_JUDGED(getter, setter, checker, condition)
 #define STATISTIC(getter, key, what)                                KOVA_READ(getter)
-#define PROVISIONED(getter, setter, key)                  KOVA_WRITE(getter, setter, anything)
-#define IGNORED(getter, setter, key)                      KOVA_WRITE(getter, setter, anything)
-#define EDGE(getter, setter, edge)                        KOVA_WRITE(getter, setter, anything)
-#define CONVERTED(getter, setter, key, rule, shown, stored) KOVA_WRITE(getter, setter, rule)
 #define CIPHER(getter, setter, key, cipher_key)           KOVA_WRITE(getter, setter, security_modes)
 // clang-format on
