@@ -1,6 +1,5 @@
 #include "model/model.hpp"
 
-#include "model/rows.hpp"
 #include "model/tables.hpp"
 
 #include <algorithm>
@@ -12,12 +11,6 @@ namespace kova::model {
 namespace {
 
 constexpr auto path_of = [](const Parameter *parameter) { return parameter->path; };
-
-// The texts that a row's path is made of lie apart in its table; they are joined once.
-std::string_view joined(std::string_view object, std::string_view name) {
-  static std::deque<std::string> paths;
-  return paths.emplace_back(std::string(object) + std::string(name));
-}
 
 Access access_of(const Row &row) {
   if (row.reported) return Access::ReportedOnly;
@@ -32,13 +25,10 @@ std::vector<Parameter> gather() {
       if (row.name.empty())
         object = row.object;
       else if (!row.row_get)
-        all.push_back({joined(object, row.name), row.type, access_of(row), row.get, row.set, row.check,
+        all.push_back({joined({object, row.name}), row.type, access_of(row), row.get, row.set, row.check,
                        row.unit, row.meaning, row.allowed});
     }
   }
-  for (std::span<const Parameter> family :
-       {lan_rows(), wan_rows(), wan_connection_rows(), security_rows(), voice_rows(), accounts_rows()})
-    all.insert(all.end(), family.begin(), family.end());
   std::ranges::sort(all, {}, &Parameter::path);
   return all;
 }

@@ -84,6 +84,7 @@ struct RowList {
   size_t longest_text;             // of all rows, with a separator between two; 0 when there is no bound
   std::string_view form;           // the fields of a row, joined by commas; "" for a single text
   std::string_view meaning;
+  std::string_view described; // the meaning, with the form of a row
 
   bool writable() const { return static_cast<bool>(set); }
   std::string_view object() const; // up to the number

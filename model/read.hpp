@@ -38,6 +38,12 @@ consteval kova_setter *bound() {
   return [](const char *value) { return call(1, 1, 1, value); };
 }
 
+// An operation of a list, which may be NONE.
+template <typename Shape>
+constexpr Accessor<Shape> operation(const char *name, Shape *call) {
+  return {name, call};
+}
+
 // An accessor that there is not.
 struct None {
   template <typename Shape>
@@ -46,6 +52,9 @@ struct None {
   }
 };
 inline constexpr None NONE;
+constexpr None operation(const char *, None none) {
+  return none;
+}
 
 } // namespace kova::model
 
@@ -78,9 +87,20 @@ inline constexpr None NONE;
 #define CODED_SETTER(setter, may_be)                      .settable = true, .set = KOVA_ACCESSOR(setter), .allowed = may_be
 #define GROUPED(getter, setter, checker, key, group, slot, condition, rule) \
   KOVA_JUDGED(getter, setter, checker, Allowed(condition, rule))
+#define COMPUTED_SETTING(getter, setter, what, may_be, how) KOVA_WRITE(getter, setter, may_be)
+#define COMPUTED_GROUPED(getter, setter, checker, what, group, slot, may_be, how) KOVA_JUDGED(getter, setter, checker, may_be)
 #define RESULT(getter, setter, key)                       KOVA_READ(getter), .set = KOVA_ACCESSOR(setter)
 #define TRIGGER(setter, act)                              .settable = true, .set = KOVA_ACCESSOR(setter), .allowed = go_ahead
 #define READABLE_TRIGGER(getter, setter, act)             KOVA_WRITE(getter, setter, go_ahead)
+
+#define KOVA_OPERATIONS(add_row, set_row, get_row, delete_row) \
+  .row_get = operation(#get_row, get_row), .row_add = operation(#add_row, add_row), \
+  .row_set = operation(#set_row, set_row), .row_delete = operation(#delete_row, delete_row)
+// Of a described list, the device sees 255 characters of all rows, and those beyond the last read as "".
+#define ROWS(add_row, set_row, get_row, delete_row, list) \
+  KOVA_OPERATIONS(add_row, set_row, get_row, delete_row), .empty_is_end = true, .longest_text = 255
+#define CODED_ROWS(add_row, set_row, get_row, delete_row, reason_of) \
+  KOVA_OPERATIONS(add_row, set_row, get_row, delete_row), .reason = reason_of
 
 // ---- What a family says for itself
 #define STATE(getter, setter, checker, key, group, slot)            KOVA_JUDGED(getter, setter, checker, requested)
@@ -88,5 +108,7 @@ inline constexpr None NONE;
 #define NAMED(getter, setter, checker, key, group, slot, condition) KOVA_JUDGED(getter, setter, checker, condition)
 #define LONE(getter, setter, checker, key, condition)               KOVA_JUDGED(getter, setter, checker, condition)
 #define STATISTIC(getter, key, what)                                KOVA_READ(getter)
+#define JUDGE(setter, may_be)                                       .settable = true, .set = KOVA_ACCESSOR(setter), .allowed = may_be
 #define CIPHER(getter, setter, key, cipher_key)           KOVA_WRITE(getter, setter, security_modes)
+#define INDEXED(getter, how, what)                        KOVA_READ(getter)
 // clang-format on

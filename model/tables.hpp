@@ -3,6 +3,7 @@
 
 #include "model/model.hpp"
 
+#include <initializer_list>
 #include <span>
 #include <string_view>
 
@@ -25,10 +26,13 @@ struct Row {
   Accessor<kova_row_setter> row_set = {};
   Accessor<kova_row_delete> row_delete = {};
   const char *(*reason)(int code) = nullptr;
-  bool empty_is_end = true;
+  bool empty_is_end = false;
   std::size_t longest_text = 0;
 };
 
 std::span<const std::span<const Row>> tables();
+
+// The texts that a path is made of lie apart in its table; they are joined once, for good.
+std::string_view joined(std::initializer_list<std::string_view> pieces);
 
 } // namespace kova::model

@@ -4,9 +4,12 @@
 #include "src/diagnostics/udp_echo_statistics.hpp"
 #include "src/frame/rows.hpp"
 #include "src/frame/trace.hpp"
+#include "src/lists/row_list.hpp"
 #include "src/transaction/park.hpp"
 
+#include <kova/accounts.h>
 #include <kova/diagnostics.h>
+#include <kova/security.h>
 
 namespace kova::diagnostics {
 
@@ -39,6 +42,14 @@ int check_named(const char *name, const char *value, bool (*holds)(const char *)
   return name == nullptr ? -1 : check(name, value, holds, place);
 }
 
+// Answers the judgement alone, of what an agent asks before it sets it.
+int answer_judgement(const char *value, Rule rule) {
+  return passes(rule, text_or_empty(value)) ? 0 : -1;
+}
+int answer_judgement(const char *value, const Condition &condition) {
+  return condition.holds(text_or_empty(value)) ? 0 : -1;
+}
+
 } // namespace
 
 } // namespace kova::diagnostics
@@ -61,4 +72,17 @@ using namespace kova::diagnostics;
   RESULT(getter, setter, key) KOVA_CHECK(checker, judge(value, (condition).holds))
 // What the echo server counts.
 #define STATISTIC(getter, key, what) KOVA_GET(getter, answer_statistic(key, EchoStatistic::what, buf, buflen))
+#define JUDGE(setter, may_be) KOVA_SET(setter, answer_judgement(value, may_be))
 #include "src/diagnostics/diagnostics.def"
+
+int kovaGetDiagnosticsRouteHopsHopHost(int index, char *out, unsigned int outlen) {
+  const Text hosts = load("ROUTEHOPS_HOPHOST");
+  const int count = firewall_getRuleNums(hosts);
+  if (index < 1 || index > count) {
+    dbg_trace("Rule index %d out of range %d!\n", index, count);
+    return -1;
+  }
+  if (getNthField(index - 1, hosts, ';', out, static_cast<int>(outlen)) == 0) return 0;
+  dbg_trace("Fail to get rule %d from rules '%s'!\n", index, hosts.chars);
+  return -1;
+}

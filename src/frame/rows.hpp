@@ -47,6 +47,13 @@
   STORED(getter, key) \
   KOVA_SET(setter, set_judged(key, value, (condition).takes_empty)) \
   KOVA_CHECK(checker, check(name, value, (condition).holds, rule, {gPVCL.group, gPVCL.slot}))
+// A family's own kind of setting: told by its `tell`, set by `how`, which judges by what is allowed; a grouped one is
+// judged by the family's `check` besides, and parked.
+#define COMPUTED_SETTING(getter, setter, what, allowed, how) \
+  COMPUTED(getter, tell, what) KOVA_SET(setter, how(what, value, allowed))
+#define COMPUTED_GROUPED(getter, setter, checker, what, group, slot, allowed, how) \
+  COMPUTED_SETTING(getter, setter, what, allowed, how) \
+  KOVA_CHECK(checker, check(name, value, allowed, {gPVCL.group, gPVCL.slot}))
 // Told as stored; what a tool of the device found, stored as it is.
 #define RESULT(getter, setter, key)  STORED(getter, key) KOVA_SET(setter, ::kova::set_as_given(key, value))
 // Setting exactly "1" acts. The getter of one that can be read leaves the caller's buffer as it is.

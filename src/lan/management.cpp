@@ -1,8 +1,9 @@
-// The LAN settings as the standard data model has them: each value is judged against the stored ones, and
-// nothing is restarted before the apply parameter is set.
+// The LAN settings as the standard data model has them.
+#include "platform/keys.hpp"
 #include "platform/nvram.h"
 #include "platform/webs.h"
 #include "src/frame/rows.hpp"
+#include "src/frame/set.hpp"
 #include "src/frame/shell.hpp"
 #include "src/frame/trace.hpp"
 #include "src/lan/lan_rules.hpp"
@@ -10,7 +11,6 @@
 #include <kova/lan.h>
 
 #include <cstdio>
-#include <cstdlib>
 
 namespace kova::lan {
 
@@ -21,8 +21,8 @@ int refuse_lan(const char *message) {
   return -1;
 }
 
-int dhcp_mode() {
-  return load_switch("dhcpEnabled");
+int stored_mode() {
+  return load_switch(key::dhcp_mode);
 }
 int refuse_without_dhcp() {
   return refuse_lan("DHCP Server is Disabled");
@@ -49,22 +49,41 @@ int judge_address(Rule rule, const char *value) {
   }
 }
 
-struct PoolBound {
-  const char *key, *other_key;
-  Rule rule;
-  bool is_start;
-};
-
-int set_pool_bound(PoolBound bound, const char *value) {
-  if (dhcp_mode() == 0) return refuse_without_dhcp();
+int answer_whether_relay(const char *key, char *buf, unsigned int buflen) {
+  return answer(equal(load(key), "2") ? "1" : "0", buf, buflen);
+}
+// Relay cannot be set.
+int set_mode(const char *key, const char *value, Rule rule) {
   value = text_or_empty(value);
-  const Text own = load("lan_ip"), mask = load("lan_netmask"), other = load(bound.other_key);
-  if (judge_address(bound.rule, value) != 0) return -1;
-  const char *start = bound.is_start ? value : other, *end = bound.is_start ? other : value;
+  if (!passes(rule, value) || leading_number(value) == dhcp_relay) return -1;
+  store(key, value);
+  return 0;
+}
+
+int set_lease(const char *key, const char *value, Rule rule) {
+  return stored_mode() == 0 ? refuse_without_dhcp() : set_by_rule(key, value, rule);
+}
+
+int set_mask(const char *key, const char *value, Rule rule) {
+  if (stored_mode() == 0) return refuse_without_dhcp();
+  value = text_or_empty(value);
+  const Text own = load(key::lan_address), start = load(key::dhcp_start), end = load(key::dhcp_end);
+  if (IPRangeCheck(own, value, start, end) == 0) return refuse_lan(outside_network);
+  return passes(RULE_LAN_ADDRESS, own) ? set_by_rule(key, value, rule) : -1;
+}
+
+int set_bound(const char *key, const char *value, Rule rule) {
+  if (stored_mode() == 0) return refuse_without_dhcp();
+  value = text_or_empty(value);
+  const bool is_start = rule == RULE_LAN_POOL_START;
+  const Text own = load(key::lan_address), mask = load(key::lan_netmask),
+             other = load(is_start ? key::dhcp_end : key::dhcp_start);
+  if (judge_address(rule, value) != 0) return -1;
+  const char *start = is_start ? value : other, *end = is_start ? other : value;
   if (IPRangeCheck(own, mask, start, end) == 0) return refuse_lan(outside_network);
   if (webscheckIpStartEnd(start, end) == 0) return refuse_lan("Please enter a valid IP address range.");
   if (same_address(value, own)) return refuse_lan(meets_own_address);
-  store(bound.key, value);
+  store(key, value);
   return 0;
 }
 
@@ -87,78 +106,13 @@ void move_bound(const char *key, const Quad &address, const Quad &bound) {
   store(key, moved);
 }
 
-} // namespace
-
-} // namespace kova::lan
-
-using namespace kova;
-using namespace kova::lan;
-
-// clang-format off
-CONSTANT(kovaGetTR069DHCPServerConfigurableValue, "true")
-STORED(kovaGetDHCPServerEnableValue, "dhcpEnabled")
-STORED(kovaGetManagementMinAddressValue, "dhcpStart")
-STORED(kovaGetManagementMaxAddressValue, "dhcpEnd")
-STORED(kovaGetManagementSubnetMaskValue, "lan_netmask")
-STORED(kovaGetTR069LANSubnetMask, "lan_netmask")
-STORED(kovaDHCPLeaseTimeValue, "dhcpLeaseTime")
-STORED(kovaGetIPInterfaceIPAddressValue, "lan_ip")
-STORED(kovaGetTR069LANIPAddress, "lan_ip")
-// clang-format on
-
-int kovaGetDHCPRelayValue(char *buf, unsigned int buflen) {
-  return answer(equal(load("dhcpEnabled"), "2") ? "1" : "0", buf, buflen);
-}
-
-int kovaGetTR069LANMacAddress(char *buf, unsigned int buflen) {
-  Text mac;
-  if (tarn_getIfMac(getLanIfName(), mac.chars, Text::size) != 0) mac = {};
-  return answer(mac, buf, buflen);
-}
-
-int kovasetDHCPServerEnableValue(const char *value) {
-  value = text_or_empty(value);
-  if (!passes(dhcp_mode_rule, value) || leading_number(value) == dhcp_relay) return -1;
-  store("dhcpEnabled", value);
-  return 0;
-}
-
-int kovasetManagementMinAddressValue(const char *value) {
-  return set_pool_bound({"dhcpStart", "dhcpEnd", pool_start_rule, true}, value);
-}
-
-int kovasetManagementMaxAddressValue(const char *value) {
-  return set_pool_bound({"dhcpEnd", "dhcpStart", pool_end_rule, false}, value);
-}
-
-int kovasetManagementSubnetMaskValue(const char *value) {
-  if (dhcp_mode() == 0) return refuse_without_dhcp();
-  value = text_or_empty(value);
-  const Text own = load("lan_ip"), start = load("dhcpStart"), end = load("dhcpEnd");
-  if (IPRangeCheck(own, value, start, end) == 0) {
-    dbg_trace("[TR069][DHCP][SubnetMask] Error, %s\n", outside_network);
-    return -1;
-  }
-  if (!passes(address_rule, own) || !passes(netmask_rule, value)) return -1;
-  store("lan_netmask", value);
-  return 0;
-}
-
-int kovasetDHCPLeaseTime(const char *value) {
-  if (dhcp_mode() == 0) return refuse_without_dhcp();
-  value = text_or_empty(value);
-  if (!passes(lease_time_rule, value)) return -1;
-  store("dhcpLeaseTime", value);
-  return 0;
-}
-
-int kovasetIPInterfaceIPAddressValue(const char *value) {
-  const int mode = dhcp_mode();
-  const Text own = load("lan_ip"), mask = load("lan_netmask"), start = load("dhcpStart"),
-             end = load("dhcpEnd");
+int move_lan(const char *key, const char *value, Rule rule) {
+  const int mode = stored_mode();
+  const Text own = load(key), mask = load(key::lan_netmask), start = load(key::dhcp_start),
+             end = load(key::dhcp_end);
   if (mode == 0) return refuse_without_dhcp();
   value = text_or_empty(value);
-  if (judge_address(address_rule, value) != 0) return -1;
+  if (judge_address(rule, value) != 0) return -1;
 
   // The rules go before the pool is looked at, and stay gone when the address is then refused.
   if (webscheckSameSubnet(value, mask, own) == 0) drop_rules_on_lan_addresses();
@@ -170,29 +124,40 @@ int kovasetIPInterfaceIPAddressValue(const char *value) {
       ((has_first && address.last() == first.last()) || (has_last && address.last() == last.last())))
     return refuse_lan(meets_own_address);
 
-  store("lan_ip", value);
-  if (has_first) move_bound("dhcpStart", address, first);
-  if (has_last) move_bound("dhcpEnd", address, last);
+  store(key, value);
+  if (has_first) move_bound(key::dhcp_start, address, first);
+  if (has_last) move_bound(key::dhcp_end, address, last);
   return 0;
 }
 
-int kovasetDHCPApply(const char *value) {
-  if (!equal(text_or_empty(value), "1")) return -1;
+int answer_mac(const char *ifname, char *buf, unsigned int buflen) {
+  Text mac;
+  if (tarn_getIfMac(ifname, mac.chars, Text::size) != 0) mac = {};
+  return answer(mac, buf, buflen);
+}
+
+// In the VPN mode the network is stopped around the announcement.
+int announce() {
   constexpr int vpn_mode = 2;
   constexpr unsigned int pause_seconds = 3;
-  constexpr const char *announce = "test_cpeevent call 'lan settings changed'";
+  constexpr const char *announcement = "test_cpeevent call 'lan settings changed'";
   if (_getOperationMode() != vpn_mode) {
-    run(announce);
+    run(announcement);
     return 0;
   }
   run("test_cpeevent call 'ce_oper_mode stop'");
   pause_for(pause_seconds);
-  run(announce);
+  run(announcement);
   pause_for(pause_seconds);
   run("test_cpeevent call 'ce_oper_mode start'");
   return 0;
 }
 
-int kovaGetDHCPApply(char *, unsigned int) {
-  return 0;
-}
+} // namespace
+
+} // namespace kova::lan
+
+using namespace kova;
+using namespace kova::lan;
+
+#include "src/lan/management.def"

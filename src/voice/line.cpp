@@ -1,4 +1,7 @@
 // The state of the telephone line, and the apply that restarts its service.
+#include "src/voice/line.hpp"
+
+#include "platform/keys.hpp"
 #include "platform/nvram.h"
 #include "src/frame/settings.hpp"
 #include "src/frame/shell.hpp"
@@ -9,12 +12,9 @@
 #include <cstdio>
 #include <cstdlib>
 
-using namespace kova;
+namespace kova::voice {
 
 namespace {
-
-constexpr const char *call_file = "/tmp/voip-call-status.txt",
-                     *registration_file = "/tmp/voip-reg-status.txt";
 
 // What the voice service wrote, at most 63 bytes. False when there is no file.
 bool read_status(const char *path, char (&status)[64]) {
@@ -26,12 +26,6 @@ bool read_status(const char *path, char (&status)[64]) {
     --length;
   status[length] = '\0';
   return true;
-}
-
-int answer_status(const char *path, char *buf, unsigned int buflen) {
-  char status[64] = {};
-  const bool known = read_status(path, status) && *status != '\0';
-  return answer(known ? status : "None", buf, buflen);
 }
 
 // Settings are never pushed into a call. Without a file there is no line to be busy.
@@ -52,37 +46,35 @@ bool is_too_soon(long up_time) {
 
 } // namespace
 
-int kovaGetVoiceProfileLineState(char *buf, unsigned int buflen) {
-  return answer_status(call_file, buf, buflen);
+int answer_status(const char *path, char *buf, unsigned int buflen) {
+  char status[64] = {};
+  const bool known = read_status(path, status) && *status != '\0';
+  return answer(known ? status : "None", buf, buflen);
 }
 
-int kovaGetVoiceProfileLineStatus(char *buf, unsigned int buflen) {
-  return answer_status(registration_file, buf, buflen);
-}
+} // namespace kova::voice
+
+using namespace kova;
+using namespace kova::voice;
 
 int kovaGetPCSCFServerStatus(char *buf, unsigned int buflen) {
   char registration[64] = {};
   read_status(registration_file, registration);
   const Text address = load(runtime("pcscf_addr_voip"));
   const bool in_use = !address.empty() && !equal(address, "0.0.0.0") && equal(registration, "Registered") &&
-                      equal(load("SIPServerMode"), "1");
+                      equal(load(key::sip_server_mode), "1");
   return answer(in_use ? address : "None", buf, buflen);
 }
 
 int kovaSetVoIPApply(const char *value) {
-  const bool enabled = load_switch("SIPEnable") != 0;
+  const bool enabled = load_switch(key::sip_enable) != 0;
   if (is_busy()) return -1;
   const long up_time = tarn_get_uptime();
   if (is_too_soon(up_time)) return -1;
-  if (!equal(text_or_empty(value), "1")) {
-    dbg_trace("[Error]SIP Apply Error.\n");
-    return -1;
-  }
+  if (!equal(text_or_empty(value), "1")) return refuse("[Error]SIP Apply Error.\n");
   if (enabled) {
     store(runtime("SIPAutoStartReg"), "1");
-    char now[24];
-    std::snprintf(now, sizeof now, "%d", static_cast<int>(up_time));
-    store(runtime("SIPLastRunTime"), now);
+    store(runtime("SIPLastRunTime"), NumberText(static_cast<int>(up_time)));
     run("sc ipchg");
     run("/etc/sysconfig/script/firewall_clear_rule.sh SIP");
   } else {

@@ -1,8 +1,8 @@
 // Life of a device: creation, boot, daemon, reset, and several at once.
+#include "booted_device.hpp"
 #include "device/factory.hpp"
 #include "platform/host/nvram_admin.hpp"
 #include "platform/host/tree_admin.hpp"
-#include "temporary_device.hpp"
 
 #include <chrono>
 #include <thread>
@@ -20,7 +20,7 @@ void store(int section, const std::string &key, const std::string &value) {
   host::nvram_store({&entry, 1});
 }
 
-std::vector<std::string> changes(const TemporaryDevice &device) {
+std::vector<std::string> changes(const BootedDevice &device) {
   std::vector<std::string> names;
   for (const auto &record : device.log("device"))
     names.push_back(record.at("what"));
@@ -41,7 +41,7 @@ void expect_complete() {
 }
 
 TEST(Device, FirstUseCreatesAndEachBootClearsTheRunTimeSectionOnly) {
-  const TemporaryDevice device;
+  const BootedDevice device;
   EXPECT_FALSE(status().created);
   EXPECT_TRUE(device.run([] {
     device::up();
@@ -71,7 +71,7 @@ TEST(Device, FirstUseCreatesAndEachBootClearsTheRunTimeSectionOnly) {
 }
 
 TEST(Device, ResetReturnsToFactorySettingsAndAnEmptyLog) {
-  const TemporaryDevice device;
+  const BootedDevice device;
   EXPECT_TRUE(device.run([&] {
     device::up();
     store(0, "lan_ip", "10.0.0.1");
@@ -91,7 +91,7 @@ TEST(Device, ResetReturnsToFactorySettingsAndAnEmptyLog) {
 
 TEST(Device, AKillAtAnyInstantOfTheFirstUseLeavesADeviceThatTheNextCompletes) {
   for (int delay = 0; delay <= 60; delay += 6) {
-    const TemporaryDevice device;
+    const BootedDevice device;
     unsetenv("KOVA_FEED"); // it is started too
     const pid_t child = device.start(device::up);
     std::this_thread::sleep_for(std::chrono::milliseconds(delay));
@@ -105,11 +105,10 @@ TEST(Device, AKillAtAnyInstantOfTheFirstUseLeavesADeviceThatTheNextCompletes) {
 }
 
 TEST(Device, CreationKeepsWhatTheStoresHold) {
-  const TemporaryDevice device;
+  const BootedDevice device;
   EXPECT_TRUE(device.run([] {
     store(0, "lan_ip", "10.0.0.1");
-    host::tree_replace(
-        "<tarn><cm_config><apnprofile><apn2><mtu>1400</mtu></apn2></apnprofile></cm_config></tarn>");
+    host::tree_store(std::vector<host::TreeLeaf>{{"/tarn/cm_config/apnprofile/apn2/mtu", "1400"}});
     device::up();
     expect_complete();
     EXPECT_EQ(nvram(0, "lan_ip"), "10.0.0.1");
@@ -118,7 +117,7 @@ TEST(Device, CreationKeepsWhatTheStoresHold) {
 }
 
 TEST(Device, ConcurrentFirstUsesCreateOnce) {
-  const TemporaryDevice device;
+  const BootedDevice device;
   std::vector<pid_t> users(4);
   for (pid_t &user : users)
     user = device.start([] {
@@ -126,12 +125,12 @@ TEST(Device, ConcurrentFirstUsesCreateOnce) {
       expect_complete();
     });
   for (const pid_t user : users)
-    EXPECT_TRUE(TemporaryDevice::ended_well(user));
+    EXPECT_TRUE(succeeded(user));
   EXPECT_EQ(changes(device), (std::vector<std::string>{"created", "booted"}));
 }
 
 TEST(Device, ADeadDaemonIsSeenAndOnlyUpStartsItAgain) {
-  const TemporaryDevice device;
+  const BootedDevice device;
   device.bring_up();
   const pid_t first = status().serviced.value();
   kill(first, SIGKILL);
@@ -147,7 +146,7 @@ TEST(Device, ADeadDaemonIsSeenAndOnlyUpStartsItAgain) {
 }
 
 TEST(Device, DevicesSideBySideDoNotMeet) {
-  const TemporaryDevice one, other;
+  const BootedDevice one, other;
   one.bring_up();
   other.bring_up();
   EXPECT_TRUE(one.run([] {
@@ -163,7 +162,7 @@ TEST(Device, DevicesSideBySideDoNotMeet) {
 }
 
 TEST(Device, IsNotBootedWhereItCannotBe) {
-  const TemporaryDevice device;
+  const BootedDevice device;
   std::ofstream(device.directory()) << "in the way";
   EXPECT_THROW(device::up(), std::runtime_error);
   fs::remove(device.directory());

@@ -1,7 +1,7 @@
 // An agent on a device of its own: sends whole requests, as agents do, and looks at what the tests leave.
 #pragma once
 
-#include "device/temporary_device.hpp"
+#include "device/booted_device.hpp"
 #include "platform/nvram.h"
 
 #include <arpa/inet.h>
@@ -62,14 +62,6 @@ inline std::string tool(const std::string &name) {
   return (gSecondaryInstance != 0 ? "sec_" : "") + name;
 }
 
-inline bool eventually(const std::function<bool()> &holds) {
-  for (int i = 0; i < 1000; i++) {
-    if (holds()) return true;
-    std::this_thread::sleep_for(10ms);
-  }
-  return false;
-}
-
 // The state when the test has left one.
 inline std::string end_state(const std::string &test) {
   EXPECT_TRUE(eventually([&] { return stored(test + "_STATE") != "Requested"; })) << test;
@@ -78,7 +70,7 @@ inline std::string end_state(const std::string &test) {
 
 class Agent : public ::testing::Test {
 protected:
-  TemporaryDevice device_;
+  BootedDevice device_;
 
   // Each in a process of its own, as the instances are.
   void as_agent(bool secondary, const std::function<void()> &work) {

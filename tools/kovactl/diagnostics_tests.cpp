@@ -1,6 +1,6 @@
 #include "kovactl/diagnostics_tests.hpp"
 
-#include "device/device.hpp"
+#include "kovactl/agent.hpp"
 
 #include <algorithm>
 #include <thread>
@@ -20,7 +20,8 @@ bool runs(const DiagnosticsTest &test) {
 }
 
 void look_at(DiagnosticsTest &test) {
-  const Reading reading = get_values(std::vector{test.object + std::string(state_parameter)});
+  const std::string path = test.object + std::string(state_parameter);
+  const Reading reading = in_turn([&] { return get_values(std::span(&path, 1)); });
   if (reading.values.empty()) {
     test.failure = "the state of " + test.name() + " cannot be read";
     return;
