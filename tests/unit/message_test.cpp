@@ -170,7 +170,7 @@ TEST_F(Message, WaitingEndsInTime) {
     errno = EINTR;
     return waits.size() < 3 ? -1 : 0;
   };
-  EXPECT_EQ(msg_receiveWithTimeout(&handle, record.bytes, 36, 1), MSG_ERR_TIMEOUT);
+  EXPECT_EQ(msg_receiveWithTimeout(&handle, record.bytes, 36, 60), MSG_ERR_TIMEOUT);
   ASSERT_EQ(waits.size(), 3U);
   EXPECT_GT(waits[0], waits[1]);
   EXPECT_GT(waits[1], waits[2]);
