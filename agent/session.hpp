@@ -1,0 +1,22 @@
+// One session with the ACS.
+#pragma once
+
+#include "agent/http.hpp"
+#include "agent/store.hpp"
+#include "agent/trace.hpp"
+
+namespace kova::agent {
+
+struct SessionOptions {
+  TlsFiles tls;
+  unsigned least_retry_wait = 5; // seconds
+};
+
+// The ACS as the device's parameters name it.
+Server management_server(Store &store, const TlsFiles &tls);
+
+// Reports what is pending and serves the ACS. How it went is noted in the store and in the device's log. False when it
+// failed.
+bool run_session(Store &store, const SessionOptions &options, Trace &trace);
+
+} // namespace kova::agent
