@@ -253,7 +253,7 @@ private:
       status.end = std::time(nullptr);
       status.failure = "it broke off";
       put(change, status);
-      add_retry(change, std::max(options_.least_retry_wait, 1U), 0);
+      add_retry(change, options_.least_retry_wait.value_or(standard_retry_wait), 0);
     });
   }
 
@@ -266,7 +266,8 @@ private:
                                                                   {"--key=", options_.tls.key}};
     for (const auto &[name, file] : files)
       if (!file.empty()) all.push_back(name + file);
-    all.push_back("--retry-wait=" + std::to_string(options_.least_retry_wait));
+    if (options_.least_retry_wait) all.push_back("--retry-wait=" + std::to_string(*options_.least_retry_wait));
+    if (options_.exchange_seconds) all.push_back("--timeout=" + std::to_string(*options_.exchange_seconds));
     all.emplace_back(what);
     if (!argument.empty()) all.push_back(argument);
     return all;

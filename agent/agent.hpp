@@ -13,7 +13,8 @@ struct AgentOptions {
   std::optional<std::uint16_t> port; // of connection requests; otherwise that of the last time, or a free one
   std::string trace;                 // file; "" for none
   TlsFiles tls;
-  unsigned least_retry_wait = 5; // seconds
+  // Seconds: what the session's task takes when nothing is said.
+  std::optional<unsigned> least_retry_wait, exchange_seconds;
 };
 
 // Until it is asked to end, or the device has no management server any more. Throws std::runtime_error.

@@ -108,13 +108,15 @@ void watch_values(Store &store) {
   });
 }
 
+void remember_values(Transaction &change, std::span<const request::Value> values) {
+  for (const request::Value &value : values)
+    if (attributes_of(change, value.path).notification != Notification::off)
+      change.put(key_of(known_prefix, value.path), value.text);
+}
+
 void remember_values(Store &store, std::span<const std::string> paths) {
   const request::Reading reading = read_values(store, paths);
-  store.change([&reading](Transaction &change) {
-    for (const request::Value &value : reading.values)
-      if (attributes_of(change, value.path).notification != Notification::off)
-        change.put(key_of(known_prefix, value.path), value.text);
-  });
+  store.change([&reading](Transaction &change) { remember_values(change, reading.values); });
 }
 
 std::vector<Change> pending_changes(const Transaction &store) {

@@ -30,7 +30,8 @@ std::string read_value(Store &store, const std::string &path); // "" when the de
 
 // Compares the parameters to be reported with the values that the ACS knows, and notes what has changed.
 void watch_values(Store &store);
-// The ACS knows these values: it has set them itself, or asks for notification from now on.
+// The ACS knows these values: it was told, has set them itself, or asks for notification from now on.
+void remember_values(Transaction &change, std::span<const request::Value> values);
 void remember_values(Store &store, std::span<const std::string> paths);
 
 // Paths of what has changed and was not reported; acknowledging leaves what has changed again.

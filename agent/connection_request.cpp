@@ -57,12 +57,11 @@ struct ConnectionRequestHandler {
 ConnectionRequestListener::ConnectionRequestListener(std::uint16_t port, std::string path, Ask credentials,
                                                      Accept accept)
     : path_(std::move(path)), credentials_(std::move(credentials)), accept_(std::move(accept)) {
-  const std::string seed = random_digits(16);
   for (const unsigned addresses : {unsigned{MHD_USE_DUAL_STACK}, 0U}) {
     daemon_ = MHD_start_daemon(MHD_USE_EPOLL | addresses, port, nullptr, nullptr, ConnectionRequestHandler::serve, this,
                                MHD_OPTION_CONNECTION_LIMIT, 16U, MHD_OPTION_CONNECTION_TIMEOUT, 10U,
                                MHD_OPTION_CONNECTION_MEMORY_LIMIT, size_t{8192}, MHD_OPTION_NONCE_NC_SIZE, 64U,
-                               MHD_OPTION_DIGEST_AUTH_RANDOM, seed.size(), seed.c_str(), MHD_OPTION_END);
+                               MHD_OPTION_DIGEST_AUTH_RANDOM, seed_.size(), seed_.c_str(), MHD_OPTION_END);
     if (daemon_ != nullptr) return;
   }
   throw std::runtime_error("cannot listen for connection requests on port " + std::to_string(port));

@@ -15,6 +15,9 @@ struct Credentials {
   std::string username, password;
 };
 
+// So many random bytes as hexadecimal digits.
+std::string random_digits(std::size_t bytes);
+
 class ConnectionRequestListener {
 public:
   using Ask = std::function<Credentials()>;
@@ -32,14 +35,12 @@ public:
 private:
   friend struct ConnectionRequestHandler;
   bool throttled();
+  const std::string seed_ = random_digits(16); // of the nonces; the daemon does not copy it
   const std::string path_;
   const Ask credentials_;
   const Accept accept_;
   std::deque<std::time_t> accepted_; // within the last minute
   MHD_Daemon *daemon_ = nullptr;
 };
-
-// So many random bytes as hexadecimal digits.
-std::string random_digits(std::size_t bytes);
 
 } // namespace kova::agent

@@ -8,7 +8,7 @@
 namespace kova::agent {
 namespace {
 
-constexpr long connect_seconds = 20, exchange_seconds = 60, most_redirects = 5;
+constexpr long connect_seconds = 20, most_redirects = 5;
 constexpr std::size_t most_answer_bytes = std::size_t{4} << 20;
 
 // What may go wrong in it is memory alone.
@@ -111,7 +111,7 @@ using Handle = std::unique_ptr<CURL, decltype(&curl_easy_cleanup)>;
 
 } // namespace
 
-Connection::Connection(const Server &server) : handle_(curl_easy_init()) {
+Connection::Connection(const Server &server, long exchange_seconds) : handle_(curl_easy_init()) {
   CURL *handle = handle_.get();
   prepare(handle, server, "http,https");
   set(handle, CURLOPT_UNRESTRICTED_AUTH, 1L); // the session goes on where the ACS redirects it

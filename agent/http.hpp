@@ -29,7 +29,7 @@ struct HttpError : std::runtime_error {
 // from one exchange to the next.
 class Connection {
 public:
-  explicit Connection(const Server &server);
+  Connection(const Server &server, long exchange_seconds);
   // Posts an envelope, or nothing at all; answers the body of the answer. Throws HttpError.
   std::string post(const std::string &body);
 

@@ -7,7 +7,6 @@
 #include <algorithm>
 #include <ctime>
 #include <iterator>
-#include <set>
 
 namespace kova::agent {
 namespace {
@@ -30,13 +29,19 @@ std::vector<std::string> Report::event_codes() const {
   return codes;
 }
 
-Report pending_report(const Transaction &store) {
-  Report report{pending_events(store), pending_changes(store), transfers(store), retries(store).count};
+Report pending_report(Store &store) {
+  Report report = store.read([](const Transaction &reading) -> Report {
+    return {pending_events(reading), pending_changes(reading), transfers(reading), {}, retries(reading).count};
+  });
   std::erase_if(report.transfers,
                 [](const Transfer &transfer) { return transfer.state != TransferState::finished; });
   const auto place = std::ranges::lower_bound(report.events, event::value_change, {}, &Event::code);
   if (!report.changes.empty() && (place == report.events.end() || place->code != event::value_change))
     report.events.insert(place, {std::string(event::value_change), "", "", ""});
+  std::vector<std::string> paths(std::begin(forced), std::end(forced));
+  for (const Change &change : report.changes)
+    if (std::ranges::find(paths, change.path) == paths.end()) paths.push_back(change.path);
+  report.values = read_values(store, paths).values;
   return report;
 }
 
@@ -72,10 +77,7 @@ Outgoing inform(Store &store, const Report &report, const std::string &id) {
   add(call, "MaxEnvelopes", "1");
   add(call, "CurrentTime", local_time(std::time(nullptr)));
   add(call, "RetryCount", std::to_string(report.retries));
-  std::vector<std::string> paths(std::begin(forced), std::end(forced));
-  for (const Change &change : report.changes)
-    if (std::ranges::find(paths, change.path) == paths.end()) paths.push_back(change.path);
-  add_values(call, read_values(store, paths).values);
+  add_values(call, report.values);
   return message;
 }
 
@@ -85,6 +87,7 @@ void acknowledge(Transaction &change, const Report &report, const std::string &u
   std::erase_if(delivered, [](const Event &event) { return event.record.empty(); });
   acknowledge(change, delivered);
   acknowledge(change, report.changes);
+  remember_values(change, report.values);
   if (std::ranges::find(report.events, event::bootstrap, &Event::code) != report.events.end())
     change.put(stored::bootstrapped_url, url);
 }

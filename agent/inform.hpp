@@ -16,12 +16,13 @@ struct Report {
   std::vector<Event> events;
   std::vector<Change> changes;
   std::vector<Transfer> transfers; // that are finished
+  std::vector<request::Value> values;
   unsigned retries = 0;
 
   std::vector<std::string> event_codes() const;
 };
 
-Report pending_report(const Transaction &store);
+Report pending_report(Store &store);
 Outgoing inform(Store &store, const Report &report, const std::string &id);
 // The ACS has answered the Inform. Events of transfers wait for the answer to the TransferComplete.
 void acknowledge(Transaction &change, const Report &report, const std::string &url);

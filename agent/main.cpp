@@ -16,7 +16,7 @@ namespace {
 kova::agent::AgentOptions options;
 
 constexpr const char *usage = "usage: kova-cwmpd [--secondary] [--foreground] [--port PORT] [--trace FILE] [--ca FILE]\n"
-                              "                  [--cert FILE [--key FILE]] [--retry-wait SECONDS]\n";
+                              "                  [--cert FILE [--key FILE]] [--retry-wait SECONDS] [--timeout SECONDS]\n";
 
 template <typename Number>
 bool take_number(Number &number) {
@@ -52,7 +52,9 @@ bool take(int option, bool &foreground) {
     options.tls.key = absolute(optarg);
     return true;
   case 'r':
-    return take_number(options.least_retry_wait);
+    return take_number(options.least_retry_wait.emplace());
+  case 'x':
+    return take_number(options.exchange_seconds.emplace());
   default:
     return false;
   }
@@ -66,7 +68,7 @@ int main(int argc, char **argv) {
                               {"port", required_argument, nullptr, 'p'}, {"trace", required_argument, nullptr, 't'},
                               {"ca", required_argument, nullptr, 'a'},   {"cert", required_argument, nullptr, 'c'},
                               {"key", required_argument, nullptr, 'k'},  {"retry-wait", required_argument, nullptr, 'r'},
-                              {nullptr, 0, nullptr, 0}};
+                              {"timeout", required_argument, nullptr, 'x'}, {nullptr, 0, nullptr, 0}};
   bool foreground = false, understood = true;
   for (int option; understood && (option = getopt_long(argc, argv, "", known, nullptr)) != -1;)
     understood = take(option, foreground);

@@ -39,8 +39,8 @@ std::string fault_of_acs(const Message &message, std::string &code) {
 
 class Session {
 public:
-  Session(Store &store, const Server &server, Trace &trace)
-      : store_(store), server_(server), connection_(server), trace_(trace) {}
+  Session(Store &store, const Server &server, long exchange_seconds, Trace &trace)
+      : store_(store), server_(server), connection_(server, exchange_seconds), trace_(trace) {}
 
   void run(const Report &report) {
     send_inform(report);
@@ -204,14 +204,14 @@ Server management_server(Store &store, const TlsFiles &tls) {
 bool run_session(Store &store, const SessionOptions &options, Trace &trace) {
   const Server server = management_server(store, options.tls);
   settle_connection_request_url(store, server);
-  const Report report = store.read(pending_report);
+  const Report report = pending_report(store);
   SessionStatus status = store.read(last_session);
   status = {status.number + 1, true, std::time(nullptr), 0, report.event_codes(), ""};
   store.change([&status](Transaction &change) { put(change, status); });
   log("session: " + joined(status.events));
   long retry_after = 0;
   try {
-    Session(store, server, trace).run(report);
+    Session(store, server, options.exchange_seconds, trace).run(report);
   } catch (const HttpError &error) {
     status.failure = error.what();
     retry_after = error.retry_after;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "agent/http.hpp"
+#include "agent/status.hpp"
 #include "agent/store.hpp"
 #include "agent/trace.hpp"
 
@@ -9,7 +10,8 @@ namespace kova::agent {
 
 struct SessionOptions {
   TlsFiles tls;
-  unsigned least_retry_wait = 5; // seconds
+  unsigned least_retry_wait = standard_retry_wait;
+  long exchange_seconds = 60;    // after which an unanswered message ends the session
 };
 
 // The ACS as the device's parameters name it.

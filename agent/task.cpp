@@ -7,7 +7,9 @@
 #include <CLI/CLI.hpp>
 #include <kova/frame.h>
 #include <kova/management.h>
+#include <sys/prctl.h>
 
+#include <csignal>
 #include <cstdio>
 
 namespace {
@@ -45,6 +47,7 @@ int main(int argc, char **argv) {
   app.add_option("--cert", options.tls.certificate, "Certificate of the device");
   app.add_option("--key", options.tls.key, "Its private key, if that is not in the same file");
   app.add_option("--retry-wait", options.least_retry_wait, "Least wait after a failed session, in seconds");
+  app.add_option("--timeout", options.exchange_seconds, "Longest wait for an answer, in seconds");
   app.require_subcommand(1);
   const CLI::App *session = app.add_subcommand("session", "Report what is pending, and serve the ACS");
   CLI::App *move = app.add_subcommand("transfer", "Move a file");
@@ -63,6 +66,8 @@ int main(int argc, char **argv) {
       reset_to_factory();
       return 0;
     }
+    // Another agent may follow one that is killed: its sessions must not meet this one's.
+    prctl(PR_SET_PDEATHSIG, SIGKILL);
     Store store(store_file());
     if (*move) return carry_out_transfer(store, transfer) ? 0 : 1;
     Trace trace(trace_file);
