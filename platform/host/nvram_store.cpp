@@ -19,21 +19,26 @@ namespace kova::host {
 namespace {
 
 constexpr std::size_t map_size = std::size_t{64}
-                                 << 20;    // an upper bound; the file is as large as its contents
-constexpr off_t lock_file_size = 32 << 10; // slots for some 500 reading processes
-constexpr mode_t file_mode = 0644;
+                                 << 20;         // an upper bound; the file is as large as its contents
+constexpr off_t lock_file_size = 32 << 10;      // slots for some 500 reading processes
 constexpr std::uint32_t sign_bit = 0x80000000U; // flipped, so that negative numbers sort before positive ones
 
-// The lock file is mapped and written through memory: on a full disk a hole in it would be a bus error.
-int reserve_lock_file(const fs::path &store) {
-  const std::string name = store.string() + "-lock";
-  const int fd = ::open(name.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, file_mode);
+// 0, or the system error; the file then has at least this size.
+int create_private_file(const std::string &name, off_t size) {
+  const int fd = ::open(name.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, private_file);
   if (fd < 0) return errno;
   struct stat status = {};
   int failed = fstat(fd, &status) == 0 ? 0 : errno;
-  if (failed == 0 && status.st_size < lock_file_size) failed = posix_fallocate(fd, 0, lock_file_size);
+  if (failed == 0 && (status.st_mode & ALLPERMS) != private_file && fchmod(fd, private_file) != 0)
+    failed = errno;
+  if (failed == 0 && status.st_size < size) failed = posix_fallocate(fd, 0, size);
   ::close(fd);
   return failed;
+}
+
+// The lock file is mapped and written through memory: on a full disk a hole in it would be a bus error.
+int reserve_lock_file(const fs::path &store) {
+  return create_private_file(store.string() + "-lock", lock_file_size);
 }
 
 // A store appears under its name only when it is complete: a disk that is full in between would leave half a header.
@@ -41,7 +46,8 @@ int create_store(const fs::path &store) {
   const std::string fresh = store.string() + "." + std::to_string(getpid()) + ".new";
   MDB_env *environment = nullptr;
   if (const int failed = mdb_env_create(&environment); failed != 0) return failed;
-  int failed = mdb_env_open(environment, fresh.c_str(), MDB_NOSUBDIR | MDB_NOLOCK, file_mode);
+  int failed = create_private_file(fresh, 0);
+  if (failed == 0) failed = mdb_env_open(environment, fresh.c_str(), MDB_NOSUBDIR | MDB_NOLOCK, private_file);
   if (failed == 0) failed = mdb_env_sync(environment, 1);
   mdb_env_close(environment);
   if (failed == 0 && link(fresh.c_str(), store.c_str()) != 0 && errno != EEXIST) failed = errno;
@@ -71,8 +77,16 @@ std::string_view StoredKey::key_of(const MDB_val &stored) {
 }
 
 const char *reason_text(int answer) {
-  // LMDB's answer to a page that was written in part.
-  return answer == EIO ? "Input/output error, or no space left on device" : mdb_strerror(answer);
+  switch (answer) {
+  case EIO: // LMDB's answer to a page that was written in part
+    return "Input/output error, or no space left on device";
+  case ENOTEMPTY:
+    return "the directory is not a virtual device and not empty";
+  case ESTALE:
+    return "the directory is a virtual device of another version";
+  default:
+    return mdb_strerror(answer);
+  }
 }
 
 NvramStore &NvramStore::of_process() {
@@ -153,6 +167,9 @@ int NvramStore::open(Access access) {
     if (const int failed = prepare_store_dir(file_.parent_path()); failed != 0) return failed;
   if (environment_ != nullptr && (writable_ || !writing)) return 0;
   close();
+  if (!writing)
+    if (const int failed = store_readable(file_.parent_path()); failed != 0)
+      return failed == ENOENT ? MDB_NOTFOUND : failed;
   if (::access(file_.c_str(), F_OK) != 0) {
     if (errno != ENOENT && errno != ENOTDIR) return errno;
     if (!writing) return MDB_NOTFOUND;
@@ -173,7 +190,7 @@ int NvramStore::open_environment(unsigned flags) {
   if (const int failed = mdb_env_create(&environment_); failed != 0) return failed;
   int failed = mdb_env_set_mapsize(environment_, map_size);
   if (failed == 0)
-    failed = mdb_env_open(environment_, file_.c_str(), MDB_NOSUBDIR | MDB_NOTLS | flags, file_mode);
+    failed = mdb_env_open(environment_, file_.c_str(), MDB_NOSUBDIR | MDB_NOTLS | flags, private_file);
   if (failed == 0) failed = mdb_reader_check(environment_, nullptr);
   if (failed == 0) failed = mdb_txn_begin(environment_, nullptr, MDB_RDONLY, &reader_);
   if (failed == 0) {

@@ -20,8 +20,6 @@ namespace kova::host {
 
 namespace {
 
-constexpr mode_t file_mode = 0644;
-
 [[noreturn]] void fail(const std::string &what, const fs::path &file, int reason) {
   throw std::runtime_error("cannot " + what + " " + file.string() + ": " + std::strerror(reason));
 }
@@ -69,7 +67,7 @@ pugi::xml_node child_named(const pugi::xml_node &parent, std::string_view name) 
 // The new file takes the old one's place when it is complete on disk, else it is removed.
 void replace_file(const fs::path &file, std::string_view content) {
   const fs::path fresh = file.string() + ".new";
-  const int fd = open(fresh.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, file_mode);
+  const int fd = open(fresh.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, private_file);
   if (fd < 0) fail("create", fresh, errno);
   int failed = 0;
   while (!content.empty() && failed == 0) {
@@ -145,7 +143,7 @@ TreeLock::TreeLock(const fs::path &file) : fd_(-1) {
   const fs::path lock = fs::path(file).replace_extension("lock");
   if (const int failed = prepare_store_dir(file.parent_path()); failed != 0)
     fail("write in", file.parent_path(), failed);
-  fd_ = open(lock.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, file_mode);
+  fd_ = open(lock.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, private_file);
   if (fd_ < 0) fail("create", lock, errno);
   int failed = 0;
   while ((failed = flock(fd_, LOCK_EX)) != 0 && errno == EINTR) {

@@ -1,5 +1,5 @@
-// A device in a directory of its own, which goes with the test, and its daemon with it. Without the radio feed, unless
-// the test takes KOVA_FEED out of the environment.
+// A device in a directory of its own, which goes with the test, and its daemon with it. Without the radio
+// feed, unless the test takes KOVA_FEED out of the environment.
 #pragma once
 
 #include "device/device.hpp"
@@ -11,11 +11,13 @@
 #include <unistd.h>
 
 #include <array>
+#include <chrono>
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <string>
+#include <thread>
 #include <vector>
 
 namespace kova::test {
@@ -35,7 +37,10 @@ public:
   }
   ~TemporaryDevice() {
     select();
-    device::down();
+    try {
+      device::down();
+    } catch (const std::exception &) { // the test made it no device
+    }
     fs::remove_all(top_);
     unsetenv("KOVA_DEVICE");
   }
@@ -46,19 +51,20 @@ public:
   const fs::path &directory() const { return directory_; }
   fs::path top() const { return top_; }
 
-  // Starts a process on this device. The stores keep their files open for the life of a process, so whatever uses
-  // them does so in a process of its own.
+  // Starts a process on this device. The stores keep their files open for the life of a process, so whatever
+  // uses them does so in a process of its own.
   template <typename Work>
   pid_t start(Work work) const {
     const pid_t child = fork();
     if (child != 0) return child;
+    const int failures_of_parent = failures();
     select();
     try {
       work();
     } catch (const std::exception &error) {
       ADD_FAILURE() << error.what();
     }
-    _exit(::testing::Test::HasFailure() ? 1 : 0);
+    _exit(failures() > failures_of_parent ? 1 : 0);
   }
   template <typename Work>
   bool run(Work work) const {
@@ -68,7 +74,9 @@ public:
     int status = 0;
     return waitpid(child, &status, 0) == child && WIFEXITED(status) && WEXITSTATUS(status) == 0;
   }
-  void bring_up() const { ASSERT_TRUE(run(device::up)); }
+  void bring_up() const {
+    ASSERT_TRUE(run([] { device::up(); }));
+  }
 
   // Records of the device's log; every line must be one.
   std::vector<nlohmann::json> log(const std::string &kind) const {
@@ -81,8 +89,22 @@ public:
   }
 
 private:
+  static int failures() {
+    return ::testing::UnitTest::GetInstance()->current_test_info()->result()->total_part_count();
+  }
+
   fs::path top_, directory_;
 };
+
+// Waits for it, at most a minute.
+template <typename Condition>
+bool eventually(Condition holds) {
+  for (int i = 0; i < 6000; i++) {
+    if (holds()) return true;
+    std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  }
+  return false;
+}
 
 // What a request for confirmation is answered with.
 inline int confirmed(uint32_t command, const std::string &text) {

@@ -62,14 +62,6 @@ inline std::string tool(const std::string &name) {
   return (gSecondaryInstance != 0 ? "sec_" : "") + name;
 }
 
-inline bool eventually(const std::function<bool()> &holds) {
-  for (int i = 0; i < 1000; i++) {
-    if (holds()) return true;
-    std::this_thread::sleep_for(10ms);
-  }
-  return false;
-}
-
 // The state when the test has left one.
 inline std::string end_state(const std::string &test) {
   EXPECT_TRUE(eventually([&] { return stored(test + "_STATE") != "Requested"; })) << test;

@@ -1,6 +1,7 @@
 #include "kovactl/commands.hpp"
 
 #include "device/device.hpp"
+#include "device/log.hpp"
 #include "kovactl/diagnostics_tests.hpp"
 #include "kovactl/model_documents.hpp"
 #include "kovactl/report.hpp"
@@ -8,6 +9,7 @@
 #include "kovactl/request.hpp"
 
 #include <kova/frame.h>
+#include <unistd.h>
 
 #include <set>
 
@@ -53,20 +55,29 @@ ExitStatus show_status(const Output &output) {
                       {"created", status.created},
                       {"booted", status.booted},
                       {"serviced", process_id(status.serviced)},
-                      {"radiod", process_id(status.radiod)}});
+                      {"feed", status.feed},
+                      {"serial", status.serial}});
   else
     output.print(Table{{{"directory"}, {status.directory.string()}},
                        {{"device"}, {state, Style::Bold}},
                        {{"service daemon"}, {running(status.serviced)}},
-                       {{"radio feed"}, {running(status.radiod)}}});
+                       {{"radio feed"}, {status.feed ? "on" : "off"}},
+                       {{"serial number"}, {status.serial}}});
   return Success;
 }
 
 // One request at a time.
-auto in_turn(const auto &work) {
-  const device::Turn turn;
+auto in_turn(const auto &work, device::Turn::Kind kind = device::Turn::Kind::changing) {
+  const device::Turn turn(kind);
   const LibraryOutputAside aside;
   return work();
+}
+
+// What this process asked for, and nothing that others did meanwhile.
+std::vector<Json> own_records(LogReader &log) {
+  std::vector<Json> records = log.records();
+  std::erase_if(records, [](const Json &record) { return !device::concerns(record, getpid()); });
+  return records;
 }
 
 std::vector<Assignment> requested_assignments(const Arguments &arguments) {
@@ -109,7 +120,7 @@ std::string number_rule(const std::string &text) {
 }
 
 ExitStatus get(const Output &output, const Arguments &arguments) {
-  return report(output, in_turn([&] { return get_values(arguments.names); }));
+  return report(output, in_turn([&] { return get_values(arguments.names); }, device::Turn::Kind::reading));
 }
 
 ExitStatus set(const Output &output, const Arguments &arguments) {
@@ -133,7 +144,7 @@ ExitStatus set(const Output &output, const Arguments &arguments) {
     aftermath.tests.clear();
   if (arguments.with_log) {
     await_service();
-    aftermath.log = log.records();
+    aftermath.log = own_records(log);
   }
   return report(output, setting, aftermath);
 }
@@ -165,7 +176,8 @@ ExitStatus show_model(const Output &output, const Arguments &arguments) {
   else if (format == "csv") {
     start_agent(output);
     const std::string everything;
-    const Reading reading = in_turn([&] { return get_values(std::span(&everything, 1)); });
+    const Reading reading =
+        in_turn([&] { return get_values(std::span(&everything, 1)); }, device::Turn::Kind::reading);
     output.print_document(csv_table(reading));
     return complain(output, reading.faults);
   } else
@@ -180,7 +192,7 @@ Command row_command(RowChange (*change)(const std::string &)) {
     const RowChange changed = in_turn([&] { return change(arguments.names.front()); });
     if (!arguments.with_log) return report(output, changed, std::nullopt);
     await_service();
-    return report(output, changed, log.records());
+    return report(output, changed, own_records(log));
   });
 }
 

@@ -20,6 +20,8 @@ public:
   void skip();
 
 private:
+  std::vector<Json> records_in(const std::filesystem::path &path);
+
   std::filesystem::path file_;
   std::streamoff offset_ = 0;
   ino_t inode_ = 0;
