@@ -13,8 +13,6 @@
 #include "agent/stun.hpp"
 #include "agent/transfers.hpp"
 #include "device/background.hpp"
-#include "device/paths.hpp"
-#include "device/pid_file.hpp"
 
 #include <kova/frame.h>
 #include <unistd.h>
@@ -94,8 +92,7 @@ private:
 class Agent {
 public:
   Agent(const AgentOptions &options)
-      : options_(options), pid_file_(device::run_dir() / (std::string(daemon_name()) + ".pid")),
-        store_(store_file()) {
+      : options_(options), store_(store_file()) {
     begin_anew_after_reset(store_);
     note_bootstrap(store_);
     note_boot(store_);
@@ -179,7 +176,7 @@ private:
 
   void do_what_is_due() {
     listener_->serve(); // which closes what is silent
-    if (!pid_file_.stands() || read_value(store_, parameter::url).empty()) return uv_stop(&loop_);
+    if (!device::is_wanted() || read_value(store_, parameter::url).empty()) return uv_stop(&loop_);
     if (session_.runs() || leaving_.runs()) return;
     const std::time_t now = std::time(nullptr);
     note_bootstrap(store_);
@@ -274,7 +271,6 @@ private:
   }
 
   const AgentOptions options_;
-  device::PidFile pid_file_;
   Store store_;
   uv_loop_t loop_{};
   uv_timer_t timer_{};

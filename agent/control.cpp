@@ -2,8 +2,7 @@
 
 #include "agent/events.hpp"
 #include "agent/names.hpp"
-#include "device/paths.hpp"
-#include "device/pid_file.hpp"
+#include "device/service.hpp"
 
 #include <kova/frame.h>
 
@@ -15,13 +14,13 @@ namespace kova::agent {
 namespace {
 
 std::optional<pid_t> agent_process() {
-  return device::pid_file_owner(device::run_dir() / (std::string(daemon_name()) + ".pid"));
+  return device::daemon_pid(own_daemon());
 }
 
 } // namespace
 
-const char *daemon_name() {
-  return gSecondaryInstance != 0 ? "cwmpd-secondary" : "cwmpd";
+const device::Daemon &own_daemon() {
+  return device::management_agents[gSecondaryInstance != 0 ? 1 : 0];
 }
 
 AgentStatus agent_status() {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "agent/status.hpp"
+#include "device/daemons.hpp"
 
 #include <sys/types.h>
 
@@ -12,8 +13,8 @@
 
 namespace kova::agent {
 
-// Name of the daemon of this process's management instance, which its files have.
-const char *daemon_name();
+// The agent of this process's management instance.
+const device::Daemon &own_daemon();
 
 struct AgentStatus {
   std::optional<pid_t> process; // of a running agent

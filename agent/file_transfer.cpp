@@ -5,7 +5,6 @@
 #include "agent/transfers.hpp"
 #include "agent/values.hpp"
 #include "device/device.hpp"
-#include "device/error.hpp"
 #include "device/paths.hpp"
 #include "request/request_text.hpp"
 
@@ -54,7 +53,7 @@ void check_size(const Transfer &transfer, const fs::path &file) {
 }
 
 void keep_firmware(Store &store, Transfer &transfer, const fs::path &file) {
-  device::make_directories(firmware_image().parent_path());
+  fs::create_directories(firmware_image().parent_path());
   fs::copy_file(file, firmware_image(), fs::copy_options::overwrite_existing);
   transfer.state = TransferState::installing;
   transfer.target_file = cut(name_of(transfer), 64);

@@ -1,5 +1,6 @@
 // kova-cwmpd: the CWMP agent of the virtual device, for one of its management instances.
 #include "agent/agent.hpp"
+#include "agent/control.hpp"
 
 #include "device/background.hpp"
 
@@ -78,6 +79,6 @@ int main(int argc, char **argv) {
   }
   char mode[] = "--foreground";
   char *arguments[] = {argv[0], mode, nullptr};
-  return kova::device::run_in_background("kova-cwmpd", foreground ? 2 : 1, arguments,
+  return kova::device::run_in_background(kova::agent::own_daemon(), foreground ? 2 : 1, arguments,
                                          [] { kova::agent::run_agent(options); });
 }

@@ -3,12 +3,14 @@
 #include "agent/session.hpp"
 #include "agent/transfers.hpp"
 #include "device/device.hpp"
+#include "device/service.hpp"
 
 #include <CLI/CLI.hpp>
 #include <kova/frame.h>
 #include <kova/management.h>
 #include <sys/prctl.h>
 
+#include <algorithm>
 #include <csignal>
 #include <cstdio>
 
@@ -17,12 +19,28 @@ namespace {
 using namespace kova;
 using namespace kova::agent;
 
+// The agents that run, to be started again after a boot.
+std::vector<device::Daemon> running_agents() {
+  std::vector<device::Daemon> agents;
+  for (const device::Daemon &agent : device::management_agents)
+    if (device::daemon_pid(agent)) agents.push_back(agent);
+  return agents;
+}
+
+void boot_again() {
+  const auto agents = running_agents();
+  device::reboot();
+  std::ranges::for_each(agents, device::start);
+}
+
 // The operator's preset outlasts a reset.
 void reset_to_factory() {
   constexpr int back_up = 1, restore = 2;
+  const auto agents = running_agents();
   backup_restore_settings(back_up);
   device::reset();
   backup_restore_settings(restore);
+  std::ranges::for_each(agents, device::start);
 }
 
 bool carry_out_transfer(Store &store, const std::string &record) {
@@ -58,8 +76,7 @@ int main(int argc, char **argv) {
   if (secondary) setSecondaryInstance();
   try {
     if (*boot) {
-      device::down();
-      device::up();
+      boot_again();
       return 0;
     }
     if (!*session && !*move) {

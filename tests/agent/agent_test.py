@@ -401,6 +401,113 @@ class Events(AgentTest):
         self.assertEqual(agent.wait(60), 0, "without a server there is nothing to do")
 
 
+class Orders(AgentTest):
+    """What is done when the session is over, and reported after it."""
+
+    def test_reboot_and_factory_reset(self):
+        acs = self.acs()
+        device = self.device(acs)
+        acs.script = [call("Reboot", CommandKey="one"), call("Reboot", CommandKey="two"), attributes(LAN + "DNSServer1", 2)]
+        acs.session("0 BOOTSTRAP")
+        rebooted = acs.session("M Reboot")
+        self.assertEqual(rebooted.events, ["1 BOOT", "M Reboot", "M Reboot"])
+        self.assertEqual(rebooted.inform.texts("CommandKey"), ["", "one", "two"])
+        number = len(acs.sessions)
+        acs.script = [assign({LAN + "DHCPLeaseTime": ("600", UNSIGNED), CODE: "SET"}), call("FactoryReset")]
+        device.kovactl("set", LAN + "DNSServer1=192.0.2.79")
+        acs.session("4 VALUE CHANGE", after=number)
+        acs.script = [get(LAN + "DHCPLeaseTime", SERVER + "ParameterKey"),
+                      call("GetParameterAttributes", names(LAN + "DNSServer1"))]
+        reset = acs.session("0 BOOTSTRAP", "1 BOOT", after=number)
+        self.assertEqual(reset.events, ["0 BOOTSTRAP", "1 BOOT"])
+        self.assertEqual(reset.answers[0].values()[LAN + "DHCPLeaseTime"], "86400")
+        self.assertEqual(reset.answers[1].texts("Notification"), ["0"])
+
+    def test_downloads(self):
+        acs = self.acs()
+        self.device(acs)
+        acs.files = {"/image-2.bin": b"firmware", "/good": f"{CODE}=LOADED\n".encode(), "/bad": b"<html/>", "/none": b""}
+        firmware, configuration = "1 Firmware Upgrade Image", "3 Vendor Configuration File"
+        wanted = {"image": (download(firmware, acs.base + "/image-2.bin", "image", 8), 0),
+                  "good": (download(configuration, acs.base + "/good", "good"), 0),
+                  "bad": (download(configuration, acs.base + "/bad", "bad"), 9018),
+                  "size": (download(firmware, acs.base + "/image-2.bin", "size", 9), 9018),
+                  "empty": (download(firmware, acs.base + "/none", "empty"), 9018),
+                  "missing": (download(firmware, acs.base + "/missing", "missing"), 9016),
+                  "nobody": (download(firmware, "http://127.0.0.1:1/", "nobody"), 9015)}
+        later = [download(firmware, acs.base + "/image-2.bin", f"later{i}", delay=3600) for i in range(4)]
+        acs.script = [request for request, _ in wanted.values()] + later + [call("GetQueuedTransfers")]
+        session = acs.session("1 BOOT")
+        self.assertEqual([a.name for a in session.answers[:7]], ["DownloadResponse"] * 7)
+        self.assertEqual([answer.fault() for answer in session.answers[7:11]], [None] * 3 + [(9004, {})])
+        self.assertEqual(len(session.answers[11].texts("State")), 10)
+        reported = lambda: {report.texts("CommandKey")[0]: int(report.texts("FaultCode")[0])
+                            for session in acs.sessions for report in session.reports}
+        acs.wait(lambda: len(reported()) == len(wanted), "all transfers")
+        self.assertEqual(reported(), {key: code for key, (_, code) in wanted.items()})
+        installed = next(s for s in acs.sessions if "image" in [r.texts("CommandKey")[0] for r in s.reports])
+        self.assertLessEqual({"1 BOOT", "7 TRANSFER COMPLETE", "M Download"}, set(installed.events))
+        self.assertNotIn("M Reboot", installed.events)
+        acs.wait(lambda: installed.ended, "the end of the session")
+        acs.script = [get(CODE, GATEWAY + "DeviceInfo.AdditionalSoftwareVersion")]
+        self.assertEqual(self.request_connection(installed), 200)
+        last = acs.session("6 CONNECTION REQUEST")
+        self.assertEqual(set(last.answers[0].values().values()), {"LOADED", "image-2.bin"})
+
+    def test_uploads(self):
+        """What is fetched can be put back."""
+        acs = self.acs()
+        device = self.device(acs)
+        device.kovactl("set", CODE + "=KEPT")
+        acs.script = [upload("1 Vendor Configuration File", acs.base + "/config"),
+                      upload("2 Vendor Log File", acs.base + "/log", "log"), call("GetQueuedTransfers")]
+        acs.session("1 BOOT")
+        acs.wait(lambda: sum(len(s.reports) for s in acs.sessions) == 2, "both transfers")
+        self.assertEqual({r.texts("FaultCode")[0] for s in acs.sessions for r in s.reports}, {"0"})
+        self.assertIn(b'"booted"', acs.uploads["/log"])
+        self.assertIn(f"{CODE}=KEPT\n".encode(), acs.uploads["/config"])
+        self.assertNotIn(b"secret", acs.uploads["/config"])
+
+
+class Stun(AgentTest):
+    def test_a_binding_and_what_comes_back_over_it(self):
+        server = socket.socket(socket.AF_INET, socket.SOCK_DGRAM)
+        self.addCleanup(server.close)
+        server.bind(("127.0.0.1", 0))
+        server.settimeout(60)
+        acs = self.acs()
+        device = self.device(acs, start=False)
+        device.store(TR_STUN_ENABLE="1", TR_STUN_SERVER="127.0.0.1", TR_STUN_PORT=str(server.getsockname()[1]),
+                     TR_STUN_MIN_KA="1", TR_STUN_USER="stun", TR_STUN_PASS="stun secret", TR_UDPCR_LIMIT="0")
+        device.start()
+        acs.session("1 BOOT")
+        message, client = server.recvfrom(2048)
+        self.assertEqual(message[:2], b"\x00\x01")
+        self.assertIn(b"dslforum.org/TR-111 ", message)
+        server.sendto(b"\x01\x11\x00\x08" + message[4:20] + b"\x00\x09\x00\x04\x00\x00\x04\x01", client)
+        while b"stun" not in message:  # sent again before the answer came
+            message, client = server.recvfrom(2048)
+        covered = message[:-24]
+        digest = hmac.digest(b"stun secret", covered + bytes(-len(covered) % 64), "sha1")
+        self.assertEqual(message[-24:], b"\x00\x08\x00\x14" + digest)
+        server.sendto(b"\x01\x01\x00\x0c" + message[4:20] + b"\x00\x01\x00\x08\x00\x01"
+                      + struct.pack("!H", 4711) + socket.inet_aton("192.0.2.99"), client)
+        changed = acs.session("4 VALUE CHANGE")
+        self.assertEqual(changed.inform.values()[SERVER + "UDPConnectionRequestAddress"], "192.0.2.99:4711")
+        acs.script = [get(SERVER + "NATDetected")]
+
+        def ask(stamp, identity, password=b"request secret"):
+            text = f"{stamp}{identity}acsnonce"
+            query = dict(ts=stamp, id=identity, un="acs", cn="nonce", sig=hmac.new(password, text.encode(), "sha1").hexdigest())
+            server.sendto(f"GET http://192.0.2.99:4711?{urllib.parse.urlencode(query)} HTTP/1.1\r\n\r\n".encode(), client)
+
+        for stamp, identity, password in ((100, "a", b"wrong"), (100, "a", b"request secret"), (100, "a", b"request secret"),
+                                          (99, "b", b"request secret"), (101, "c", b"request secret")):
+            ask(stamp, identity, password)
+        self.assertIn(acs.session("6 CONNECTION REQUEST").answers[0].values()[SERVER + "NATDetected"], ("1", "true"))
+        acs.wait(lambda: device.log().count("UDP connection request") == 2, "two of five requests")
+
+
 # How an ACS may answer an Inform; the session fails, and the next one is whole. The last column is what the log says.
 def raw(body, status=200, **headers):
     return lambda handler: handler.answer(status, body if isinstance(body, bytes) else body.encode(), **headers)
