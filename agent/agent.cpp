@@ -38,7 +38,8 @@ public:
 
   void start(uv_loop_t *loop, const std::vector<std::string> &words, bool outlives_agent, Done done) {
     // Beside this program.
-    const std::string program = std::filesystem::read_symlink("/proc/self/exe").parent_path() / "kova-cwmp-task";
+    const std::string program =
+        std::filesystem::read_symlink("/proc/self/exe").parent_path() / "kova-cwmp-task";
     std::vector<char *> arguments{const_cast<char *>(program.c_str())};
     for (const std::string &word : words)
       arguments.push_back(const_cast<char *>(word.c_str()));
@@ -91,8 +92,7 @@ private:
 
 class Agent {
 public:
-  Agent(const AgentOptions &options)
-      : options_(options), store_(store_file()) {
+  Agent(const AgentOptions &options) : options_(options), store_(store_file()) {
     begin_anew_after_reset(store_);
     note_bootstrap(store_);
     note_boot(store_);
@@ -100,7 +100,8 @@ public:
     uv_loop_init(&loop_);
     loop_.data = this;
     listen();
-    stun_ = std::make_unique<Stun>(&loop_, store_, [this] { connection_requested("UDP connection request"); });
+    stun_ =
+        std::make_unique<Stun>(&loop_, store_, [this] { connection_requested("UDP connection request"); });
     for (uv_signal_t &signal : signals_)
       uv_signal_init(&loop_, &signal);
     constexpr int numbers[] = {SIGTERM, SIGINT, SIGHUP, SIGUSR1};
@@ -116,7 +117,8 @@ public:
           numbers[i]);
     uv_timer_init(&loop_, &timer_);
     uv_timer_start(
-        &timer_, [](uv_timer_t *timer) { static_cast<Agent *>(timer->loop->data)->tick(); }, 0, tick_milliseconds);
+        &timer_, [](uv_timer_t *timer) { static_cast<Agent *>(timer->loop->data)->tick(); }, 0,
+        tick_milliseconds);
   }
 
   void run() { uv_run(&loop_, UV_RUN_DEFAULT); }
@@ -137,7 +139,8 @@ private:
               read_value(store_, parameter::connection_request_password)};
     };
     const auto accept = [this] { connection_requested("connection request"); };
-    const auto last_port = static_cast<std::uint16_t>(std::stoul(store_.get(stored::connection_request_port).value_or("0")));
+    const auto last_port =
+        static_cast<std::uint16_t>(std::stoul(store_.get(stored::connection_request_port).value_or("0")));
     const auto listen_at = [&](std::uint16_t port) {
       listener_ = std::make_unique<ConnectionRequestListener>(port, path, credentials, accept);
     };
@@ -162,7 +165,8 @@ private:
     store_.change([](Transaction &change) { add_event(change, event::connection_request); });
     wanted_now_ = true;
     uv_timer_start(
-        &timer_, [](uv_timer_t *timer) { static_cast<Agent *>(timer->loop->data)->tick(); }, 0, tick_milliseconds);
+        &timer_, [](uv_timer_t *timer) { static_cast<Agent *>(timer->loop->data)->tick(); }, 0,
+        tick_milliseconds);
   }
 
   // The loop is C: what fails is told, and tried again with the next second.
@@ -200,7 +204,8 @@ private:
       store_.change([](Transaction &change) { add_event(change, event::periodic); });
     } else
       return;
-    store_.change([this](Transaction &change) { change.put(stored::next_periodic, std::to_string(next_periodic_)); });
+    store_.change(
+        [this](Transaction &change) { change.put(stored::next_periodic, std::to_string(next_periodic_)); });
   }
 
   // A reboot and a reset end this agent, and start another.
@@ -263,7 +268,8 @@ private:
                                                                   {"--key=", options_.tls.key}};
     for (const auto &[name, file] : files)
       if (!file.empty()) all.push_back(name + file);
-    if (options_.least_retry_wait) all.push_back("--retry-wait=" + std::to_string(*options_.least_retry_wait));
+    if (options_.least_retry_wait)
+      all.push_back("--retry-wait=" + std::to_string(*options_.least_retry_wait));
     if (options_.exchange_seconds) all.push_back("--timeout=" + std::to_string(*options_.exchange_seconds));
     all.emplace_back(what);
     if (!argument.empty()) all.push_back(argument);

@@ -9,12 +9,13 @@
 namespace kova::agent {
 namespace {
 
-constexpr std::string_view attributes_prefix = "attributes/", known_prefix = "known/", changed_prefix = "changed/";
+constexpr std::string_view attributes_prefix = "attributes/", known_prefix = "known/",
+                           changed_prefix = "changed/";
 
 // As the standard's data model has them.
-constexpr std::string_view forced_active[] = {
-    parameter::provisioning_code, parameter::software_version, parameter::connection_request_url,
-    parameter::udp_connection_request_address};
+constexpr std::string_view forced_active[] = {parameter::provisioning_code, parameter::software_version,
+                                              parameter::connection_request_url,
+                                              parameter::udp_connection_request_address};
 constexpr std::string_view active_by_default[] = {parameter::external_ip_address};
 
 bool is_one_of(std::span<const std::string_view> paths, std::string_view path) {
@@ -45,10 +46,13 @@ Attributes from_text(std::string_view text) {
 
 std::vector<std::string> watched_paths(const Transaction &store) {
   std::vector<std::string> paths(std::begin(forced_active), std::end(forced_active));
+  // The first session finds it out, and reports it.
+  if (!store.get(stored::connection_request_url)) std::erase(paths, parameter::connection_request_url);
   for (const std::string_view path : active_by_default)
     if (!store.get(key_of(attributes_prefix, path))) paths.emplace_back(path);
   for (const auto &[record, text] : store.entries(attributes_prefix))
-    if (from_text(text).notification != Notification::off && !is_forced_active(record.substr(attributes_prefix.size())))
+    if (from_text(text).notification != Notification::off &&
+        !is_forced_active(record.substr(attributes_prefix.size())))
       paths.push_back(record.substr(attributes_prefix.size()));
   return paths;
 }
@@ -78,7 +82,8 @@ void set_attributes(Transaction &change, const std::string &path, const Attribut
 
 request::Reading read_values(Store &store, std::span<const std::string> paths) {
   request::Reading reading = request::get_values(paths);
-  const auto own = std::ranges::find(reading.values, parameter::connection_request_url, &request::Value::path);
+  const auto own =
+      std::ranges::find(reading.values, parameter::connection_request_url, &request::Value::path);
   if (own != reading.values.end()) own->text = store.get(stored::connection_request_url).value_or("");
   return reading;
 }
@@ -94,8 +99,9 @@ void watch_values(Store &store) {
   const auto differs = [](const Transaction &known, const request::Value &value) {
     return known.get(key_of(known_prefix, value.path)) != value.text;
   };
-  const bool any = store.read(
-      [&](const Transaction &known) { return std::ranges::any_of(reading.values, [&](const auto &value) { return differs(known, value); }); });
+  const bool any = store.read([&](const Transaction &known) {
+    return std::ranges::any_of(reading.values, [&](const auto &value) { return differs(known, value); });
+  });
   if (!any) return;
   store.change([&](Transaction &change) {
     for (const request::Value &value : reading.values) {
@@ -128,7 +134,8 @@ std::vector<Change> pending_changes(const Transaction &store) {
 
 void acknowledge(Transaction &change, std::span<const Change> changes) {
   for (const Change &each : changes)
-    if (change.get(key_of(changed_prefix, each.path)) == each.occurrence) change.erase(key_of(changed_prefix, each.path));
+    if (change.get(key_of(changed_prefix, each.path)) == each.occurrence)
+      change.erase(key_of(changed_prefix, each.path));
 }
 
 bool has_active_change(const Transaction &store) {

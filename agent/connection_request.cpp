@@ -16,7 +16,8 @@ constexpr unsigned nonce_seconds = 60;
 
 MHD_Result answer(MHD_Connection *connection, unsigned status) {
   MHD_Response *response = MHD_create_response_from_buffer(0, nullptr, MHD_RESPMEM_PERSISTENT);
-  if (status == MHD_HTTP_SERVICE_UNAVAILABLE) MHD_add_response_header(response, MHD_HTTP_HEADER_RETRY_AFTER, "60");
+  if (status == MHD_HTTP_SERVICE_UNAVAILABLE)
+    MHD_add_response_header(response, MHD_HTTP_HEADER_RETRY_AFTER, "60");
   if (status == MHD_HTTP_METHOD_NOT_ALLOWED) MHD_add_response_header(response, MHD_HTTP_HEADER_ALLOW, "GET");
   const MHD_Result result = MHD_queue_response(connection, status, response);
   MHD_destroy_response(response);
@@ -25,8 +26,8 @@ MHD_Result answer(MHD_Connection *connection, unsigned status) {
 
 MHD_Result challenge(MHD_Connection *connection, bool is_stale) {
   MHD_Response *response = MHD_create_response_from_buffer(0, nullptr, MHD_RESPMEM_PERSISTENT);
-  const MHD_Result result =
-      MHD_queue_auth_fail_response2(connection, realm, "kova", response, is_stale ? MHD_YES : MHD_NO, MHD_DIGEST_ALG_MD5);
+  const MHD_Result result = MHD_queue_auth_fail_response2(connection, realm, "kova", response,
+                                                          is_stale ? MHD_YES : MHD_NO, MHD_DIGEST_ALG_MD5);
   MHD_destroy_response(response);
   return result;
 }
@@ -34,8 +35,8 @@ MHD_Result challenge(MHD_Connection *connection, bool is_stale) {
 } // namespace
 
 struct ConnectionRequestHandler {
-  static MHD_Result serve(void *self, MHD_Connection *connection, const char *url, const char *method, const char *,
-                          const char *, size_t *body_size, void **seen) {
+  static MHD_Result serve(void *self, MHD_Connection *connection, const char *url, const char *method,
+                          const char *, const char *, size_t *body_size, void **seen) {
     auto &listener = *static_cast<ConnectionRequestListener *>(self);
     if (*seen == nullptr) { // the headers alone; the answer waits for the whole request
       *seen = self;
@@ -43,11 +44,13 @@ struct ConnectionRequestHandler {
     }
     if (*body_size != 0) return MHD_NO;
     if (std::string_view(url) != "/" + listener.path_) return answer(connection, MHD_HTTP_NOT_FOUND);
-    if (std::string_view(method) != MHD_HTTP_METHOD_GET) return answer(connection, MHD_HTTP_METHOD_NOT_ALLOWED);
+    if (std::string_view(method) != MHD_HTTP_METHOD_GET)
+      return answer(connection, MHD_HTTP_METHOD_NOT_ALLOWED);
     const Credentials wanted = listener.credentials_();
-    const int verdict = MHD_digest_auth_check2(connection, realm, wanted.username.c_str(), wanted.password.c_str(),
-                                               nonce_seconds, MHD_DIGEST_ALG_MD5);
-    if (verdict != MHD_YES || wanted.username.empty()) return challenge(connection, verdict == MHD_INVALID_NONCE);
+    const int verdict = MHD_digest_auth_check2(connection, realm, wanted.username.c_str(),
+                                               wanted.password.c_str(), nonce_seconds, MHD_DIGEST_ALG_MD5);
+    if (verdict != MHD_YES || wanted.username.empty())
+      return challenge(connection, verdict == MHD_INVALID_NONCE);
     if (listener.throttled()) return answer(connection, MHD_HTTP_SERVICE_UNAVAILABLE);
     listener.accept_();
     return answer(connection, MHD_HTTP_OK);
@@ -58,10 +61,11 @@ ConnectionRequestListener::ConnectionRequestListener(std::uint16_t port, std::st
                                                      Accept accept)
     : path_(std::move(path)), credentials_(std::move(credentials)), accept_(std::move(accept)) {
   for (const unsigned addresses : {unsigned{MHD_USE_DUAL_STACK}, 0U}) {
-    daemon_ = MHD_start_daemon(MHD_USE_EPOLL | addresses, port, nullptr, nullptr, ConnectionRequestHandler::serve, this,
-                               MHD_OPTION_CONNECTION_LIMIT, 16U, MHD_OPTION_CONNECTION_TIMEOUT, 10U,
-                               MHD_OPTION_CONNECTION_MEMORY_LIMIT, size_t{8192}, MHD_OPTION_NONCE_NC_SIZE, 64U,
-                               MHD_OPTION_DIGEST_AUTH_RANDOM, seed_.size(), seed_.c_str(), MHD_OPTION_END);
+    daemon_ =
+        MHD_start_daemon(MHD_USE_EPOLL | addresses, port, nullptr, nullptr, ConnectionRequestHandler::serve,
+                         this, MHD_OPTION_CONNECTION_LIMIT, 16U, MHD_OPTION_CONNECTION_TIMEOUT, 10U,
+                         MHD_OPTION_CONNECTION_MEMORY_LIMIT, size_t{8192}, MHD_OPTION_NONCE_NC_SIZE, 64U,
+                         MHD_OPTION_DIGEST_AUTH_RANDOM, seed_.size(), seed_.c_str(), MHD_OPTION_END);
     if (daemon_ != nullptr) return;
   }
   throw std::runtime_error("cannot listen for connection requests on port " + std::to_string(port));

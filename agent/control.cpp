@@ -39,7 +39,8 @@ AgentStatus agent_status() {
 }
 
 unsigned long ask_for_session(std::string_view event) {
-  if (!can_be_asked_for(event)) throw std::runtime_error("there is no event \"" + std::string(event) + "\" to ask for");
+  if (!can_be_asked_for(event))
+    throw std::runtime_error("there is no event \"" + std::string(event) + "\" to ask for");
   const auto process = agent_process();
   if (!process) throw std::runtime_error("no agent runs");
   Store store(store_file());

@@ -45,9 +45,10 @@ void erase_event(Transaction &change, std::string_view single_event) {
 }
 
 bool can_be_asked_for(std::string_view code) {
-  constexpr std::string_view codes[] = {event::bootstrap, event::boot, event::periodic, event::scheduled,
-                                        event::value_change, event::connection_request,
-                                        event::diagnostics_complete};
+  constexpr std::string_view codes[] = {
+      event::bootstrap,           event::boot,         event::periodic,
+      event::scheduled,           event::value_change, event::connection_request,
+      event::diagnostics_complete};
   return std::ranges::find(codes, code) != std::end(codes);
 }
 

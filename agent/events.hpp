@@ -13,9 +13,11 @@ namespace kova::agent {
 namespace event {
 constexpr std::string_view bootstrap = "0 BOOTSTRAP", boot = "1 BOOT", periodic = "2 PERIODIC",
                            scheduled = "3 SCHEDULED", value_change = "4 VALUE CHANGE",
-                           connection_request = "6 CONNECTION REQUEST", transfer_complete = "7 TRANSFER COMPLETE",
+                           connection_request = "6 CONNECTION REQUEST",
+                           transfer_complete = "7 TRANSFER COMPLETE",
                            diagnostics_complete = "8 DIAGNOSTICS COMPLETE", m_reboot = "M Reboot",
-                           m_schedule_inform = "M ScheduleInform", m_download = "M Download", m_upload = "M Upload";
+                           m_schedule_inform = "M ScheduleInform", m_download = "M Download",
+                           m_upload = "M Upload";
 } // namespace event
 
 struct Event {

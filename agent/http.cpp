@@ -14,7 +14,8 @@ constexpr std::size_t most_answer_bytes = std::size_t{4} << 20;
 // What may go wrong in it is memory alone.
 template <typename Value>
 void set(CURL *handle, CURLoption option, Value value) {
-  if (curl_easy_setopt(handle, option, value) != CURLE_OK) throw std::runtime_error("libcurl refuses an option");
+  if (curl_easy_setopt(handle, option, value) != CURLE_OK)
+    throw std::runtime_error("libcurl refuses an option");
 }
 
 // A server that sends without end must not fill the memory, nor what it has compressed a thousandfold.
@@ -65,7 +66,8 @@ using File = std::unique_ptr<FILE, FileCloser>;
 
 File open_file(const std::filesystem::path &path, const char *mode) {
   File file(std::fopen(path.c_str(), mode));
-  if (!file) throw request::Fault{"", request::FaultCode::InternalError, "cannot open " + path.filename().string()};
+  if (!file)
+    throw request::Fault{"", request::FaultCode::InternalError, "cannot open " + path.filename().string()};
   return file;
 }
 
@@ -88,7 +90,8 @@ request::FaultCode transfer_fault(CURLcode result, long status, request::FaultCo
   case CURLE_HTTP_RETURNED_ERROR:
   case CURLE_REMOTE_FILE_NOT_FOUND:
     return status == 401 || status == 403 ? ServerAuthenticationFailure
-                                          : otherwise == TransferFailure ? FileNotAccessed : otherwise;
+           : otherwise == TransferFailure ? FileNotAccessed
+                                          : otherwise;
   default:
     return otherwise;
   }
@@ -104,7 +107,8 @@ void transfer(CURL *handle, request::FaultCode otherwise) {
   long status = 0;
   curl_easy_getinfo(handle, CURLINFO_RESPONSE_CODE, &status);
   throw request::Fault{"", transfer_fault(result, status, otherwise),
-                       status >= 300 ? "the server answers " + std::to_string(status) : curl_easy_strerror(result)};
+                       status >= 300 ? "the server answers " + std::to_string(status)
+                                     : curl_easy_strerror(result)};
 }
 
 using Handle = std::unique_ptr<CURL, decltype(&curl_easy_cleanup)>;
@@ -129,7 +133,8 @@ std::string Connection::post(const std::string &body) {
   set(handle, CURLOPT_POSTFIELDS, body.c_str());
   set(handle, CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(body.size()));
   struct curl_slist *lines = curl_slist_append(nullptr, "Expect:");
-  lines = curl_slist_append(lines, body.empty() ? "Content-Type:" : "Content-Type: text/xml; charset=\"utf-8\"");
+  lines =
+      curl_slist_append(lines, body.empty() ? "Content-Type:" : "Content-Type: text/xml; charset=\"utf-8\"");
   if (!body.empty()) lines = curl_slist_append(lines, "SOAPAction;"); // present, and empty
   const std::unique_ptr<curl_slist, decltype(&curl_slist_free_all)> headers(lines, curl_slist_free_all);
   set(handle, CURLOPT_HTTPHEADER, headers.get());
@@ -139,7 +144,8 @@ std::string Connection::post(const std::string &body) {
   if (result != CURLE_OK) throw HttpError(curl_easy_strerror(result));
   long status = 0;
   curl_easy_getinfo(handle, CURLINFO_RESPONSE_CODE, &status);
-  if (status == 401 || status == 407) throw HttpError("the management server refuses the device's user or password");
+  if (status == 401 || status == 407)
+    throw HttpError("the management server refuses the device's user or password");
   if (status / 100 != 2)
     throw HttpError("the management server answers " + std::to_string(status), retry_after(handle));
   const char *reached = nullptr;
@@ -171,7 +177,8 @@ void download(const Server &server, const std::filesystem::path &path, std::size
   // The announced length is checked by libcurl, what comes beyond it or without one here.
   set(handle.get(), CURLOPT_NOPROGRESS, 0L);
   set(handle.get(), CURLOPT_XFERINFODATA, &most_bytes);
-  set(handle.get(), CURLOPT_XFERINFOFUNCTION,
+  set(
+      handle.get(), CURLOPT_XFERINFOFUNCTION,
       +[](void *most, curl_off_t, curl_off_t received, curl_off_t, curl_off_t) -> int {
         return received > static_cast<curl_off_t>(*static_cast<std::size_t *>(most)) ? 1 : 0;
       });
@@ -191,10 +198,12 @@ void upload(const Server &server, const std::filesystem::path &path) {
   set(handle.get(), CURLOPT_READDATA, file.get());
   // Digest asks twice.
   set(handle.get(), CURLOPT_SEEKDATA, file.get());
-  set(handle.get(), CURLOPT_SEEKFUNCTION, +[](void *source, curl_off_t offset, int origin) -> int {
-    return std::fseek(static_cast<FILE *>(source), static_cast<long>(offset), origin) == 0 ? CURL_SEEKFUNC_OK
-                                                                                           : CURL_SEEKFUNC_FAIL;
-  });
+  set(
+      handle.get(), CURLOPT_SEEKFUNCTION, +[](void *source, curl_off_t offset, int origin) -> int {
+        return std::fseek(static_cast<FILE *>(source), static_cast<long>(offset), origin) == 0
+                   ? CURL_SEEKFUNC_OK
+                   : CURL_SEEKFUNC_FAIL;
+      });
   set(handle.get(), CURLOPT_INFILESIZE_LARGE, static_cast<curl_off_t>(about.st_size));
   transfer(handle.get(), request::FaultCode::UploadFailure);
 }

@@ -21,7 +21,8 @@ struct Server {
 
 // Why an exchange failed, for a person. It carries what the server said of when to come again.
 struct HttpError : std::runtime_error {
-  explicit HttpError(const std::string &what, long seconds = 0) : std::runtime_error(what), retry_after(seconds) {}
+  explicit HttpError(const std::string &what, long seconds = 0)
+      : std::runtime_error(what), retry_after(seconds) {}
   long retry_after; // seconds, 0 when nothing was said
 };
 

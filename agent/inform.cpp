@@ -11,13 +11,14 @@
 namespace kova::agent {
 namespace {
 
-constexpr const char *forced[] = {
-    parameter::device_summary,   parameter::spec_version,      parameter::hardware_version,
-    parameter::software_version, parameter::provisioning_code, parameter::parameter_key,
-    parameter::connection_request_url, parameter::external_ip_address};
+constexpr const char *forced[] = {parameter::device_summary,         parameter::spec_version,
+                                  parameter::hardware_version,       parameter::software_version,
+                                  parameter::provisioning_code,      parameter::parameter_key,
+                                  parameter::connection_request_url, parameter::external_ip_address};
 
 bool is_of_transfer(const Event &event) {
-  return event.code == event::transfer_complete || event.code == event::m_download || event.code == event::m_upload;
+  return event.code == event::transfer_complete || event.code == event::m_download ||
+         event.code == event::m_upload;
 }
 
 } // namespace
@@ -31,7 +32,8 @@ std::vector<std::string> Report::event_codes() const {
 
 Report pending_report(Store &store) {
   Report report = store.read([](const Transaction &reading) -> Report {
-    return {pending_events(reading), pending_changes(reading), transfers(reading), {}, retries(reading).count};
+    return {
+        pending_events(reading), pending_changes(reading), transfers(reading), {}, retries(reading).count};
   });
   std::erase_if(report.transfers,
                 [](const Transfer &transfer) { return transfer.state != TransferState::finished; });

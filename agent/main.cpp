@@ -1,7 +1,6 @@
 // kova-cwmpd: the CWMP agent of the virtual device, for one of its management instances.
 #include "agent/agent.hpp"
 #include "agent/control.hpp"
-
 #include "device/background.hpp"
 
 #include <getopt.h>
@@ -16,8 +15,9 @@ namespace {
 
 kova::agent::AgentOptions options;
 
-constexpr const char *usage = "usage: kova-cwmpd [--secondary] [--foreground] [--port PORT] [--trace FILE] [--ca FILE]\n"
-                              "                  [--cert FILE [--key FILE]] [--retry-wait SECONDS] [--timeout SECONDS]\n";
+constexpr const char *usage =
+    "usage: kova-cwmpd [--secondary] [--foreground] [--port PORT] [--trace FILE] [--ca FILE]\n"
+    "                  [--cert FILE [--key FILE]] [--retry-wait SECONDS] [--timeout SECONDS]\n";
 
 template <typename Number>
 bool take_number(Number &number) {
@@ -65,11 +65,12 @@ bool take(int option, bool &foreground) {
 
 int main(int argc, char **argv) {
   // Not the library that the other tools have for this: the agent is to be small while it waits.
-  constexpr option known[] = {{"secondary", no_argument, nullptr, 's'},  {"foreground", no_argument, nullptr, 'f'},
-                              {"port", required_argument, nullptr, 'p'}, {"trace", required_argument, nullptr, 't'},
-                              {"ca", required_argument, nullptr, 'a'},   {"cert", required_argument, nullptr, 'c'},
-                              {"key", required_argument, nullptr, 'k'},  {"retry-wait", required_argument, nullptr, 'r'},
-                              {"timeout", required_argument, nullptr, 'x'}, {nullptr, 0, nullptr, 0}};
+  constexpr option known[] = {
+      {"secondary", no_argument, nullptr, 's'},     {"foreground", no_argument, nullptr, 'f'},
+      {"port", required_argument, nullptr, 'p'},    {"trace", required_argument, nullptr, 't'},
+      {"ca", required_argument, nullptr, 'a'},      {"cert", required_argument, nullptr, 'c'},
+      {"key", required_argument, nullptr, 'k'},     {"retry-wait", required_argument, nullptr, 'r'},
+      {"timeout", required_argument, nullptr, 'x'}, {nullptr, 0, nullptr, 0}};
   bool foreground = false, understood = true;
   for (int option; understood && (option = getopt_long(argc, argv, "", known, nullptr)) != -1;)
     understood = take(option, foreground);

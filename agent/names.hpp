@@ -8,9 +8,9 @@ namespace parameter {
 #define KOVA_INFO KOVA_GATEWAY "DeviceInfo."
 #define KOVA_SERVER KOVA_GATEWAY "ManagementServer."
 constexpr const char *device_summary = KOVA_GATEWAY "DeviceSummary", *manufacturer = KOVA_INFO "Manufacturer",
-                     *manufacturer_oui = KOVA_INFO "ManufacturerOUI", *product_class = KOVA_INFO "ProductClass",
-                     *serial_number = KOVA_INFO "SerialNumber", *spec_version = KOVA_INFO "SpecVersion",
-                     *hardware_version = KOVA_INFO "HardwareVersion",
+                     *manufacturer_oui = KOVA_INFO "ManufacturerOUI",
+                     *product_class = KOVA_INFO "ProductClass", *serial_number = KOVA_INFO "SerialNumber",
+                     *spec_version = KOVA_INFO "SpecVersion", *hardware_version = KOVA_INFO "HardwareVersion",
                      *software_version = KOVA_INFO "SoftwareVersion",
                      *provisioning_code = KOVA_INFO "ProvisioningCode";
 constexpr const char *url = KOVA_SERVER "URL", *username = KOVA_SERVER "Username",
@@ -36,14 +36,15 @@ constexpr const char *external_ip_address =
 
 namespace stored {
 constexpr const char *connection_request_url = "connection_request/url", // as the ACS is told
-                     *connection_request_path = "connection_request/path",
+    *connection_request_path = "connection_request/path",
                      *connection_request_port = "connection_request/port",
                      *bootstrapped_url = "bootstrapped", // the ACS that has acknowledged a bootstrap
-                     *reboot = "reboot/",                // command keys of what is still to be done
-                     *factory_reset = "factory_reset", *schedule = "schedule/", *transfer = "transfer/",
+                         *reboot = "reboot/",            // command keys of what is still to be done
+                             *factory_reset = "factory_reset", *schedule = "schedule/",
+                     *transfer = "transfer/",
                      *installation = "installation", // a firmware image waits for a boot
-                     *diagnostics = "diagnostics/", *next_periodic = "next_periodic", *session = "session", *retries = "retries",
-                     *udp_requests = "udp_requests";
+                         *diagnostics = "diagnostics/", *next_periodic = "next_periodic",
+                     *session = "session", *retries = "retries", *udp_requests = "udp_requests";
 } // namespace stored
 
 } // namespace kova::agent

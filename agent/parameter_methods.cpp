@@ -44,7 +44,8 @@ std::optional<request::Fault> declared_type_fault(const std::string &path, const
     const std::string_view declared = attribute.value();
     const std::string expected = wire_type(parameter->type);
     if (declared.substr(declared.find(':') + 1) == expected.substr(expected.find(':') + 1)) continue;
-    return request::Fault{path, request::FaultCode::InvalidType, "it is " + expected + ", not " + std::string(declared)};
+    return request::Fault{path, request::FaultCode::InvalidType,
+                          "it is " + expected + ", not " + std::string(declared)};
   }
   return std::nullopt;
 }
@@ -83,7 +84,8 @@ void store_parameter_key(const std::string &key) {
 }
 
 void settle_diagnostics(Store &store) {
-  const auto pending = store.read([](const Transaction &reading) { return reading.entries(stored::diagnostics); });
+  const auto pending =
+      store.read([](const Transaction &reading) { return reading.entries(stored::diagnostics); });
   for (const auto &[record, value] : pending) {
     const std::string state = read_value(store, record.substr(std::string_view(stored::diagnostics).size()));
     if (state == requested) continue;
@@ -114,7 +116,8 @@ void get_parameter_values(Store &store, const pugi::xml_node &call, pugi::xml_no
     // Of a branch the rest is still of use.
     const bool within_branch = fault.code == request::FaultCode::InternalError &&
                                std::ranges::find(names, fault.path) == names.end();
-    if (!within_branch) throw RpcFault{fault.code, fault.path + (fault.detail.empty() ? "" : ": " + fault.detail)};
+    if (!within_branch)
+      throw RpcFault{fault.code, fault.path + (fault.detail.empty() ? "" : ": " + fault.detail)};
     reading.values.push_back({fault.path, model::find(fault.path)->type, ""});
   }
   add_values(answer, reading.values);
@@ -163,7 +166,8 @@ void set_parameter_attributes(Store &store, const pugi::xml_node &call, pugi::xm
     const bool notification_change = boolean_argument(element, "NotificationChange"),
                access_list_change = boolean_argument(element, "AccessListChange");
     const std::uint32_t notification = number_argument(element, "Notification");
-    if (notification_change && notification > most) throw invalid_arguments("Notification is none of 0, 1 and 2");
+    if (notification_change && notification > most)
+      throw invalid_arguments("Notification is none of 0, 1 and 2");
     std::vector<std::string> access_list;
     for (const pugi::xml_node &entity : array_argument(element, "AccessList", "string"))
       access_list.push_back(cut(entity.text().get(), 64));

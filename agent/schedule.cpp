@@ -16,8 +16,8 @@ std::time_t as_time(const std::string &text) {
   std::tm parts{};
   int length = 0, hours = 0, minutes = 0;
   char sign = '+';
-  if (std::sscanf(text.c_str(), "%d-%d-%dT%d:%d:%d%n", &parts.tm_year, &parts.tm_mon, &parts.tm_mday, &parts.tm_hour,
-                  &parts.tm_min, &parts.tm_sec, &length) != 6 ||
+  if (std::sscanf(text.c_str(), "%d-%d-%dT%d:%d:%d%n", &parts.tm_year, &parts.tm_mon, &parts.tm_mday,
+                  &parts.tm_hour, &parts.tm_min, &parts.tm_sec, &length) != 6 ||
       parts.tm_year < 1970)
     return 0;
   parts.tm_year -= 1900;
@@ -44,7 +44,8 @@ std::time_t next_periodic(const PeriodicInform &periodic, std::time_t begin, std
 }
 
 void settle_scheduled_informs(Store &store, std::time_t now) {
-  const auto scheduled = store.read([](const Transaction &reading) { return reading.entries(stored::schedule); });
+  const auto scheduled =
+      store.read([](const Transaction &reading) { return reading.entries(stored::schedule); });
   for (const auto &[record, key] : scheduled) {
     if (std::strtoll(record.c_str() + std::string_view(stored::schedule).size(), nullptr, 10) > now) break;
     store.change([&](Transaction &change) {

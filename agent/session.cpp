@@ -31,8 +31,8 @@ std::string fault_text(const RpcFault &fault) {
 
 // The fault that the ACS has answered with, in words.
 std::string fault_of_acs(const Message &message, std::string &code) {
-  const auto found = message.content.find_node(
-      [](const pugi::xml_node &node) { return local_name(node) == "FaultCode"; });
+  const auto found =
+      message.content.find_node([](const pugi::xml_node &node) { return local_name(node) == "FaultCode"; });
   code = found.text().get();
   return "the management server answers with fault " + (code.empty() ? "without a code" : code);
 }
@@ -88,7 +88,8 @@ private:
       Message answer = receive(connection_.post(request.text()));
       if (!answer.defect.empty()) throw ProtocolError(answer.defect);
       std::string code;
-      if (answer.name == "Fault" && fault_of_acs(answer, code).ends_with("8005") && attempt < most_attempts) continue;
+      if (answer.name == "Fault" && fault_of_acs(answer, code).ends_with("8005") && attempt < most_attempts)
+        continue;
       if (answer.name != "Fault" && answer.name != name + "Response")
         throw ProtocolError("the management server answers " + name + " with " + answer.name);
       return answer;
@@ -175,7 +176,8 @@ std::string joined(const std::vector<std::string> &words) {
 
 // The listener's URL with the address of this device that the ACS can reach.
 void settle_connection_request_url(Store &store, const Server &server) {
-  const auto port = store.get(stored::connection_request_port), path = store.get(stored::connection_request_path);
+  const auto port = store.get(stored::connection_request_port),
+             path = store.get(stored::connection_request_path);
   const auto [host, acs_port] = host_of(server.url);
   std::string address = own_address(host, acs_port);
   if (address.find(':') != std::string::npos) address = "[" + address + "]";
@@ -193,7 +195,8 @@ Server management_server(Store &store, const TlsFiles &tls) {
   const auto on_device = [&store](const char *path) {
     const std::string file = read_value(store, path);
     const bool absolute = file.starts_with('/');
-    return absolute && std::filesystem::exists(device::on_device(file)) ? device::on_device(file).string() : "";
+    return absolute && std::filesystem::exists(device::on_device(file)) ? device::on_device(file).string()
+                                                                        : "";
   };
   if (server.tls.ca.empty()) server.tls.ca = on_device(parameter::ca_certificate);
   if (server.tls.certificate.empty() && is_true(read_value(store, parameter::client_certificate_enable)))

@@ -11,7 +11,7 @@ namespace kova::agent {
 struct SessionOptions {
   TlsFiles tls;
   unsigned least_retry_wait = standard_retry_wait;
-  long exchange_seconds = 60;    // after which an unanswered message ends the session
+  long exchange_seconds = 60; // after which an unanswered message ends the session
 };
 
 // The ACS as the device's parameters name it.

@@ -62,7 +62,8 @@ void read_header(Message &message, const pugi::xml_node &header) {
     else if (!ours || local_name(field) != "NoMoreRequests")
       for (const pugi::xml_attribute &attribute : field.attributes())
         if (std::string_view(attribute.name()).ends_with(":mustUnderstand") && attribute.as_bool())
-          message.defect = "the header has a " + std::string(local_name(field)) + ", which must be understood";
+          message.defect =
+              "the header has a " + std::string(local_name(field)) + ", which must be understood";
   }
 }
 
@@ -75,9 +76,8 @@ std::string_view local_name(const pugi::xml_node &node) {
 
 Message read_message(std::string_view text) {
   Message message;
-  const auto parsed = message.document.load_buffer(text.data(), text.size(),
-                                                   pugi::parse_default | pugi::parse_doctype |
-                                                       pugi::parse_ws_pcdata_single);
+  const auto parsed = message.document.load_buffer(
+      text.data(), text.size(), pugi::parse_default | pugi::parse_doctype | pugi::parse_ws_pcdata_single);
   if (!parsed) throw ProtocolError(std::string("the answer is no XML: ") + parsed.description());
   for (const pugi::xml_node &node : message.document.children())
     if (node.type() == pugi::node_doctype) throw ProtocolError("the answer declares a document type");
@@ -140,7 +140,8 @@ std::uint32_t number_argument(const pugi::xml_node &call, const char *name) {
   return number;
 }
 
-std::vector<pugi::xml_node> array_argument(const pugi::xml_node &call, const char *name, const char *element) {
+std::vector<pugi::xml_node> array_argument(const pugi::xml_node &call, const char *name,
+                                           const char *element) {
   const pugi::xml_node array = argument(call, name);
   const std::vector<pugi::xml_node> found = elements_of(array);
   for (const pugi::xml_node &each : found)
@@ -150,7 +151,8 @@ std::vector<pugi::xml_node> array_argument(const pugi::xml_node &call, const cha
     if (!std::string_view(attribute.name()).ends_with(":arrayType")) continue;
     const std::string_view type = attribute.value();
     const std::size_t open = type.rfind('[');
-    if (open == std::string_view::npos || trimmed(type.substr(open)) != "[" + std::to_string(found.size()) + "]")
+    if (open == std::string_view::npos ||
+        trimmed(type.substr(open)) != "[" + std::to_string(found.size()) + "]")
       throw invalid_arguments(std::string(name) + " has " + std::to_string(found.size()) +
                               " elements and not as many as its arrayType says");
   }

@@ -36,10 +36,10 @@ struct Message {
   pugi::xml_document document;
   std::string id; // "" when there is none
   bool hold_requests = false;
-  std::string name;            // of what the body carries, without its prefix; "" for an empty body
-  std::string cwmp_namespace;  // that of the body; "" when it is none of CWMP
+  std::string name;           // of what the body carries, without its prefix; "" for an empty body
+  std::string cwmp_namespace; // that of the body; "" when it is none of CWMP
   pugi::xml_node content;
-  std::string defect;          // why it cannot be served though it is an envelope; "" when it can
+  std::string defect; // why it cannot be served though it is an envelope; "" when it can
 };
 
 // Throws ProtocolError.

@@ -15,7 +15,8 @@ SessionStatus last_session(const Transaction &store) {
   const auto text = store.get(stored::session);
   if (!text) return {};
   const Json json = Json::parse(*text);
-  return {json.at("number"), json.at("running"), json.at("begin"), json.at("end"), json.at("events"), json.at("failure")};
+  return {json.at("number"), json.at("running"), json.at("begin"),
+          json.at("end"),    json.at("events"),  json.at("failure")};
 }
 
 void put(Transaction &change, const SessionStatus &session) {

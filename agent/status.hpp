@@ -22,7 +22,7 @@ SessionStatus last_session(const Transaction &store);
 void put(Transaction &change, const SessionStatus &session);
 
 struct Retries {
-  unsigned count = 0;      // of sessions that failed one after the other
+  unsigned count = 0;       // of sessions that failed one after the other
   std::time_t earliest = 0; // of the next attempt
 };
 

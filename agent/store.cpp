@@ -13,7 +13,8 @@
 namespace kova::agent {
 namespace {
 
-constexpr std::size_t map_size = std::size_t{16} << 20; // an upper bound; the file is as large as its contents
+constexpr std::size_t map_size = std::size_t{16}
+                                 << 20; // an upper bound; the file is as large as its contents
 constexpr const char *serial_key = "serial", *device_key = "device";
 
 int checked(int answer) {

@@ -54,8 +54,8 @@ void put_length(std::string &bytes, std::size_t length) {
 std::string hmac_sha1(std::string_view key, std::string_view text) {
   unsigned char digest[EVP_MAX_MD_SIZE];
   unsigned size = 0;
-  HMAC(EVP_sha1(), key.data(), static_cast<int>(key.size()), reinterpret_cast<const unsigned char *>(text.data()),
-       text.size(), digest, &size);
+  HMAC(EVP_sha1(), key.data(), static_cast<int>(key.size()),
+       reinterpret_cast<const unsigned char *>(text.data()), text.size(), digest, &size);
   return {reinterpret_cast<const char *>(digest), size};
 }
 
@@ -79,7 +79,8 @@ std::string as_text(const sockaddr_in &address) {
 
 // The getters of the user and the password always answer "".
 std::string stored_setting(const char *key) {
-  return host::nvram_find(host::configuration_section, (gSecondaryInstance != 0 ? "S_" : "") + std::string(key))
+  return host::nvram_find(host::configuration_section,
+                          (gSecondaryInstance != 0 ? "S_" : "") + std::string(key))
       .value_or("");
 }
 
@@ -120,9 +121,11 @@ std::string encode(const BindingRequest &request) {
 }
 
 std::optional<BindingAnswer> decode(std::string_view message, const TransactionId &id) {
-  if (message.size() < header_size || std::memcmp(message.data() + 4, id.data(), id.size()) != 0) return std::nullopt;
+  if (message.size() < header_size || std::memcmp(message.data() + 4, id.data(), id.size()) != 0)
+    return std::nullopt;
   const unsigned type = number_at(message, 0);
-  if ((type != binding_answer && type != binding_error) || number_at(message, 2) > message.size() - header_size)
+  if ((type != binding_answer && type != binding_error) ||
+      number_at(message, 2) > message.size() - header_size)
     return std::nullopt;
   BindingAnswer answer;
   std::string_view rest = message.substr(header_size, number_at(message, 2));
@@ -144,7 +147,8 @@ std::optional<BindingAnswer> decode(std::string_view message, const TransactionI
 std::optional<UdpRequest> signed_request(std::string_view message, const std::string &username,
                                          const std::string &password) {
   const std::size_t query = message.find('?'), end = message.find(" HTTP/1.");
-  if (!message.starts_with("GET ") || query == std::string_view::npos || end == std::string_view::npos || end < query)
+  if (!message.starts_with("GET ") || query == std::string_view::npos || end == std::string_view::npos ||
+      end < query)
     return std::nullopt;
   std::map<std::string, std::string, std::less<>> fields;
   std::string_view rest = message.substr(query + 1, end - query - 1);
@@ -154,7 +158,8 @@ std::optional<UdpRequest> signed_request(std::string_view message, const std::st
       fields.emplace(field.substr(0, equals), decoded(field.substr(equals + 1)));
     rest.remove_prefix(std::min(rest.size(), field.size() + 1));
   }
-  const std::string signature = hmac_sha1(password, fields["ts"] + fields["id"] + fields["un"] + fields["cn"]);
+  const std::string signature =
+      hmac_sha1(password, fields["ts"] + fields["id"] + fields["un"] + fields["cn"]);
   std::string digits;
   for (const char byte : signature) {
     char text[3];
@@ -163,8 +168,8 @@ std::optional<UdpRequest> signed_request(std::string_view message, const std::st
   }
   std::string given = fields["sig"];
   std::ranges::transform(given, given.begin(), [](unsigned char c) { return std::tolower(c); });
-  const bool is_number =
-      !fields["ts"].empty() && fields["ts"].size() < 19 && fields["ts"].find_first_not_of("0123456789") == std::string::npos;
+  const bool is_number = !fields["ts"].empty() && fields["ts"].size() < 19 &&
+                         fields["ts"].find_first_not_of("0123456789") == std::string::npos;
   if (!is_number || username.empty() || fields["un"] != username || given != digits) return std::nullopt;
   return UdpRequest{fields["ts"], fields["id"]};
 }
@@ -175,8 +180,10 @@ bool is_first(Store &store, const UdpRequest &request) {
     // "TIME\nID\nID...": of the newest time, all that came.
     const std::string last = change.get(stored::udp_requests).value_or("0\n");
     const long long now = std::stoll(request.timestamp), before = std::stoll(last);
-    first = now > before || (now == before && (last + "\n").find("\n" + request.id + "\n") == std::string::npos);
-    if (first) change.put(stored::udp_requests, (now > before ? request.timestamp : last) + "\n" + request.id);
+    first =
+        now > before || (now == before && (last + "\n").find("\n" + request.id + "\n") == std::string::npos);
+    if (first)
+      change.put(stored::udp_requests, (now > before ? request.timestamp : last) + "\n" + request.id);
   });
   return first;
 }
@@ -208,7 +215,8 @@ void Stun::open() {
         *buffer = uv_buf_init(room, sizeof room);
       },
       [](uv_udp_t *socket, ssize_t size, const uv_buf_t *buffer, const sockaddr *, unsigned) {
-        if (size > 0) static_cast<Stun *>(socket->data)->receive({buffer->base, static_cast<std::size_t>(size)});
+        if (size > 0)
+          static_cast<Stun *>(socket->data)->receive({buffer->base, static_cast<std::size_t>(size)});
       });
 }
 
@@ -271,7 +279,9 @@ void Stun::settle() {
   }
   if (now >= next_request_) {
     // Both bounds hold for the least period, which also keeps bindings of short-lived NATs.
-    next_request_ = now + std::max(1L, std::strtol(read_value(store_, parameter::stun_minimum_keep_alive).c_str(), nullptr, 10));
+    next_request_ =
+        now + std::max(1L, std::strtol(read_value(store_, parameter::stun_minimum_keep_alive).c_str(),
+                                       nullptr, 10));
     attempts_ = 1;
     if (getrandom(id_.data(), id_.size(), 0) < 0) return;
     const std::uint32_t cookie = htonl(magic_cookie);

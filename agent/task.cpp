@@ -13,6 +13,8 @@
 #include <algorithm>
 #include <csignal>
 #include <cstdio>
+#include <cstdlib>
+#include <filesystem>
 
 namespace {
 
@@ -75,6 +77,8 @@ int main(int argc, char **argv) {
   CLI11_PARSE(app, argc, argv);
   if (secondary) setSecondaryInstance();
   try {
+    // The device's programs lie beside this one, and not where those of the tools in bin/ do.
+    setenv("KOVA_LIBEXEC", std::filesystem::read_symlink("/proc/self/exe").parent_path().c_str(), 0);
     if (*boot) {
       boot_again();
       return 0;

@@ -55,7 +55,8 @@ std::string Trace::masked(const pugi::xml_document &message) {
 }
 
 void Trace::keep(std::string_view what, const std::string &message) {
-  if (file_.is_open()) file_ << "<!-- " << utc_time(std::time(nullptr)) << ' ' << what << " -->\n" << message << std::flush;
+  if (file_.is_open())
+    file_ << "<!-- " << utc_time(std::time(nullptr)) << ' ' << what << " -->\n" << message << std::flush;
 }
 
 } // namespace kova::agent

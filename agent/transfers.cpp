@@ -16,19 +16,38 @@ namespace {
 using Json = nlohmann::json;
 
 Json as_json(const Transfer &transfer) {
-  return {{"upload", transfer.is_upload},     {"key", transfer.command_key}, {"type", transfer.file_type},
-          {"url", transfer.url},              {"user", transfer.username},   {"password", transfer.password},
-          {"target", transfer.target_file},   {"size", transfer.file_size},  {"due", transfer.due},
-          {"start", transfer.start},          {"complete", transfer.complete},
-          {"state", static_cast<int>(transfer.state)}, {"fault", transfer.fault_code}, {"text", transfer.fault_text}};
+  return {{"upload", transfer.is_upload},
+          {"key", transfer.command_key},
+          {"type", transfer.file_type},
+          {"url", transfer.url},
+          {"user", transfer.username},
+          {"password", transfer.password},
+          {"target", transfer.target_file},
+          {"size", transfer.file_size},
+          {"due", transfer.due},
+          {"start", transfer.start},
+          {"complete", transfer.complete},
+          {"state", static_cast<int>(transfer.state)},
+          {"fault", transfer.fault_code},
+          {"text", transfer.fault_text}};
 }
 
 Transfer from_json(const std::string &record, const Json &json) {
-  return {record,         json.at("upload"),   json.at("key"),
-          json.at("type"), json.at("url"),     json.at("user"),
-          json.at("password"), json.at("target"), json.at("size"),
-          json.at("due"), json.at("start"),    json.at("complete"),
-          static_cast<TransferState>(json.at("state").get<int>()), json.at("fault"), json.at("text")};
+  return {record,
+          json.at("upload"),
+          json.at("key"),
+          json.at("type"),
+          json.at("url"),
+          json.at("user"),
+          json.at("password"),
+          json.at("target"),
+          json.at("size"),
+          json.at("due"),
+          json.at("start"),
+          json.at("complete"),
+          static_cast<TransferState>(json.at("state").get<int>()),
+          json.at("fault"),
+          json.at("text")};
 }
 
 } // namespace
@@ -58,7 +77,8 @@ void finish(Transaction &change, Transfer transfer, const std::optional<request:
   transfer.complete = std::time(nullptr);
   if (fault) {
     transfer.fault_code = static_cast<int>(fault->code);
-    transfer.fault_text = std::string(text(fault->code)) + (fault->detail.empty() ? "" : ": " + fault->detail);
+    transfer.fault_text =
+        std::string(text(fault->code)) + (fault->detail.empty() ? "" : ": " + fault->detail);
     transfer.fault_text = cut(transfer.fault_text, 256);
   }
   transfer.password.clear();

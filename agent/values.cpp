@@ -18,7 +18,8 @@ bool is_real_date(const std::string &text) {
   const bool leap = (year % 4 == 0 && year % 100 != 0) || year % 400 == 0;
   const bool short_month = month == 4 || month == 6 || month == 9 || month == 11;
   const int days = month == 2 ? (leap ? 29 : 28) : short_month ? 30 : 31;
-  return year > 0 && month > 0 && month <= 12 && day > 0 && day <= days && hour < 24 && minute < 60 && second < 60;
+  return year > 0 && month > 0 && month <= 12 && day > 0 && day <= days && hour < 24 && minute < 60 &&
+         second < 60;
 }
 
 // The character at the start of the text and its length; length 0 when XML cannot carry it.
@@ -63,7 +64,8 @@ std::string wire_type(Type type) {
 std::string wire_value(Type type, const std::string &text) {
   const bool is_text = wire_type(type) == "xsd:string";
   if (is_text) return text;
-  if (type == Type::DateTime) return !text.empty() && request::can_be(type, text) && is_real_date(text) ? text : unknown_time;
+  if (type == Type::DateTime)
+    return !text.empty() && request::can_be(type, text) && is_real_date(text) ? text : unknown_time;
   return !text.empty() && request::can_be(type, text) ? text : "0";
 }
 
@@ -105,7 +107,8 @@ std::string utc_time(std::time_t time) {
 
 bool is_secret(std::string_view path) {
   const std::string_view last = path.substr(path.rfind('.') + 1);
-  return std::ranges::any_of(secrets, [last](std::string_view word) { return last.find(word) != std::string_view::npos; });
+  return std::ranges::any_of(
+      secrets, [last](std::string_view word) { return last.find(word) != std::string_view::npos; });
 }
 
 } // namespace kova::agent
