@@ -106,7 +106,6 @@ constexpr None operation(const char *, None none) {
 #define LONE(getter, setter, checker, key, condition)               KOVA_JUDGED(getter, setter, checker, condition)
 #define STATISTIC(getter, key, what)                                KOVA_READ(getter)
 #define JUDGE(setter, may_be)                                       .settable = true, .set = KOVA_ACCESSOR(setter), .allowed = may_be
-#define GAIN(getter, key, setter, other_key)              KOVA_WRITE(getter, setter, gains)
 #define PROVISIONED(getter, setter, key)                  KOVA_WRITE(getter, setter, anything)
 #define IGNORED(getter, setter, key)                      KOVA_WRITE(getter, setter, anything)
 #define INDEXED(getter, how, what)                        KOVA_READ(getter)

@@ -4,6 +4,7 @@
 #include "src/diagnostics/diagnostics_rows.hpp"
 #include "src/lan/lan_rows.hpp"
 #include "src/lan/wifi_rows.hpp"
+#include "src/security/filters_rows.hpp"
 #include "src/voice/voice_rows.hpp"
 #include "src/wan/apn_rows.hpp"
 #include "src/wan/dmz_rows.hpp"
@@ -49,6 +50,7 @@ constexpr Row rows[] = {
 } // namespace diagnostics
 
 namespace filters {
+using namespace kova::security;
 constexpr Row rows[] = {
 #include "src/security/filters.def"
 };
