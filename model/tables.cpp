@@ -106,13 +106,32 @@ constexpr Row rows[] = {
 };
 } // namespace device_info
 
+namespace radio {
+constexpr Row rows[] = {
+#include "src/radio/radio.def"
+#include "src/radio/rates.def"
+};
+} // namespace radio
+
+namespace time {
+constexpr Row rows[] = {
+#include "src/time/time.def"
+};
+} // namespace time
+
+namespace sas {
+constexpr Row rows[] = {
+#include "src/sas/sas.def"
+};
+} // namespace sas
+
 } // namespace
 
 std::span<const std::span<const Row>> tables() {
   static constexpr std::span<const Row> all[] = {
-      wifi::rows,        lan::rows,      wan::rows,      diagnostics::rows, management::rows,
-      device_info::rows, filters::rows,  firewall::rows, routes::rows,      voice::rows,
-      snmp::rows,        watchdog::rows, web::rows,
+      wifi::rows,    lan::rows,      wan::rows,    diagnostics::rows, management::rows, device_info::rows,
+      filters::rows, firewall::rows, routes::rows, voice::rows,       snmp::rows,       watchdog::rows,
+      web::rows,     radio::rows,    time::rows,   sas::rows,
   };
   return all;
 }
