@@ -108,10 +108,10 @@ constexpr None operation(const char *, None none) {
 #define LONE(getter, setter, checker, key, condition)               KOVA_JUDGED(getter, setter, checker, condition)
 #define STATISTIC(getter, key, what)                                KOVA_READ(getter)
 #define JUDGE(setter, may_be)                                       .settable = true, .set = KOVA_ACCESSOR(setter), .allowed = may_be
-#define GAIN(getter, key, setter, other_key)              KOVA_WRITE(getter, setter, gains)
 #define PROVISIONED(getter, setter, key)                  KOVA_WRITE(getter, setter, anything)
 #define IGNORED(getter, setter, key)                      KOVA_WRITE(getter, setter, anything)
+#define EDGE(getter, setter, edge)                        KOVA_WRITE(getter, setter, anything)
+#define CONVERTED(getter, setter, key, rule, shown, stored) KOVA_WRITE(getter, setter, rule)
 #define CIPHER(getter, setter, key, cipher_key)           KOVA_WRITE(getter, setter, security_modes)
-#define INVERTED(getter, setter, checker, key, group, slot, condition, rule) \
-  KOVA_JUDGED(getter, setter, checker, Allowed(condition, rule))
+#define INDEXED(getter, how, what)                        KOVA_READ(getter)
 // clang-format on

@@ -4,8 +4,10 @@
 #include "src/diagnostics/diagnostics_rows.hpp"
 #include "src/lan/lan_rows.hpp"
 #include "src/lan/wifi_rows.hpp"
+#include "src/security/filters_rows.hpp"
 #include "src/voice/voice_rows.hpp"
 #include "src/wan/apn_rows.hpp"
+#include "src/wan/dmz_rows.hpp"
 
 #include <deque>
 #include <string>
@@ -33,6 +35,10 @@ namespace wan {
 using namespace kova::wan;
 constexpr Row rows[] = {
 #include "src/wan/apn.def"
+#include "src/wan/connection.def"
+#include "src/wan/dmz.def"
+#include "src/wan/oper_mode.def"
+#include "src/wan/wan_setting.def"
 };
 } // namespace wan
 
@@ -44,6 +50,7 @@ constexpr Row rows[] = {
 } // namespace diagnostics
 
 namespace filters {
+using namespace kova::security;
 constexpr Row rows[] = {
 #include "src/security/filters.def"
 };
@@ -99,13 +106,32 @@ constexpr Row rows[] = {
 };
 } // namespace device_info
 
+namespace radio {
+constexpr Row rows[] = {
+#include "src/radio/radio.def"
+#include "src/radio/rates.def"
+};
+} // namespace radio
+
+namespace time {
+constexpr Row rows[] = {
+#include "src/time/time.def"
+};
+} // namespace time
+
+namespace sas {
+constexpr Row rows[] = {
+#include "src/sas/sas.def"
+};
+} // namespace sas
+
 } // namespace
 
 std::span<const std::span<const Row>> tables() {
   static constexpr std::span<const Row> all[] = {
-      wifi::rows,        lan::rows,      wan::rows,      diagnostics::rows, management::rows,
-      device_info::rows, filters::rows,  firewall::rows, routes::rows,      voice::rows,
-      snmp::rows,        watchdog::rows, web::rows,
+      wifi::rows,    lan::rows,      wan::rows,    diagnostics::rows, management::rows, device_info::rows,
+      filters::rows, firewall::rows, routes::rows, voice::rows,       snmp::rows,       watchdog::rows,
+      web::rows,     radio::rows,    time::rows,   sas::rows,
   };
   return all;
 }

@@ -14,6 +14,11 @@ inline constexpr const char wifi_mode[] = "0_rfmode", wifi_rate[] = "Fixrate", w
 // ---- Configuration: the operation mode and the WAN
 inline constexpr const char oper_mode[] = "oper_mode", vpn_type[] = "vpn_type", bcp_enable[] = "bcp_enable",
                             gre_type[] = "gre_type", mtu[] = "internet_mtu";
+inline constexpr const char vpn_nat[] = "vpn_nat_enable", layer_3_interface[] = "l3vpn_default_if",
+                            l2tp_host_name[] = "l2tp_host_name", l2tp_server[] = "l2tp_lns_ip",
+                            l2tp_user[] = "l2tp_ppp_user", l2tp_password[] = "l2tp_ppp_pass",
+                            gre_address[] = "gre_tunnel_ip", gre_netmask[] = "gre_tunnel_ip_mask",
+                            gre_destination[] = "gre_dest_ip";
 inline constexpr const char duplex[] = "/tarn/cell_selection/dedicated_duplex"; // also a leaf of the tree
 
 // ---- Configuration: the firewall

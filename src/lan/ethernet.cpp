@@ -4,8 +4,6 @@
 
 #include <kova/lan.h>
 
-#include <cstdio>
-
 namespace kova::lan {
 
 namespace {
@@ -22,14 +20,7 @@ int answer_link(const char *ifname, char *buf, unsigned int buflen) {
 
 int answer_speed(const char *ifname, char *buf, unsigned int buflen) {
   const int speed = getLanSpeed(ifname);
-  if (speed < 1) return answer("N/A", buf, buflen);
-  char text[16];
-  std::snprintf(text, sizeof text, "%d", speed);
-  return answer(text, buf, buflen);
-}
-
-int answer_traffic(Counter counter, char *buf, unsigned int buflen) {
-  return get_counter(port, counter, buf, buflen);
+  return speed < 1 ? answer("N/A", buf, buflen) : answer_number(speed, buf, buflen);
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "src/lists/row_list.hpp"
 
 #include "platform/nvram.h"
+#include "src/frame/growing_text.hpp"
 #include "src/frame/trace.hpp"
 
 #include <kova/security.h>
@@ -15,34 +16,27 @@ namespace {
 // A list text while it is written: rows joined by ";", in the room that editing has.
 class ListText {
 public:
-  explicit ListText(std::size_t room) : room_(room), text_(static_cast<char *>(std::calloc(1, room))) {}
+  explicit ListText(std::size_t size)
+      : room_(static_cast<char *>(std::calloc(1, size))), text_(room_.writable(), size) {}
   void add_row(const char *row, std::size_t length) {
-    if (rows_++ > 0) append(";", 1);
-    append(row, length);
+    text_.add_what_fits("%s%.*s", rows_++ > 0 ? ";" : "", static_cast<int>(length), row);
   }
   // False when the store did not take it; then the mirror keeps what it has, too.
   bool store_while_taken(const List &list) const {
-    if (text_.writable() == nullptr) return false; // without memory the list stays as it was
+    if (room_.writable() == nullptr) return false; // without memory the list stays as it was
     return store(list.key, text_) >= 0 && (list.mirror == nullptr || store(list.mirror, text_) >= 0);
   }
   // Key and mirror each, whatever the store says of the other.
   void store_all(const List &list) const {
-    if (text_.writable() == nullptr) return;
+    if (room_.writable() == nullptr) return;
     store(list.key, text_);
     if (list.mirror != nullptr) store(list.mirror, text_);
   }
 
 private:
-  void append(const char *piece, std::size_t length) {
-    char *text = text_.writable();
-    if (text == nullptr) return;
-    const std::size_t fits = length < room_ - 1 - used_ ? length : room_ - 1 - used_;
-    std::memcpy(text + used_, piece, fits);
-    used_ += fits;
-  }
-  std::size_t room_, used_ = 0;
+  OwnedText room_;
+  GrowingText text_;
   int rows_ = 0;
-  OwnedText text_;
 };
 
 // A text that was read short is edited in the room that agents count on; one that was read whole keeps its rows.

@@ -1,7 +1,8 @@
 // The clock: network time, the current time, date-time texts.
+#include "platform/keys.hpp"
 #include "src/frame/rows.hpp"
 #include "src/frame/shell.hpp"
-#include "src/time/time_rules.hpp"
+#include "src/time/daylight_saving.hpp"
 
 #include <kova/time.h>
 #include <sys/wait.h>
@@ -11,8 +12,7 @@
 #include <cstring>
 #include <ctime>
 
-using kova::Section;
-using kova::Text;
+namespace kova::time {
 
 namespace {
 
@@ -36,15 +36,29 @@ int small_number(const char *field) {
   return static_cast<int>(number < -bound ? -bound : number > bound ? bound : number);
 }
 
-} // namespace
+int set(Key key, const char *value, Rule rule) {
+  return passes(rule, text_or_empty(value)) ? set_as_given(key, value) : -1;
+}
 
-STORED(kovaGetDeviceTimeNTPServer, "NTPServerIP")
-int kovasetDeviceTimeNTPServer(const char *value) {
-  value = kova::text_or_empty(value);
-  if (!kova::passes(kova::time::ntp_server_rule, value)) return -1;
-  kova::store("NTPServerIP", value);
+int set_daylight_saving(Key key, const char *value, Rule rule) {
+  return zone_has_daylight_saving() ? set(key, value, rule) : -1;
+}
+
+int synchronise() {
+  SyncfromNetworkTime();
   return 0;
 }
+
+} // namespace
+
+} // namespace kova::time
+
+using namespace kova;
+using namespace kova::time;
+
+// One end of the period of daylight saving.
+#define EDGE(getter, setter, edge) COMPUTED(getter, answer_edge, edge) KOVA_SET(setter, set_edge(edge, value))
+#include "src/time/time.def"
 
 int kovaGetCurrentLocalTime(char *buf, unsigned int) {
   if (buf == nullptr) return -1;
@@ -56,8 +70,8 @@ int kovaGetCurrentLocalTime(char *buf, unsigned int) {
 }
 
 int SyncfromNetworkTime(void) {
-  kova::run(NTP_SCRIPT " envTZ"); // derives the zone text from the settings
-  const Text zone = kova::load("envTZ");
+  run(NTP_SCRIPT " envTZ"); // derives the zone text from the settings
+  const Text zone = load("envTZ");
   if (!zone.empty()) {
     setenv("TZ", zone, 1); // NOLINT(concurrency-mt-unsafe): the library is called from one thread
     tzset();
@@ -66,19 +80,9 @@ int SyncfromNetworkTime(void) {
   return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 
-int kovasetNTPApply(const char *value) {
-  if (!kova::equal(kova::text_or_empty(value), "1")) return -1;
-  SyncfromNetworkTime();
-  return 0;
-}
-
-int kovaGetNTPApply(char *, unsigned int) {
-  return 0;
-}
-
 int getDateTime(const char *text, struct tm *tm) {
   char copy[32];
-  if (tm == nullptr || !copy_date_text(kova::text_or_empty(text), copy)) return -1;
+  if (tm == nullptr || !copy_date_text(text_or_empty(text), copy)) return -1;
   int fields[6]; // year, month, day, hour, minute, second
   char *rest = nullptr;
   const char *field = strtok_r(copy, " -T:", &rest);

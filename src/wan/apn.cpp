@@ -52,9 +52,7 @@ int update(Leaf leaf, const char *value, const Condition &) {
 int update_number(Leaf leaf, const char *value, const Condition &number) {
   value = text_or_empty(value);
   if (!number.holds(value)) return -1;
-  char text[24];
-  std::snprintf(text, sizeof text, "%d", leading_number(value));
-  return set(leaf, text, mrhd_update_apncfg);
+  return set(leaf, NumberText(leading_number(value)), mrhd_update_apncfg);
 }
 
 // The checkers have judged: only what must not be empty is refused.

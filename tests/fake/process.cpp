@@ -90,7 +90,8 @@ int system(const char *command) {
   return platform.exit_status << 8;
 }
 
-FILE *popen(const char *command, const char *) {
+FILE *popen(const char *command, const char *mode) {
+  EXPECT_STREQ(mode, "r") << command;
   platform.piped.push_back(command);
   const std::string *output = platform.scripted(platform.output, std::string(command));
   return output == nullptr ? nullptr : stream_of(*output);
@@ -150,6 +151,15 @@ int sysinfo(struct sysinfo *facts) noexcept {
   facts->freeram = platform.free_ram;
   facts->mem_unit = 4096;
   return 0;
+}
+
+int clock_gettime(clockid_t clock, timespec *now) noexcept {
+  return platform.clock_is_readable ? LIBC(clock_gettime)(clock, now) : -1;
+}
+
+time_t mktime(tm *date) noexcept {
+  constexpr int last_year = 2037 - 1900;
+  return platform.clock_ends_in_2038 && date->tm_year > last_year ? -1 : LIBC(mktime)(date);
 }
 
 time_t time(time_t *into) noexcept {

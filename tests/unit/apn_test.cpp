@@ -87,7 +87,8 @@ TEST_F(Apn, EachProfileReadsItsOwnLeaves) {
   std::size_t number = 0;
   for (kova_getter *getter : {getTR069APN1MTU, getTR069APN2MTU, getTR069APN3MTU, getTR069APN4MTU,
                               getTR069APN5MTU, getTR069APN6MTU, getTR069APN7MTU, getTR069APN8MTU}) {
-    platform.tree[path_of(++number, "mtu")] = std::to_string(number);
+    ++number;
+    platform.tree[path_of(number, "mtu")] = std::to_string(number);
     EXPECT_EQ(get(getter), std::to_string(number));
   }
   EXPECT_EQ(platform.tree_opened, 1);

@@ -1,33 +1,37 @@
-// The combined rules of WiFi, LAN and DNS.
+// WiFi, the LAN and its DNS servers: what goes together.
+#include "src/lan/groups.hpp"
+
+#include "platform/keys.hpp"
 #include "platform/webs.h"
 #include "src/frame/trace.hpp"
 #include "src/lan/lan_rules.hpp"
-#include "src/transaction/groups.hpp"
 
 #include <arpa/inet.h>
 
-#include <cstdlib>
 #include <cstring>
 #include <initializer_list>
 
-namespace kova::transaction {
+namespace kova::lan {
 
 namespace {
 
+using transaction::FaultNames;
+using transaction::Group;
+using transaction::GroupedValue;
+using transaction::List;
+
 void add_request_names(FaultNames &faults, std::initializer_list<const PendingValue *> slots) {
   for (const PendingValue *slot : slots)
-    if (set_by_request(*slot)) faults.add(slot->name);
+    if (transaction::set_by_request(*slot)) faults.add(slot->name);
 }
 
 // LAN and DNS names count as taken from the store when they hold "Local" anywhere.
 void add_names_without_local(FaultNames &faults, const Group &group) {
-  for (std::size_t i = 0; i < group.slot_count; ++i) {
-    const char *name = pvcl_slot_name(&group.slot(i));
+  group.each_slot([&faults](const PendingValue &slot) {
+    const char *name = pvcl_slot_name(&slot);
     if (std::strstr(name, "Local") == nullptr) faults.add(name);
-  }
+  });
 }
-
-} // namespace
 
 bool judge_wifi(const Group &, FaultNames &faults) {
   const char *mode = pvcl_slot_value(&gPVCL.wifiMode), *rate = pvcl_slot_value(&gPVCL.wifiRate),
@@ -52,11 +56,10 @@ bool judge_lan(const Group &group, FaultNames &faults) {
 
   // Relay cannot be set by a request. With the server off the addresses are not looked at.
   const int mode = leading_number(dhcp); // a text that is no number is not 1 or 2
-  const bool passes = mode == lan::dhcp_server
-                          ? IPRangeCheck(address, mask, start, end) != 0 &&
-                                webscheckIpStartEnd(start, end) != 0 && !lan::same_address(address, start) &&
-                                !lan::same_address(address, end)
-                          : mode != lan::dhcp_relay;
+  const bool passes = mode == dhcp_server ? IPRangeCheck(address, mask, start, end) != 0 &&
+                                                webscheckIpStartEnd(start, end) != 0 &&
+                                                !same_address(address, start) && !same_address(address, end)
+                                          : mode != dhcp_relay;
   if (!passes) {
     dbg_trace("[TR069]set Lan Error,lanip(%s/%s) DHCP(%s) pool(%s-%s) value error.\n", address, mask, dhcp,
               start, end);
@@ -64,14 +67,14 @@ bool judge_lan(const Group &group, FaultNames &faults) {
     return false;
   }
 
-  const Text stored = load("lan_ip");
+  const Text stored = load(key::lan_address);
   const bool changes = !equal(stored, address);
   if (changes) store(runtime("dhcp_ip_changed"), "1");
   if (webscheckSameSubnet(address, mask, stored) != 0) {
     store(runtime("different_subnets"), "0");
     store(runtime("dhcp_ipaddr_change"), changes ? "1" : "0");
   } else {
-    lan::drop_rules_on_lan_addresses();
+    drop_rules_on_lan_addresses();
     store(runtime("different_subnets"), "1");
   }
   return true;
@@ -91,4 +94,29 @@ bool judge_dns(const Group &group, FaultNames &faults) {
   return true;
 }
 
-} // namespace kova::transaction
+// clang-format off
+//   slot                    label                      key
+constexpr GroupedValue wifi_values[] = {
+    {&List::wifiMode,          "Local WiFi Mode",         key::wifi_mode},
+    {&List::wifiRate,          "Local WiFi rate",         key::wifi_rate},
+    {&List::wifiBandwidth,     "Local WiFi Bandwidth",    key::wifi_bandwidth}};
+constexpr GroupedValue lan_values[] = {
+    {&List::lanIpAddress,      "Local Lan ip",            key::lan_address},
+    {&List::lanSubnetMask,     "Local Lan subnetmask",    key::lan_netmask},
+    {&List::dhcpServerEnable,  "Local DHCP enable",       key::dhcp_mode},
+    {&List::dhcpPoolStart,     "Local DHCP poolstartip",  key::dhcp_start},
+    {&List::dhcpPoolEnd,       "Local DHCP poolendip",    key::dhcp_end}};
+constexpr GroupedValue dns_values[] = {
+    {&List::dnsOption,         "Local DNS dnsOption",     key::dns_option},
+    {&List::dns1,              "Local DNS primaryDNS",    key::dns_1},
+    {&List::dns2,              "Local DNS secondaryDNS",  key::dns_2},
+    {&List::dns3,              "Local DNS thirdlyDNS",    key::dns_3}};
+// clang-format on
+
+} // namespace
+
+constinit const Group wifi_group = {&List::wifiTouched, Section::config, wifi_values, judge_wifi};
+constinit const Group lan_group = {&List::lanTouched, Section::config, lan_values, judge_lan};
+constinit const Group dns_group = {&List::dnsTouched, Section::config, dns_values, judge_dns};
+
+} // namespace kova::lan

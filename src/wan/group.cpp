@@ -1,14 +1,17 @@
-// The combined rule of the operation mode and the APN profiles.
-#include "src/transaction/groups.hpp"
+// The operation mode and the APN profiles: what goes together.
+#include "src/wan/group.hpp"
+
+#include "platform/keys.hpp"
 #include "src/wan/wan_mode.hpp"
 
-#include <cstdlib>
-
-namespace kova::transaction {
+namespace kova::wan {
 
 namespace {
 
-using namespace kova::wan;
+using transaction::FaultNames;
+using transaction::Group;
+using transaction::GroupedValue;
+using transaction::List;
 
 class OperModeRecord {
 public:
@@ -58,8 +61,8 @@ bool profiles_fit(const OperMode &mode) {
 // Modes 1 and 3 have no NAT: what needs it is switched off, and its switches are kept for the way back. A
 // second batch in such a mode keeps the switches again, by then "0".
 void carry_nat_switches(int mode) {
-  static constexpr const char *switches[][2] = {{"DMZEnable", "DMZNatEnable"},
-                                                {"PortForwardEnable", "PortForwardNatEnable"},
+  static constexpr const char *switches[][2] = {{key::dmz_enable, "DMZNatEnable"},
+                                                {key::port_forward_enable, "PortForwardNatEnable"},
                                                 {"PortTriggerEnable", "PortTriggerNatEnable"},
                                                 {"ConnectLimitEnable", "ConnectLimitNatEnable"}};
   const bool save = mode == router_mode || mode == bridge_mode,
@@ -74,8 +77,6 @@ void carry_nat_switches(int mode) {
   }
 }
 
-} // namespace
-
 bool judge_wan_apn(const Group &group, FaultNames &faults) {
   const OperModeRecord before;
   if (!before.loaded()) return false;
@@ -84,8 +85,9 @@ bool judge_wan_apn(const Group &group, FaultNames &faults) {
   take_over_mode(*after);
 
   if (!profiles_fit(*after)) {
-    for (std::size_t i = 0; i < group.slot_count; ++i)
-      if (const char *name = group.slot(i).name; name != nullptr) faults.add_within_size(name);
+    group.each_slot([&faults](const PendingValue &slot) {
+      if (slot.name != nullptr) faults.add_within_size(slot.name);
+    });
     return false;
   }
 
@@ -95,4 +97,13 @@ bool judge_wan_apn(const Group &group, FaultNames &faults) {
   return true;
 }
 
-} // namespace kova::transaction
+// What the request did not set is in the records of the mode and the profiles.
+constexpr GroupedValue mode_values[] = {
+    {&List::operMode}, {&List::vpnType}, {&List::bcpEnable}, {&List::greType}};
+
+} // namespace
+
+constinit const Group wan_apn_group = {&List::wanApnTouched, Section::config, mode_values,
+                                       judge_wan_apn,        nullptr,         gPVCL.apn};
+
+} // namespace kova::wan
