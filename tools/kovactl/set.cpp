@@ -93,8 +93,10 @@ ExitStatus try_out(const Output &output, const Options &options, const std::vect
 }
 
 ExitStatus set(const Output &output, const Options &options) {
-  const std::vector<Assignment> request = requested(options);
+  std::vector<Assignment> request = requested(options);
   start_agent(output);
+  in_turn([&] { complete_paths(request); },
+          device::Turn::Kind::reading); // what it cannot is a fault of the request
   if (options.dry_run) return try_out(output, options, request);
 
   Aftermath aftermath;
