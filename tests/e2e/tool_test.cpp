@@ -109,7 +109,7 @@ TEST_F(Tool, FindsNamesSuggestsAndExplains) {
       {"device list", 0, "up      AB-12\n"},
       {"find LEASE dhcp", 0, "X_KOVA_LAN.DHCPLeaseTime "},
       {"find nothing like this", 1, "no parameter has that"},
-      {"get -v '*.4.SSID' X_KOVA_LAN.IPAddress", 0, "kova-3\n192.168.1.1\n"},
+      {"get -v '*.SSID' X_KOVA_LAN.IPAddress", 0, "kova-3\n192.168.1.1\n"},
       {"get SSID", 1, "9005  Invalid parameter name  SSID  it could be "},
       {"get '*.NoSuchName'", 1, "nothing matches it"},
       {"list InternetGatewayDevice.LANDevice.1.WLANConfiguration.1.Ch", 0, "a number from 0 to 13"},
