@@ -8,11 +8,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <string_view>
-#include <vector>
 
 namespace kova::device {
 namespace {
@@ -35,7 +32,7 @@ void leave_terminal_and_parent() {
   setsid();
 }
 
-void serve_with_pid_file(const Daemon &daemon, void (*serve)()) {
+void serve_with_pid_file(const Daemon &daemon, const std::function<void()> &serve) {
   const PidFile pid_file(pid_file_of(daemon));
   if (chdir("/") != 0) fail("cannot enter /"); // keeps no directory of another's
   own_pid_file = &pid_file;
@@ -45,16 +42,7 @@ void serve_with_pid_file(const Daemon &daemon, void (*serve)()) {
 
 } // namespace
 
-int run_in_background(const Daemon &daemon, int argc, char **argv, void (*serve)()) {
-  bool foreground = false;
-  for (const std::string_view word : std::vector<std::string_view>(argv + std::min(argc, 1), argv + argc)) {
-    if (word == "--foreground") {
-      foreground = true;
-    } else if (daemon.argument == nullptr || word != daemon.argument) {
-      std::fprintf(stderr, "usage: %s [--foreground]\n", daemon.program);
-      return 2;
-    }
-  }
+int run_in_background(const Daemon &daemon, bool foreground, const std::function<void()> &serve) {
   try {
     umask(077);
     close_inherited_files();

@@ -3,12 +3,14 @@
 
 #include "device/daemons.hpp"
 
+#include <functional>
+
 namespace kova::device {
 
-// The whole of main(): leaves the starter and its terminal, unless called with --foreground, and serves while
-// it holds the daemon's pid file. What goes wrong is the first line of the output, which the starter reads,
-// and in the messages. Answers the exit status.
-int run_in_background(const Daemon &daemon, int argc, char **argv, void (*serve)());
+// Leaves the starter and its terminal, unless it is to stay in the foreground, and serves while it holds the
+// daemon's pid file. What goes wrong is the first line of the output, which the starter reads, and in the
+// messages. Answers the exit status.
+int run_in_background(const Daemon &daemon, bool foreground, const std::function<void()> &serve);
 
 // Tells the starter that all is well, and lets others at the device, whose lock a starter hands over (as
 // handle 3) so that nobody comes between them; later output goes to the messages.

@@ -7,6 +7,7 @@
 #include "device/layout.hpp"
 #include "device/log.hpp"
 #include "device/paths.hpp"
+#include "device/process.hpp"
 #include "device/service.hpp"
 #include "device/zone.hpp"
 #include "platform/host/nvram_admin.hpp"
@@ -14,7 +15,6 @@
 #include "src/frame/channel.hpp"
 
 #include <nlohmann/json.hpp>
-#include <pugixml.hpp>
 #include <unistd.h>
 
 #include <algorithm>
@@ -22,6 +22,7 @@
 #include <map>
 #include <ranges>
 #include <set>
+#include <span>
 #include <sstream>
 
 namespace fs = std::filesystem;
@@ -87,7 +88,7 @@ void forget_settings() {
     sections.insert(entry.section);
   for (const int section : sections)
     host::nvram_clear_section(section);
-  host::tree_replace("<tarn/>");
+  host::tree_clear();
 }
 
 void store_missing_settings() {
@@ -97,30 +98,11 @@ void store_missing_settings() {
   host::nvram_store(missing);
 }
 
-std::string xml_of(const std::map<std::string, std::string> &leaves) {
-  pugi::xml_document document;
-  for (const auto &[path, text] : leaves) {
-    pugi::xml_node node = document;
-    std::istringstream names(path.substr(1));
-    for (std::string name; std::getline(names, name, '/');) {
-      const pugi::xml_node known = node.child(name.c_str());
-      node = known ? known : node.append_child(name.c_str());
-    }
-    node.text().set(text.c_str());
-  }
-  std::ostringstream xml;
-  document.save(xml);
-  return xml.str();
-}
-
 void store_missing_leaves() {
-  std::map<std::string, std::string> leaves;
-  for (auto &[path, text] : host::tree_leaves())
-    leaves[path] = text;
-  bool complete = true;
-  for (auto &[path, text] : factory_tree())
-    complete &= !leaves.try_emplace(path, text).second;
-  if (!complete) host::tree_replace(xml_of(leaves));
+  std::vector<host::TreeLeaf> missing;
+  for (auto &leaf : factory_tree())
+    if (!host::tree_find(leaf.first)) missing.push_back(std::move(leaf));
+  host::tree_store(missing);
 }
 
 // Adds what is missing and overwrites nothing: the stores may have been in use before the device was.
@@ -149,6 +131,18 @@ void write_hardware(const Identity &identity) {
                                          with_colons(identity.lan_mac) + "\n");
 }
 
+// The device runs without one of these as well.
+void start_others(const Lock &lock) {
+  for (const Daemon &daemon : std::span(daemons).subspan(1)) {
+    if (!is_there(arguments_of(daemon)) || daemon_pid(daemon)) continue;
+    try {
+      start_daemon(daemon, words_of(text_of(arguments_of(daemon))), lock);
+    } catch (const std::exception &error) {
+      log_change(error.what());
+    }
+  }
+}
+
 void boot(const Lock &lock) {
   stop_daemons();
   const Identity identity = identity_of(own_serial());
@@ -158,9 +152,10 @@ void boot(const Lock &lock) {
   store_posix_zone();
   lay_out_files();
   lay_out_programs();
-  start_daemon(service_daemon, lock);
+  start_daemon(service_daemon, {}, lock);
   write_file(booted_mark(), host_boot());
   log_change("booted");
+  start_others(lock);
 }
 
 void stop() {
@@ -176,7 +171,7 @@ constexpr const char *own_directories[] = {"store", "root", "bin", "log", "run"}
 void make_own_directories() {
   host::claim_device_dir();
   for (const char *name : own_directories)
-    make_directory(host::device_dir() / name);
+    make_directories(host::device_dir() / name);
 }
 
 void settle_serial(const std::optional<std::string> &wanted) {
@@ -205,8 +200,9 @@ void bring_up(const UpOptions &options, DeadDaemon dead) {
   if (!is_booted()) return boot(lock);
   if (!programs_are_ours()) lay_out_programs();
   if (dead == DeadDaemon::stays) return;
+  start_others(lock);
   if (daemon_pid(service_daemon)) return settle_feed();
-  start_daemon(service_daemon, lock);
+  start_daemon(service_daemon, {}, lock);
   log_change("daemon restarted");
 }
 
@@ -275,15 +271,18 @@ void remove() {
   host::release_device_dir();
 }
 
-void start(const Daemon &daemon) {
+void start(const Daemon &daemon, const std::vector<std::string> &arguments) {
   ensure_booted();
   const Lock lock = state_lock();
-  if (!daemon_pid(daemon)) start_daemon(daemon, lock);
+  if (daemon_pid(daemon)) return;
+  start_daemon(daemon, arguments, lock);
+  write_file(arguments_of(daemon), text_of_words(arguments));
 }
 
 void stop(const Daemon &daemon) {
   if (!is_device() || !is_there(run_dir())) return;
   const Lock lock = state_lock();
+  remove_tree(arguments_of(daemon));
   stop_daemon(daemon);
 }
 

@@ -23,6 +23,7 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace kova::device {
 
@@ -57,9 +58,9 @@ void reset();
 // down(), then what the device laid out goes, and the directory with it when nothing else is in it.
 void remove();
 
-// One of device/daemons.hpp, on a device that is booted when it is not. Nothing to do when it runs, or does
-// not.
-void start(const Daemon &daemon);
+// A daemon of device/daemons.hpp, on a device that is booted when it is not; nothing to do when it runs. From
+// then on each boot starts it too, until it is stopped.
+void start(const Daemon &daemon, const std::vector<std::string> &arguments = {});
 void stop(const Daemon &daemon);
 
 // Requests of several tools come one after the other, as those of one agent do: a reading sees one state,

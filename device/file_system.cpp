@@ -52,10 +52,10 @@ void write_file(const fs::path &path, std::string_view text) {
   fail("cannot write " + path.string(), error);
 }
 
-void make_directory(const fs::path &path) {
+void make_directories(const fs::path &path) {
   if (mkdir(path.c_str(), host::private_dir) == 0) return;
   if (errno == ENOENT && path.has_relative_path()) {
-    make_directory(path.parent_path());
+    make_directories(path.parent_path());
     if (mkdir(path.c_str(), host::private_dir) == 0) return;
   }
   if (errno != EEXIST) fail("cannot create " + path.string());
@@ -70,7 +70,7 @@ void remove_tree(const fs::path &path) {
 }
 
 void make_link(const fs::path &target, const fs::path &path) {
-  make_directory(path.parent_path());
+  make_directories(path.parent_path());
   if ((unlink(path.c_str()) != 0 && errno != ENOENT) || symlink(target.c_str(), path.c_str()) != 0)
     fail("cannot create " + path.string());
 }

@@ -15,7 +15,7 @@ std::string text_of(const std::filesystem::path &path);
 void write_file(const std::filesystem::path &path, std::string_view text);
 // With those above it. Something else in its place, a link to a directory too, is refused: behind it lies
 // what is not the device's.
-void make_directory(const std::filesystem::path &path);
+void make_directories(const std::filesystem::path &path);
 // Follows no link. What is not there is no error.
 void remove_tree(const std::filesystem::path &path);
 // In place of what is there, unless that is a directory.

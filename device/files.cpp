@@ -62,7 +62,7 @@ std::string stations() {
 
 void place(std::string_view device_path, const std::string &text) {
   const fs::path path = on_device(device_path);
-  make_directory(path.parent_path());
+  make_directories(path.parent_path());
   write_file(path, text);
 }
 
@@ -71,7 +71,7 @@ void place(std::string_view device_path, const std::string &text) {
 void lay_out_files() {
   remove_tree(on_device("/tmp"));
   for (const char *directory : {"/tmp", "/var/log", "/var/config", "/etc/sysconfig/script", "/bin"})
-    make_directory(on_device(directory));
+    make_directories(on_device(directory));
   place("/var/config/tarn_dhcpd.leases", leases());
   place("/proc/net/arp", neighbours());
   place("/proc/wlan0/sta_info", stations());

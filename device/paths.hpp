@@ -22,6 +22,10 @@ inline std::filesystem::path log_dir() {
 inline std::filesystem::path pid_file_of(const Daemon &daemon) {
   return run_dir() / (std::string(daemon.name) + ".pid");
 }
+// Is there from the daemon's start until it is stopped: the words that it was started with.
+inline std::filesystem::path arguments_of(const Daemon &daemon) {
+  return run_dir() / (std::string(daemon.name) + ".arguments");
+}
 inline std::filesystem::path messages_of(const Daemon &daemon) {
   return log_dir() / (std::string(daemon.name) + ".log");
 }

@@ -100,6 +100,20 @@ int await_end(pid_t process) {
   return status;
 }
 
+std::string text_of_words(const std::vector<std::string> &words) {
+  std::string text;
+  for (const std::string &word : words)
+    text.append(word).push_back('\0');
+  return text;
+}
+
+std::vector<std::string> words_of(const std::string &text) {
+  std::vector<std::string> words;
+  for (std::size_t at = 0, end; (end = text.find('\0', at)) != std::string::npos; at = end + 1)
+    words.push_back(text.substr(at, end - at));
+  return words;
+}
+
 Pipe::Pipe() {
   int ends[2];
   if (pipe2(ends, O_CLOEXEC) != 0) fail("cannot create a pipe");

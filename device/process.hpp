@@ -26,6 +26,10 @@ int start_program(pid_t &process, const Program &program);
 // Returns when the child has ended; answers its wait status.
 int await_end(pid_t process);
 
+// Words as a text to hand over: each ended by a NUL.
+std::string text_of_words(const std::vector<std::string> &words);
+std::vector<std::string> words_of(const std::string &text);
+
 struct Pipe {
   Pipe(); // throws std::runtime_error
   Fd reading, writing;

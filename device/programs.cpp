@@ -79,7 +79,7 @@ fs::path helper_program(std::string_view name) {
 
 void lay_out_programs() {
   const fs::path stand_in = helper_program("kova-standin"), diagnostics = helper_program("kova-diag");
-  make_directory(bin_dir());
+  make_directories(bin_dir());
   remove_links_in(bin_dir());
   for (const char *name : host_tools) {
     if (const auto program = find_host_tool(name))

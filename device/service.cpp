@@ -73,7 +73,7 @@ std::optional<pid_t> daemon_pid(const Daemon &daemon) {
   return pid_file_owner(pid_file_of(daemon));
 }
 
-void start_daemon(const Daemon &daemon, const Lock &device_lock) {
+void start_daemon(const Daemon &daemon, const std::vector<std::string> &arguments, const Lock &device_lock) {
   const std::string program = helper_program(daemon.program);
   const std::filesystem::path messages = messages_of(daemon);
   Pipe answer;
@@ -83,6 +83,7 @@ void start_daemon(const Daemon &daemon, const Lock &device_lock) {
                   .extra = device_lock.handle(),
                   .variables = {"KOVA_DEVICE=" + host::device_dir().string()}};
   if (daemon.argument != nullptr) started.words.emplace_back(daemon.argument);
+  started.words.insert(started.words.end(), arguments.begin(), arguments.end());
   const Fd message_file = open_log(messages);
   started.messages = message_file.get();
   pid_t process = 0;

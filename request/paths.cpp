@@ -30,7 +30,7 @@ std::vector<Listed> starting_with(std::string_view prefix) {
   for (const model::RowList &list : model::lists()) {
     const auto access = list.writable() ? model::Access::ReadWrite : model::Access::ReadOnly;
     if (list.path.starts_with(prefix))
-      found.push_back({list.path, model::Type::String, access, "", list.meaning});
+      found.push_back({list.path, model::Type::String, access, "", list.described});
   }
   std::ranges::sort(found, {}, &Listed::path);
   return found;

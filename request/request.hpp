@@ -55,7 +55,8 @@ struct RowChange {
   int instance = 0;
   std::optional<Fault> fault;
 };
-RowChange add_row(const std::string &object);      // "OBJECT."
+// "OBJECT.". With a value no row stays behind when it is refused; without one the row holds a placeholder.
+RowChange add_row(const std::string &object, const std::optional<std::string> &value = {});
 RowChange delete_row(const std::string &instance); // "OBJECT.N."
 
 struct Name {

@@ -1,6 +1,7 @@
 // Adding and deleting rows of lists.
 #include "request/failed_writes.hpp"
 #include "request/paths.hpp"
+#include "request/reasons.hpp"
 #include "request/request.hpp"
 
 namespace kova::request {
@@ -29,18 +30,30 @@ Fault no_row(const std::string &instance) {
 template <typename Change>
 std::optional<Fault> changed(const model::RowList &list, const std::string &path, Change change) {
   const FailedWrites failed_writes;
-  if (change() != 0)
+  forget_reasons();
+  if (change() != 0) {
+    const std::string why = reason({path, ""});
     return Fault{path, FaultCode::InvalidArguments,
-                 "the device refuses it now: " + std::string(list.meaning)};
+                 "the device refuses it now: " + (why.empty() ? std::string(list.meaning) : why)};
+  }
   if (failed_writes.any()) return Fault{path, FaultCode::InternalError, "the device could not store it"};
   return std::nullopt;
+}
+
+std::optional<Fault> set_new_row(const model::RowList &list, int index, const std::string &value) {
+  const Assignment assignment{list.instance(index) + std::string(list.member()), value};
+  const Setting setting = set_values(std::span(&assignment, 1));
+  if (setting.accepted) return std::nullopt;
+  list.remove.call(index);
+  return setting.faults.empty() ? Fault{assignment.path, FaultCode::InvalidValue, ""}
+                                : setting.faults.front();
 }
 
 constexpr const char *fixed_rows = "its rows cannot be changed";
 
 } // namespace
 
-RowChange add_row(const std::string &object) {
+RowChange add_row(const std::string &object, const std::optional<std::string> &value) {
   const model::RowList *list = model::find_list(object);
   if (!list) return {object, 0, no_list(object)};
   const std::vector<std::string> rows = list->rows();
@@ -51,6 +64,7 @@ RowChange add_row(const std::string &object) {
     change.fault = {object, FaultCode::ResourcesExceeded, "there is no room for a further row"};
   else
     change.fault = changed(*list, object, [&] { return list->add.call(); });
+  if (!change.fault && value) change.fault = set_new_row(*list, change.instance, *value);
   return change;
 }
 

@@ -7,6 +7,7 @@
 #include "device/diag/transfer.hpp"
 #include "device/diagnostics.hpp"
 #include "device/log.hpp"
+#include "device/process.hpp"
 
 #include <nlohmann/json.hpp>
 #include <sys/stat.h>
@@ -123,12 +124,10 @@ int run_tool(const CommandLine &line) {
   }
 }
 
-// Each ended by a NUL; the first is the program's name.
+// The first is the program's name.
 std::vector<std::string> words_of_input() {
-  std::vector<std::string> words;
-  for (std::string word; std::getline(std::cin, word, '\0');)
-    words.push_back(word);
-  words.erase(words.begin(), words.begin() + (words.empty() ? 0 : 1));
+  auto words = device::words_of({std::istreambuf_iterator<char>(std::cin), {}});
+  if (!words.empty()) words.erase(words.begin());
   return words;
 }
 

@@ -15,6 +15,7 @@
 
 #include <cstdio>
 #include <string>
+#include <string_view>
 
 namespace {
 
@@ -88,5 +89,10 @@ void serve() {
 } // namespace
 
 int main(int argc, char **argv) {
-  return device::run_in_background(device::service_daemon, argc, argv, serve);
+  const bool foreground = argc == 2 && std::string_view(argv[1]) == "--foreground";
+  if (argc > 1 && !foreground) {
+    std::fputs("usage: kova-serviced [--foreground]\n", stderr);
+    return 2;
+  }
+  return device::run_in_background(device::service_daemon, foreground, serve);
 }

@@ -46,7 +46,7 @@ bool is_tool_of(std::string_view kind, std::string_view name) {
          without_instance(name) == kind;
 }
 
-std::vector<std::string> words_of(std::string_view line) {
+std::vector<std::string> words_in(std::string_view line) {
   std::vector<std::string> words;
   while (true) {
     line.remove_prefix(std::min(line.find_first_not_of(blanks), line.size()));
@@ -74,9 +74,7 @@ uint32_t refused(const Request &request, const std::string &why) {
 int start_test(pid_t &pid, const std::string &program, const std::vector<std::string> &words,
                uint32_t asking_pid) {
   Pipe input;
-  std::string lines;
-  for (const std::string &word : words)
-    lines.append(word).push_back('\0');
+  const std::string lines = text_of_words(words);
   if (write(input.writing.get(), lines.data(), lines.size()) != static_cast<ssize_t>(lines.size()))
     return errno;
   return start_program(pid, {.path = program,
@@ -104,7 +102,7 @@ uint32_t RunningTests::handle(const Request &request) {
 
 uint32_t RunningTests::launch(std::string_view kind, const Request &request) {
   constexpr std::string_view directory = "/bin/";
-  Launch launch{words_of(request.payload), request.pid};
+  Launch launch{words_in(request.payload), request.pid};
   if (request.payload.find('\0') != std::string::npos) return refused(request, "a command line with a NUL");
   if (launch.words.empty()) return refused(request, "no command line");
   const std::string &program = launch.words[0];

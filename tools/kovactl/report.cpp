@@ -1,7 +1,9 @@
 #include "kovactl/report.hpp"
 
-#include "kovactl/device_log.hpp"
-#include "request/library_output.hpp"
+#include "kovactl/addressing.hpp"
+#include "kovactl/agent.hpp"
+#include "kovactl/log.hpp"
+#include "request/allowed.hpp"
 
 #include <algorithm>
 #include <sstream>
@@ -23,12 +25,32 @@ Json as_json(const Fault &fault) {
   return json;
 }
 
+// What it may be set to; of a list the form of its rows.
+std::string allowed(const Listed &listed) {
+  if (const model::Parameter *parameter = model::find(listed.path)) return allowed_values(*parameter).text;
+  for (const model::RowList &list : model::lists())
+    if (listed.path.starts_with(list.object())) return std::string(list.form);
+  return "";
+}
+
+template <typename Shape>
+void add_name(Json &json, const char *what, const model::Accessor<Shape> &accessor) {
+  if (accessor) json[what] = accessor.name;
+}
+
 Json as_json(const Listed &listed) {
-  return {{"path", listed.path},
-          {"type", model::name(listed.type)},
-          {"access", model::name(listed.access)},
-          {"unit", listed.unit},
-          {"meaning", listed.meaning}};
+  Json json{{"path", listed.path},
+            {"type", model::name(listed.type)},
+            {"access", model::name(listed.access)},
+            {"unit", listed.unit},
+            {"meaning", listed.meaning}};
+  if (std::string text = allowed(listed); !text.empty()) json["allowed"] = std::move(text);
+  if (const model::Parameter *parameter = model::find(listed.path)) {
+    add_name(json, "getter", parameter->get);
+    add_name(json, "setter", parameter->set);
+    add_name(json, "checker", parameter->check);
+  }
+  return json;
 }
 
 template <typename Range>
@@ -97,17 +119,8 @@ Json refusal_as_json(const Setting &setting) {
           {"notStored", as_array(setting.not_stored)}};
 }
 
-Reading read_back(std::span<const Assignment> assignments) {
-  std::vector<std::string> paths;
-  for (const Assignment &assignment : assignments)
-    paths.push_back(assignment.path);
-  const LibraryOutputAside aside;
-  return get_values(paths);
-}
-
 Reading results_of(const DiagnosticsTest &test) {
-  const LibraryOutputAside aside;
-  return get_values(std::span(&test.object, 1));
+  return in_turn([&] { return get_values(std::span(&test.object, 1)); }, device::Turn::Kind::reading);
 }
 
 Json as_json(const Reading &reading) {
@@ -126,7 +139,7 @@ Json as_json(const DiagnosticsTest &test) {
 }
 
 Json as_json(const Setting &setting, const Aftermath &aftermath) {
-  Json json = setting.accepted ? as_json(read_back(setting.stored)) : refusal_as_json(setting);
+  Json json = setting.accepted ? as_json(aftermath.now) : refusal_as_json(setting);
   for (const DiagnosticsTest &test : aftermath.tests)
     json["tests"].push_back(as_json(test));
   if (aftermath.log) json["log"] = *aftermath.log;
@@ -138,23 +151,10 @@ void append(Reading &reading, const Reading &more) {
   reading.faults.insert(reading.faults.end(), more.faults.begin(), more.faults.end());
 }
 
-// A test's object holds what the request set in it, too.
-Reading outcome(const Setting &setting, std::span<const DiagnosticsTest> tests) {
-  std::vector<Assignment> others = setting.stored;
-  Reading reading;
-  for (const DiagnosticsTest &test : tests)
-    std::erase_if(others, [&](const Assignment &stored) { return stored.path.starts_with(test.object); });
-  append(reading, read_back(others));
-  for (const DiagnosticsTest &test : tests)
-    append(reading, results_of(test));
-  return reading;
-}
-
 void show(const Output &output, const Setting &setting, const Aftermath &aftermath) {
   if (setting.accepted) {
-    const Reading reading = outcome(setting, aftermath.tests);
-    output.print(as_table(reading.values));
-    output.complain(as_table(reading.faults));
+    output.print(as_table(aftermath.now.values));
+    output.complain(as_table(aftermath.now.faults));
   } else
     explain_refusal(output, setting);
   if (aftermath.log) output.print(ctl::as_table(*aftermath.log));
@@ -164,9 +164,41 @@ void show(const Output &output, const Setting &setting, const Aftermath &afterma
 
 } // namespace
 
-ExitStatus report(const Output &output, const Reading &reading) {
+Reading read(std::span<const std::string> words) {
+  const auto read_all = [&] {
+    Addressed found = addressed(words, Kind::anything);
+    Reading reading = get_values(found.paths);
+    reading.faults.insert(reading.faults.begin(), found.faults.begin(), found.faults.end());
+    return reading;
+  };
+  return in_turn(read_all, device::Turn::Kind::reading);
+}
+
+Reading read_back(std::span<const Assignment> assignments) {
+  std::vector<std::string> paths;
+  for (const Assignment &assignment : assignments)
+    paths.push_back(assignment.path);
+  return get_values(paths);
+}
+
+// A test's object holds what the request set in it, too.
+Reading outcome(const Setting &setting, std::span<const DiagnosticsTest> tests) {
+  std::vector<Assignment> others = setting.stored;
+  for (const DiagnosticsTest &test : tests)
+    std::erase_if(others, [&](const Assignment &stored) { return stored.path.starts_with(test.object); });
+  Reading reading = in_turn([&] { return read_back(others); }, device::Turn::Kind::reading);
+  for (const DiagnosticsTest &test : tests)
+    append(reading, results_of(test));
+  return reading;
+}
+
+ExitStatus report(const Output &output, const Reading &reading, bool values_only) {
   if (!output.json()) {
-    output.print(as_table(reading.values));
+    if (values_only)
+      for (const Value &value : reading.values)
+        output.print(Table{{{value.text}}});
+    else
+      output.print(as_table(reading.values));
     return complain(output, reading.faults);
   }
   output.print(as_json(reading));
@@ -188,6 +220,15 @@ ExitStatus report(const Output &output, const Setting &setting, const Aftermath 
   return setting.accepted && found ? Success : Failure;
 }
 
+ExitStatus report_trial(const Output &output, const Setting &setting) {
+  if (!setting.accepted) return report(output, setting, {});
+  if (output.json())
+    output.print(Json{{"accepted", true}});
+  else
+    output.print(Table{{{"the request would be accepted; nothing was stored"}}});
+  return Success;
+}
+
 ExitStatus report(const Output &output, const RowChange &change,
                   const std::optional<std::vector<Json>> &log) {
   if (output.json()) {
@@ -205,13 +246,14 @@ ExitStatus report(const Output &output, const RowChange &change,
 
 void report(const Output &output, std::span<const Listed> catalogue) {
   if (output.json()) return output.print(as_array(catalogue));
-  Table table;
+  Table table{heading({"PATH", "TYPE", "ACCESS", "UNIT", "MEANING", "ALLOWED"})};
   for (const Listed &listed : catalogue)
     table.push_back({{std::string(listed.path), Style::Bold},
                      {std::string(model::name(listed.type))},
                      {std::string(model::name(listed.access))},
                      {std::string(listed.unit)},
-                     {std::string(listed.meaning)}});
+                     {std::string(listed.meaning)},
+                     {allowed(listed)}});
   output.print_wide(table);
 }
 
