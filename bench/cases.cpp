@@ -265,13 +265,14 @@ void prepare() {
   for (int filler = 0; filler < 1000; ++filler)
     entries.push_back({config, "setting_" + std::to_string(filler), "a value of plausible length"});
   kova::host::nvram_store(entries);
-  std::string tree = "<tarn><cm_config><apnprofile>";
+  std::vector<kova::host::TreeLeaf> leaves;
   for (int profile = 1; profile <= 8; ++profile) {
-    const std::string name = "apn" + std::to_string(profile);
-    tree += "<" + name + "><enable>" + (profile == 1 ? "1" : "0") + "</enable><apply_to>" +
-            (profile == 1 ? "0" : "3") + "</apply_to><bridge_vid>10</bridge_vid></" + name + ">";
+    const std::string node = "/tarn/cm_config/apnprofile/apn" + std::to_string(profile) + "/";
+    leaves.emplace_back(node + "enable", profile == 1 ? "1" : "0");
+    leaves.emplace_back(node + "apply_to", profile == 1 ? "0" : "3");
+    leaves.emplace_back(node + "bridge_vid", "10");
   }
-  kova::host::tree_replace(tree + "</apnprofile></cm_config></tarn>");
+  kova::host::tree_store(leaves);
 }
 
 } // namespace bench

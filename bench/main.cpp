@@ -1,13 +1,13 @@
 // Measures calls of the library against the platform calls they stand for, in one run, and prints the ratios.
 //   kova_bench [--benchmark_...]      exit status 1 when an aim is missed
 #include "cases.hpp"
+#include "scratch.hpp"
 
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <filesystem>
 #include <map>
 #include <string>
 #include <vector>
@@ -43,29 +43,17 @@ void add(const std::string &name, void (*call)()) {
       ->ReportAggregatesOnly(false);
 }
 
-// On a memory file system where there is one: the ratio then is of the work, not of the disk.
-std::filesystem::path scratch_directory() {
-  const bool shared_memory = std::filesystem::is_directory("/dev/shm");
-  std::string path =
-      ((shared_memory ? "/dev/shm" : std::filesystem::temp_directory_path()) / "kova-bench-XXXXXX").string();
-  if (mkdtemp(path.data()) == nullptr) throw std::runtime_error("cannot create " + path);
-  return path;
-}
-
 } // namespace
 
 int main(int argc, char **argv) {
   benchmark::Initialize(&argc, argv);
-  const std::filesystem::path scratch = scratch_directory();
-  setenv("KOVA_DEVICE", scratch.c_str(), 1);
-  bench::prepare();
+  const bench::ScratchStores stores;
   for (const bench::Case &each : bench::cases()) {
     add(std::string(each.name) + ": library", each.library);
     add(std::string(each.name) + ": direct", each.direct);
   }
   Collector collector;
   benchmark::RunSpecifiedBenchmarks(&collector);
-  std::filesystem::remove_all(scratch);
 
   bool reached = true;
   std::printf("\n%-16s %12s %12s %8s %8s\n", "", "library ns", "direct ns", "ratio", "aim");

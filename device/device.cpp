@@ -15,12 +15,10 @@
 #include "src/frame/channel.hpp"
 
 #include <nlohmann/json.hpp>
-#include <pugixml.hpp>
 #include <unistd.h>
 
 #include <algorithm>
 #include <ctime>
-#include <map>
 #include <ranges>
 #include <set>
 #include <span>
@@ -89,7 +87,7 @@ void forget_settings() {
     sections.insert(entry.section);
   for (const int section : sections)
     host::nvram_clear_section(section);
-  host::tree_replace("<tarn/>");
+  host::tree_clear();
 }
 
 void store_missing_settings() {
@@ -99,30 +97,11 @@ void store_missing_settings() {
   host::nvram_store(missing);
 }
 
-std::string xml_of(const std::map<std::string, std::string> &leaves) {
-  pugi::xml_document document;
-  for (const auto &[path, text] : leaves) {
-    pugi::xml_node node = document;
-    std::istringstream names(path.substr(1));
-    for (std::string name; std::getline(names, name, '/');) {
-      const pugi::xml_node known = node.child(name.c_str());
-      node = known ? known : node.append_child(name.c_str());
-    }
-    node.text().set(text.c_str());
-  }
-  std::ostringstream xml;
-  document.save(xml);
-  return xml.str();
-}
-
 void store_missing_leaves() {
-  std::map<std::string, std::string> leaves;
-  for (auto &[path, text] : host::tree_leaves())
-    leaves[path] = text;
-  bool complete = true;
-  for (auto &[path, text] : factory_tree())
-    complete &= !leaves.try_emplace(path, text).second;
-  if (!complete) host::tree_replace(xml_of(leaves));
+  std::vector<host::TreeLeaf> missing;
+  for (auto &leaf : factory_tree())
+    if (!host::tree_find(leaf.first)) missing.push_back(std::move(leaf));
+  host::tree_store(missing);
 }
 
 // Adds what is missing and overwrites nothing: the stores may have been in use before the device was.

@@ -1,8 +1,11 @@
 #include "model/model.hpp"
 
 #include "model/rows.hpp"
+#include "model/tables.hpp"
 
 #include <algorithm>
+#include <deque>
+#include <string>
 #include <vector>
 
 namespace kova::model {
@@ -10,23 +13,42 @@ namespace {
 
 constexpr auto path_of = [](const Parameter *parameter) { return parameter->path; };
 
-std::vector<const Parameter *> gather() {
-  std::vector<const Parameter *> all;
-  for (std::span<const Parameter> family :
-       {frame_rows(), lan_rows(), wifi_rows(), wan_rows(), wan_connection_rows(), management_rows(),
-        device_info_rows(), time_rows(), radio_rows(), diagnostics_rows(), security_rows(), voice_rows(),
-        sas_rows(), accounts_rows()})
-    for (const Parameter &row : family)
-      all.push_back(&row);
-  std::ranges::sort(all, {}, path_of);
+Access access_of(const Row &row) {
+  if (row.reported) return Access::ReportedOnly;
+  return row.settable && !row.agent_set ? Access::ReadWrite : Access::ReadOnly;
+}
+
+std::vector<Parameter> gather() {
+  std::vector<Parameter> all;
+  for (std::span<const Row> table : tables()) {
+    std::string_view object;
+    for (const Row &row : table) {
+      if (row.name.empty())
+        object = row.object;
+      else if (!row.row_get)
+        all.push_back({joined({object, row.name}), row.type, access_of(row), row.get, row.set, row.check,
+                       row.unit, row.meaning, row.allowed});
+    }
+  }
+  for (std::span<const Parameter> family : {time_rows(), radio_rows(), sas_rows()})
+    all.insert(all.end(), family.begin(), family.end());
+  std::ranges::sort(all, {}, &Parameter::path);
   return all;
+}
+
+std::vector<const Parameter *> pointers_to(const std::vector<Parameter> &all) {
+  std::vector<const Parameter *> pointers;
+  for (const Parameter &parameter : all)
+    pointers.push_back(&parameter);
+  return pointers;
 }
 
 } // namespace
 
 std::span<const Parameter *const> parameters() {
-  static const std::vector<const Parameter *> all = gather();
-  return all;
+  static const std::vector<Parameter> all = gather();
+  static const std::vector<const Parameter *> pointers = pointers_to(all);
+  return pointers;
 }
 
 const Parameter *find(std::string_view path) {

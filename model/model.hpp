@@ -1,6 +1,9 @@
 // The data model: one table that binds parameter paths to the library's accessors.
 #pragma once
 
+#include "platform/rules.h"
+#include "src/frame/conditions.hpp"
+
 #include <kova/security.h>
 
 #include <optional>
@@ -29,6 +32,21 @@ struct Accessor {
   explicit operator bool() const { return call != nullptr; }
 };
 
+// What a value may be, as the library judges it: by a rule of the platform's checker, by a condition, or by both.
+struct Allowed {
+  std::optional<kova_rule> rule;
+  std::string_view words;   // the values that are taken, joined by blanks; "" for any
+  long least = 0, most = 0; // of a number; equal: no bounds
+  bool empty_too = true;    // as far as the condition goes
+
+  constexpr Allowed() = default;
+  constexpr Allowed(kova_rule rule_) : rule(rule_) {}
+  constexpr Allowed(const Condition &condition)
+      : words(condition.words == nullptr ? "" : condition.words), least(condition.least),
+        most(condition.most), empty_too(condition.takes_empty) {}
+  constexpr Allowed(const Condition &condition, kova_rule rule_) : Allowed(condition) { rule = rule_; }
+};
+
 struct Parameter {
   std::string_view path; // full, instances as numbers: "InternetGatewayDevice.LANDevice.1...."
   Type type;
@@ -39,6 +57,7 @@ struct Parameter {
   Accessor<kova_checker> check;
   std::string_view unit; // "" for none
   std::string_view meaning;
+  Allowed allowed; // of a writable one
 
   bool writable() const { return access == Access::ReadWrite; }
 };
@@ -63,7 +82,9 @@ struct RowList {
   const char *(*reason)(int code); // of what the setter answers; nullptr when it has none
   bool empty_is_end;               // otherwise the getter fails beyond the last row
   size_t longest_text;             // of all rows, with a separator between two; 0 when there is no bound
+  std::string_view form;           // the fields of a row, joined by commas; "" for a single text
   std::string_view meaning;
+  std::string_view described; // the meaning, with the form of a row
 
   bool writable() const { return static_cast<bool>(set); }
   std::string_view object() const; // up to the number

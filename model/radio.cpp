@@ -12,8 +12,6 @@ namespace {
 #define TRAFFIC   LTE "Traffic."
 #define RATE      LTE "Rate."
 #define SELECTION LTE "CellSelection."
-#define SERVER    "InternetGatewayDevice.ManagementServer."
-#define WEB       "InternetGatewayDevice.UserInterface."
 
 constexpr Parameter rows[] = {
     // Link.
@@ -105,18 +103,6 @@ constexpr Parameter rows[] = {
     CHECKED   (SELECTION "FrequencyPreferred", String,
                kovaGetTR069FreqPreferred, kovaSetTR069FreqPreferred, kovaChkTR069FreqPreferred,
                "", "Channels to prefer: band,EARFCN,EARFCN... joined by a semicolon"),
-
-    // Access to the device.
-    READ_WRITE(SERVER "X_KOVA_CloudKey", String, kovaGetTR069CloudkeyValue, kovaSetTR069CloudkeyValue,
-               "", "Key of the device at the operator's cloud"),
-    READ_WRITE(SERVER "X_KOVA_NickName", String, kovaGetTR069NickNameValue, kovaSetTR069NickNameValue,
-               "", "Name of the device at the operator's cloud"),
-    READ_WRITE(WEB "X_KOVA_HTTPSEnable", Boolean, kovaGetTR069HttpsEnable, kovaSetTR069HttpsEnable,
-               "", "Whether the web pages are served over HTTPS; setting it restarts them, which takes seconds"),
-    READ_WRITE(WEB "X_KOVA_HTTPSWANEnable", Boolean, kovaGetTR069HttpsWanEnable, kovaSetTR069HttpsWanEnable,
-               "", "Whether the web pages are reached from the WAN"),
-    READ_WRITE(WEB "X_KOVA_HTTPSPort", UnsignedInt, kovaGetTR069HttpsPort, kovaSetTR069HttpsPort,
-               "", "Port of the web pages over HTTPS; setting it restarts them, which takes seconds"),
 };
 // clang-format on
 

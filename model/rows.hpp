@@ -47,7 +47,7 @@ consteval kova_setter *bound() {
 // clang-format off
 #define KOVA_ACCESSOR(function) {#function, ::kova::model::bound<&(function)>()}
 #define KOVA_ROW(path, type, access, get, set, check, unit, meaning) \
-  {path, Type::type, Access::access, get, set, check, unit, meaning}
+  {path, Type::type, Access::access, get, set, check, unit, meaning, {}}
 
 #define READ_ONLY(path, type, get, unit, meaning) \
   KOVA_ROW(path, type, ReadOnly, KOVA_ACCESSOR(get), {}, {}, unit, meaning)
@@ -68,19 +68,8 @@ consteval kova_setter *bound() {
 namespace kova::model {
 
 // One table per family; model.cpp joins them.
-std::span<const Parameter> frame_rows();
-std::span<const Parameter> lan_rows();
-std::span<const Parameter> wifi_rows();
-std::span<const Parameter> wan_rows();
-std::span<const Parameter> wan_connection_rows();
-std::span<const Parameter> management_rows();
-std::span<const Parameter> device_info_rows();
 std::span<const Parameter> time_rows();
 std::span<const Parameter> radio_rows();
-std::span<const Parameter> diagnostics_rows();
-std::span<const Parameter> security_rows();
-std::span<const Parameter> voice_rows();
 std::span<const Parameter> sas_rows();
-std::span<const Parameter> accounts_rows();
 
 } // namespace kova::model

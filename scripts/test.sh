@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Installs what is needed, then checks the format, builds the dev and the release presets and runs the tests of both, runs
-# the unit tests as a 32-bit big-endian program, compiles the library for 32-bit big-endian ARM, and runs clang-tidy.
-#   scripts/test.sh [--quick]     --quick: without the last three
+# the unit tests as a 32-bit big-endian program, runs the fuzz targets for a moment, looks at what the library's calls cost,
+# compiles the library for 32-bit big-endian ARM, and runs clang-tidy.
+#   scripts/test.sh [--quick]     --quick: format, dev and release alone
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -21,6 +22,17 @@ for preset in "${presets[@]}"; do
   ctest --preset "$preset" -j "$(nproc)"
 done
 ! $quick || exit 0
+
+cmake --preset fuzz >/dev/null
+cmake --build --preset fuzz
+for target in accessors records request_text; do
+  (cd build/fuzz && "bin/fuzz_$target" -runs=20000 -seed=1 -len_control=0 -max_len=2000 >"$target.log" 2>&1) ||
+    { cat "build/fuzz/$target.log"; exit 1; }
+done
+
+cmake --preset bench >/dev/null
+cmake --build --preset bench --target kova_bench kova_count
+bench/ratio.sh build/bench/bin/kova_count
 
 cmake --preset armeb >/dev/null
 cmake --build --preset armeb

@@ -52,6 +52,10 @@ kova_setter kovaSetTR069X_Loglevel; /* any text */
 kova_getter kovaGetTR069SSLCert, kovaGetTR069SSLCaCert; /* paths */
 kova_getter kovaGetTR069SSLEnable;
 
+/* The device at the operator's cloud. */
+kova_getter kovaGetTR069CloudkeyValue, kovaGetTR069NickNameValue;
+kova_setter kovaSetTR069CloudkeyValue, kovaSetTR069NickNameValue;
+
 /* Mode 1 keeps the server settings of both instances in a file, mode 2 puts them back and removes the
  * file; any other mode does nothing. 0 (also when there is no file to restore), or -1 when the file cannot
  * be opened. */
@@ -60,6 +64,13 @@ int backup_restore_settings(int mode);
 /* Traffic of the WiFi interface; byte counts carry a unit ("12 KB"). */
 kova_getter kovaGetWLANConfigurationTotalBytesSent, kovaGetWLANConfigurationTotalBytesReceived,
     kovaGetWLANConfigurationTotalPacketsSent, kovaGetWLANConfigurationTotalPacketsReceived;
+
+/* ---- The web pages --------------------------------------------------------------------------------------- */
+
+/* Switches: "false" in any case and "0" are off, any other text is on. Setting the first or the port restarts
+ * the web service, which takes 3 seconds. */
+kova_getter kovaGetTR069HttpsEnable, kovaGetTR069HttpsWanEnable, kovaGetTR069HttpsPort;
+kova_setter kovaSetTR069HttpsEnable, kovaSetTR069HttpsWanEnable, kovaSetTR069HttpsPort;
 
 /* ---- Device information -------------------------------------------------------------------------------- */
 

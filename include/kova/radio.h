@@ -69,15 +69,6 @@ kova_getter kovaGetTR069WANDLCurRateValue, kovaGetTR069WANULCurRateValue, kovaGe
 kova_getter kovaGetTR069WANUplinkRateValue, kovaGetTR069WANDownlinkRateValue; /* "0" when not connected */
 kova_getter kovaGetTR069WANDLBler;
 
-/* ---- Device access settings ---------------------------------------------------------------------------- */
-
-kova_getter kovaGetTR069CloudkeyValue, kovaGetTR069NickNameValue;
-kova_setter kovaSetTR069CloudkeyValue, kovaSetTR069NickNameValue;
-/* Switches: "false" in any case and "0" are off, any other text is on. Setting the first or the port restarts
- * the web service, which takes 3 seconds. */
-kova_getter kovaGetTR069HttpsEnable, kovaGetTR069HttpsWanEnable, kovaGetTR069HttpsPort;
-kova_setter kovaSetTR069HttpsEnable, kovaSetTR069HttpsWanEnable, kovaSetTR069HttpsPort;
-
 /* ---- Cell selection ------------------------------------------------------------------------------------ */
 
 /* The bands that the modem supports in the configured duplex mode, as "|1|3|": as many as fit. 0, -1, or len

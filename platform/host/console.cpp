@@ -1,8 +1,11 @@
-// The console of a development host is standard error.
+// The console of a development host is standard error. What it is told is kept too, for whoever asks.
+#include "platform/host/console_admin.hpp"
+#include "platform/host/latest.hpp"
 #include "platform/nvram.h"
 
 #include <unistd.h>
 
+#include <atomic>
 #include <cstdarg>
 #include <cstdio>
 #include <string>
@@ -19,7 +22,22 @@ std::string formatted(const char *format, va_list arguments) {
   return text;
 }
 
+// Never destroyed: others' exit handlers may still log.
+kova::host::Latest<std::string> &lines() {
+  static auto &latest = *new kova::host::Latest<std::string>;
+  return latest;
+}
+std::atomic<bool> quiet = false;
+
 } // namespace
+
+std::vector<std::string> kova::host::take_console_lines() {
+  return lines().take();
+}
+
+void kova::host::console_quiet(bool on) {
+  quiet = on;
+}
 
 void tarn_log_console(const char *format, ...) {
   if (format == nullptr) return;
@@ -27,7 +45,10 @@ void tarn_log_console(const char *format, ...) {
   va_start(arguments, format);
   std::string line = formatted(format, arguments);
   va_end(arguments);
-  if (!line.ends_with('\n')) line += '\n';
+  if (line.ends_with('\n')) line.pop_back();
+  lines().add(line);
+  if (quiet) return;
+  line += '\n';
   // One write, so that lines of several processes do not mix. Nobody can be told when it fails.
   [[maybe_unused]] const auto written = write(STDERR_FILENO, line.data(), line.size());
 }

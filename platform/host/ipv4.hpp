@@ -47,10 +47,14 @@ constexpr bool is_private(std::uint32_t address) {
          in_network(address, 192U << 24 | 168U << 16, 16);
 }
 
+constexpr bool is_loopback(std::uint32_t address) {
+  return address >> 24 == 127;
+}
+
 // Not "this network", loopback, multicast or reserved.
 constexpr bool is_unicast(std::uint32_t address) {
   const std::uint32_t first = address >> 24;
-  return first != 0 && first != 127 && first < 224;
+  return first != 0 && !is_loopback(address) && first < 224;
 }
 
 // Ones, then zeros, and at least one of each.

@@ -2,15 +2,16 @@
 #include "platform/nvram.h"
 
 #include "platform/host/nvram_admin.hpp"
-#include "platform/host/nvram_store.hpp"
+#include "platform/host/store.hpp"
 
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <string_view>
 
-using kova::host::NvramStore;
+using kova::host::Store;
 using kova::host::StoredKey;
+using kova::host::Transaction;
 
 namespace {
 
@@ -20,13 +21,12 @@ constexpr int found = 1, missing = 0, failure = -1;
 template <class Use>
 int look_up(int section, const char *key, Use use) {
   if (key == nullptr) return failure;
-  StoredKey stored(section, key);
+  const StoredKey stored = StoredKey::setting(section, key);
   if (!stored.storable()) return missing;
-  const int result = NvramStore::of_process().reading([&](MDB_txn *snapshot, MDB_dbi database) {
-    MDB_val name = stored.view();
-    MDB_val value;
-    const int answer = mdb_get(snapshot, database, &name, &value);
-    if (answer == 0) use(std::string_view(static_cast<const char *>(value.mv_data), value.mv_size));
+  const int result = Store::of_process().reading([&](const Transaction &snapshot) {
+    std::string_view value;
+    const int answer = snapshot.get(stored, value);
+    if (answer == 0) use(value);
     return answer;
   });
   if (result == 0) return found;
@@ -39,15 +39,12 @@ int look_up(int section, const char *key, Use use) {
 unsigned failed_writes = 0;
 
 const char *store_value(int section, const char *key, const char *value) {
-  StoredKey stored(section, key);
+  const StoredKey stored = StoredKey::setting(section, key);
   if (*key == '\0') return "the key is empty";
   if (!stored.storable()) return "the key is too long";
   if (value == nullptr) return "no value";
-  const int failed = NvramStore::of_process().writing([&](MDB_txn *change, MDB_dbi database) {
-    MDB_val name = stored.view();
-    MDB_val content{std::strlen(value), const_cast<char *>(value)};
-    return mdb_put(change, database, &name, &content, 0);
-  });
+  const int failed =
+      Store::of_process().writing([&](const Transaction &change) { return change.put(stored, value); });
   return failed == 0 ? nullptr : kova::host::reason_text(failed);
 }
 

@@ -1,5 +1,5 @@
-// What the tools of a development host need of the key/value store beyond the platform's calls: listing, removing, and
-// filling many keys at once. Failures throw std::runtime_error with a text for a person.
+// What the tools of a development host need of the key/value store beyond the platform's calls: listing,
+// removing, and filling many keys at once. Failures throw std::runtime_error with a text for a person.
 #pragma once
 
 #include "platform/host/nvram_sections.hpp"
@@ -26,7 +26,8 @@ void nvram_store(std::span<const NvramEntry> entries);
 // False when there was no such key.
 bool nvram_remove(int section, const std::string &key);
 void nvram_clear_section(int section);
-// How many values this process could not store. Accessors do not tell: a device without room loses what they set.
+// How many values this process could not store. Accessors do not tell: a device without room loses what they
+// set.
 unsigned nvram_failed_writes();
 
 } // namespace kova::host

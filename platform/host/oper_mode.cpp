@@ -1,4 +1,5 @@
 // The operation-mode record: how the router connects its LAN, and through which tunnel.
+#include "platform/host/complaints.hpp"
 #include "platform/host/nvram_sections.hpp"
 #include "platform/nvram.h"
 #include "platform/webs.h"
@@ -29,15 +30,16 @@ struct VpnKeys {
   std::string_view name;
   bool is_prefix;
   bool (*matters_for)(int vpn_type);
+  std::string_view where;
 };
 
 constexpr VpnKeys vpn_keys[] = {
-    {"vpn_type", false, [](int) { return true; }},
-    {"vpn_nat_enable", false, [](int) { return true; }},
-    {"l3vpn_default_if", false, [](int) { return true; }},
-    {"bcp_enable", false, [](int type) { return type == l2tp; }},
-    {"l2tp_", true, [](int type) { return type == l2tp; }},
-    {"gre_", true, [](int type) { return type == gre; }},
+    {"vpn_type", false, [](int) { return true; }, "VPN mode"},
+    {"vpn_nat_enable", false, [](int) { return true; }, "VPN mode"},
+    {"l3vpn_default_if", false, [](int) { return true; }, "VPN mode"},
+    {"bcp_enable", false, [](int type) { return type == l2tp; }, "VPN mode over L2TP"},
+    {"l2tp_", true, [](int type) { return type == l2tp; }, "VPN mode over L2TP"},
+    {"gre_", true, [](int type) { return type == gre; }, "VPN mode over GRE"},
 };
 
 } // namespace
@@ -58,7 +60,8 @@ int OperMode_checkKeyWritableFromNvram(const char *key) {
   for (const VpnKeys &keys : vpn_keys) {
     if (keys.is_prefix ? !name.starts_with(keys.name) : name != keys.name) continue;
     OperMode mode = {};
-    return load(mode) && mode.oper_mode == vpn_mode && keys.matters_for(mode.vpn_type) ? 1 : 0;
+    if (load(mode) && mode.oper_mode == vpn_mode && keys.matters_for(mode.vpn_type)) return 1;
+    return kova::host::complained(0, {"\"", name, "\" can be set in the ", keys.where, " only"});
   }
   return 1;
 }

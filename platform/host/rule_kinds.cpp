@@ -1,171 +1,199 @@
 #include "platform/host/rule_kinds.hpp"
 
-#include "platform/host/ipv4.hpp"
 #include "platform/host/whole_number.hpp"
 
-#include <arpa/inet.h>
-
 #include <algorithm>
-#include <string>
+#include <vector>
 
 namespace kova::host {
 
 namespace {
 
 constexpr int refused = -1; // by a rule that tells no faults apart
-constexpr std::size_t longest_stored = 255;
 
-bool digit(char c) {
-  return c >= '0' && c <= '9';
-}
-
-bool letter(char c) {
-  const int lower = c | 0x20;
-  return lower >= 'a' && lower <= 'z';
-}
-
-bool hex_digit(char c) {
-  const int lower = c | 0x20;
-  return digit(c) || (lower >= 'a' && lower <= 'f');
-}
-
-int quad_code(std::string_view value, QuadFault fault) {
-  if (value.empty()) return empty_value;
-  if (fault == QuadFault::number) return bad_number;
-  return fault == QuadFault::format ? bad_format : accepted;
-}
-
-bool is_name_label(std::string_view label) {
-  constexpr std::size_t longest = 63;
-  return !label.empty() && label.size() <= longest && label.front() != '-' && label.back() != '-' &&
-         std::ranges::all_of(label, [](char c) { return letter(c) || digit(c) || c == '-'; });
-}
-
-bool is_host_name(std::string_view name) {
-  constexpr std::size_t longest = 253;
-  if (name.size() > longest) return false;
-  while (true) {
-    const std::size_t dot = name.find('.');
-    if (!is_name_label(name.substr(0, dot))) return false;
-    if (dot == std::string_view::npos) return true;
-    name.remove_prefix(dot + 1);
+// Calls use(word, meaning) for each word until it answers true; whether it did.
+template <class Use>
+bool any_word(Words words, Use use) {
+  while (!words.empty()) {
+    const std::string_view entry = words.substr(0, words.find('|'));
+    const std::string_view word = entry.substr(0, entry.find(' '));
+    if (use(word, entry.substr(std::min(word.size() + 1, entry.size())))) return true;
+    words.remove_prefix(std::min(entry.size() + 1, words.size()));
   }
+  return false;
 }
 
-// Takes the beginning off the text when it is the wanted one, letters of either case.
-bool take_scheme(std::string_view &text, std::string_view scheme) {
-  const bool begins = text.size() >= scheme.size() &&
-                      std::ranges::equal(text.substr(0, scheme.size()), scheme, [](char one, char other) {
-                        return (letter(one) ? one | 0x20 : one) == other;
-                      });
-  if (begins) text.remove_prefix(scheme.size());
-  return begins;
+std::vector<std::pair<std::string, std::string>> listed(Words words) {
+  std::vector<std::pair<std::string, std::string>> list;
+  any_word(words, [&list](std::string_view word, std::string_view meaning) {
+    list.emplace_back(word, meaning);
+    return false;
+  });
+  return list;
 }
 
-bool is_ipv6(std::string_view text) {
-  in6_addr address;
-  return inet_pton(AF_INET6, std::string(text).c_str(), &address) == 1;
+// A number says nothing by itself, any other word does.
+std::string word_text(const std::pair<std::string, std::string> &word) {
+  const bool explains_itself = word.second.empty() || !is_digit(word.first.front());
+  return explains_itself ? word.first : word.first + " (" + word.second + ")";
 }
 
-// "server", "server:port"; an IPv6 address stands in brackets.
-bool is_web_server(std::string_view authority) {
-  bool known = false;
-  if (authority.starts_with('[')) {
-    const std::size_t end = std::min(authority.find(']'), authority.size() - 1);
-    known = authority[end] == ']' && is_ipv6(authority.substr(1, end - 1));
-    authority.remove_prefix(end + 1);
-  } else {
-    const std::size_t end = std::min(authority.find(':'), authority.size());
-    known = ServerAddressOrName{}.judge(authority.substr(0, end)) == accepted;
-    authority.remove_prefix(end);
+RuleDescription number_description(std::int64_t min, std::int64_t max, std::string_view unit) {
+  const std::string of_unit = unit.empty() ? "" : " of " + std::string(unit);
+  RuleDescription description =
+      described("a number" + of_unit + " from " + std::to_string(min) + " to " + std::to_string(max));
+  description.range = {min, max};
+  description.unit = unit;
+  return description;
+}
+
+int judge_range(std::string_view value, std::int64_t min, std::int64_t max, int outside) {
+  const auto number = whole_number<std::int64_t>(value);
+  return number && *number >= min && *number <= max ? accepted : outside;
+}
+
+// "[ -~]" of XML Schema: the characters of the class as ranges.
+std::string class_pattern(const CharacterClass &of) {
+  const auto escaped = [](char c) { return std::string(is_one_of("\\[]^-", c) ? "\\" : "") + c; };
+  std::string pattern = "[";
+  for (char first = ' '; first <= '~'; ++first) {
+    if (!of.holds(first)) continue;
+    char last = first;
+    while (last < '~' && of.holds(static_cast<char>(last + 1)))
+      ++last;
+    pattern += escaped(first);
+    if (last > first) pattern += (last > first + 1 ? "-" : "") + escaped(last);
+    first = last;
   }
-  if (!known || authority.empty()) return known;
-  return authority.front() == ':' && Number{1, 65535}.judge(authority.substr(1)) == accepted;
+  return pattern + "]";
 }
 
-// The text against a form in which "A" stands for a capital letter, "9" for a digit, all else for itself.
+std::string counted(const CharacterClass &of, std::size_t min, std::size_t max) {
+  return class_pattern(of) + "{" + std::to_string(min) + "," + std::to_string(max) + "}";
+}
+
+// The forms of a time zone, in which "A" stands for a capital letter, "9" for a digit, all else for itself.
+constexpr std::string_view zone_codes[] = {"AAA_099", "AAA_-99", "A_99:99", "A_-9:99"};
+
 bool has_form(std::string_view text, std::string_view form) {
   return std::ranges::equal(text, form, [](char c, char of_form) {
     if (of_form == 'A') return c >= 'A' && c <= 'Z';
-    return of_form == '9' ? digit(c) : c == of_form;
+    return of_form == '9' ? is_digit(c) : c == of_form;
   });
 }
 
 } // namespace
 
-bool printable(char c) {
-  return c >= ' ' && c <= '~';
-}
-
-bool host_name_character(char c) {
-  return letter(c) || digit(c) || c == '.' || c == '_' || c == '-';
+RuleDescription described(std::string text, std::string pattern) {
+  RuleDescription description;
+  description.text = std::move(text);
+  description.pattern = std::move(pattern);
+  return description;
 }
 
 int Number::judge(std::string_view value) const {
   if (value.empty()) return empty;
-  if (!std::ranges::all_of(value, digit)) return outside;
-  const auto number = whole_number<std::int64_t>(value);
-  return number && *number >= min && *number <= max ? accepted : outside;
+  if (!std::ranges::all_of(value, is_digit)) return outside;
+  return judge_range(value, min, max, outside);
+}
+
+RuleDescription Number::describe() const {
+  RuleDescription description = number_description(min, max, unit);
+  description.words = listed(special);
+  std::string meanings;
+  for (const auto &[word, meaning] : description.words)
+    meanings += (meanings.empty() ? " (" : ", ") + word + ": " + meaning;
+  if (!meanings.empty()) description.text += meanings + ")";
+  if (empty == accepted) description.text += ", or nothing";
+  return description;
+}
+
+int SignedNumber::judge(std::string_view value) const {
+  return value.empty() ? empty_value : judge_range(value, min, max, bad_value);
+}
+
+RuleDescription SignedNumber::describe() const {
+  return number_description(min, max, unit);
 }
 
 int OneOf::judge(std::string_view value) const {
-  for (std::string_view rest = words; !rest.empty();) {
-    const std::string_view word = rest.substr(0, rest.find(' '));
-    if (word == value) return accepted;
-    rest.remove_prefix(std::min(word.size() + 1, rest.size()));
-  }
+  if (any_word(words, [value](std::string_view word, std::string_view) { return word == value; }))
+    return accepted;
   return value.empty() ? empty_value : other;
+}
+
+RuleDescription OneOf::describe() const {
+  RuleDescription description;
+  description.words = listed(words);
+  if (description.words.size() == 2) {
+    description.text = word_text(description.words.front()) + " or " + word_text(description.words.back());
+    return description;
+  }
+  for (const auto &word : description.words)
+    description.text += (description.text.empty() ? "one of " : ", ") + word_text(word);
+  return description;
 }
 
 int Text::judge(std::string_view value) const {
   const bool fits = value.size() >= min && value.size() <= max;
-  if (fits && std::ranges::all_of(value, allowed)) return accepted;
+  if (fits && std::ranges::all_of(value, of.holds)) return accepted;
   return value.empty() ? empty_value : other;
 }
 
+RuleDescription Text::describe() const {
+  const std::string lengths = min == 0 ? "at most " : std::to_string(min) + " to ";
+  RuleDescription description =
+      described(lengths + std::to_string(max) + " " + std::string(of.name), counted(of, min, max));
+  description.length = {min, max};
+  return description;
+}
+
+namespace {
+constexpr std::size_t longest_credential = 32;
+}
+
+int SnmpCredential::judge(std::string_view value) const {
+  if (value.size() < shortest || value.size() > longest_credential) return refused;
+  return Text{0, longest_credential, visible_in_list, bad_value}.judge(value);
+}
+
+RuleDescription SnmpCredential::describe() const {
+  return Text{shortest, longest_credential, visible_in_list}.describe();
+}
+
+namespace {
+constexpr Text pass_phrase{8, 63, printable}, network_key{64, 64, hex_digit};
+}
+
 int WpaPassPhrase::judge(std::string_view value) const {
-  constexpr std::size_t key_digits = 64;
-  if (value.size() == key_digits) return std::ranges::all_of(value, hex_digit) ? accepted : refused;
-  return Text{8, 63, printable}.judge(value);
+  return value.size() == network_key.max ? network_key.judge(value) : pass_phrase.judge(value);
 }
 
-int Ipv4Address::judge(std::string_view value) const {
-  const Quad quad = parse_quad(value);
-  if (const int code = quad_code(value, quad.fault); code != accepted) return code;
-  if (of == Of::server) return is_unicast(quad.address) ? accepted : bad_host;
-  if (!is_private(quad.address)) return bad_network;
-  const std::uint32_t last = quad.address & 255U;
-  return last == 0 || last == 255 ? bad_host : accepted;
-}
-
-int Ipv4Netmask::judge(std::string_view value) const {
-  const Quad quad = parse_quad(value);
-  if (const int code = quad_code(value, quad.fault); code != accepted) return code;
-  return is_netmask(quad.address) ? accepted : bad_network;
-}
-
-int ServerAddressOrName::judge(std::string_view value) const {
-  if (may_be_empty && value.empty()) return accepted;
-  const bool has_letter = std::ranges::any_of(value, letter);
-  if (!has_letter) return Ipv4Address{Ipv4Address::Of::server}.judge(value);
-  return is_host_name(value) ? accepted : bad_format;
-}
-
-int WebUrl::judge(std::string_view value) const {
-  if (value.empty()) return empty_value;
-  const auto visible = [](char c) { return printable(c) && c != ' '; };
-  if (value.size() > longest_stored || !std::ranges::all_of(value, visible)) return bad_value;
-  if (!take_scheme(value, "http://") && !take_scheme(value, "https://")) return bad_value;
-  return is_web_server(value.substr(0, value.find_first_of("/?#"))) ? accepted : bad_value;
+RuleDescription WpaPassPhrase::describe() const {
+  const RuleDescription phrase = pass_phrase.describe(), key = network_key.describe();
+  RuleDescription description =
+      described(phrase.text + ", or 64 hexadecimal digits", phrase.pattern + "|" + key.pattern);
+  description.length = {pass_phrase.min, network_key.max};
+  return description;
 }
 
 int TimeZone::judge(std::string_view value) const {
   if (value.empty()) return empty_value;
-  for (const std::string_view form : {"AAA_099", "AAA_-99", "A_99:99", "A_-9:99"})
+  for (const std::string_view form : zone_codes)
     if (has_form(value, form)) return accepted;
   const bool is_offset = has_form(value, "+99:99") || has_form(value, "-99:99");
   const bool is_of_earth = is_offset && value.substr(1, 2) <= "14" && value.substr(4) <= "59";
   return is_of_earth ? accepted : bad_value;
+}
+
+RuleDescription TimeZone::describe() const {
+  std::string pattern = "[+\\-](0[0-9]|1[0-4]):[0-5][0-9]";
+  for (const std::string_view form : zone_codes) {
+    pattern += '|';
+    for (const char c : form)
+      pattern += c == 'A' ? "[A-Z]" : c == '9' ? "[0-9]" : std::string(1, c);
+  }
+  return described("a time zone as MEZ_001, PST_-08, A_04:30 or +13:30", std::move(pattern));
 }
 
 } // namespace kova::host

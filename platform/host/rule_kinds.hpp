@@ -1,8 +1,13 @@
-// What a rule can judge. Each kind answers 0 for a value that it accepts, else a negative code.
+// What a rule can judge. Each kind answers 0 for a value that it accepts, else a negative code, and describes
+// itself.
 #pragma once
+
+#include "platform/host/characters.hpp"
+#include "platform/host/rule_admin.hpp"
 
 #include <cstddef>
 #include <cstdint>
+#include <string>
 #include <string_view>
 
 namespace kova::host {
@@ -18,61 +23,93 @@ enum Code : int {
   bad_host = -5,    // an address that no host of the wanted kind can have
 };
 
-// Decimal digits only.
+// Of a rule that takes what a few words say best.
+RuleDescription described(std::string text, std::string pattern = "");
+
+// A list of words in a row: "0 off|1 on" are two, each with its meaning; a word has no blank, a meaning may
+// be missing.
+using Words = std::string_view;
+
+// Decimal digits only. The special words are numbers that mean more than their size.
 struct Number {
   std::int64_t min, max;
   int empty = -1, outside = -1;
+  std::string_view unit = {};
+  Words special = {};
   int judge(std::string_view value) const;
+  RuleDescription describe() const;
 };
 
-// One of some words, which stand here separated by blanks.
+// A whole number of either sign.
+struct SignedNumber {
+  std::int64_t min, max;
+  std::string_view unit = {};
+  int judge(std::string_view value) const;
+  RuleDescription describe() const;
+};
+
 struct OneOf {
-  std::string_view words;
+  Words words;
   int other = -1;
   int judge(std::string_view value) const;
+  RuleDescription describe() const;
 };
-
-using CharacterClass = bool (*)(char);
-bool printable(char c); // of ASCII, the blank too
-bool host_name_character(char c);
 
 struct Text {
   std::size_t min, max;
-  CharacterClass allowed;
+  CharacterClass of;
   int other = -1;
   int judge(std::string_view value) const;
+  RuleDescription describe() const;
+};
+
+// Of at most 32 characters: a wrong length is told from wrong characters.
+struct SnmpCredential {
+  std::size_t shortest;
+  int judge(std::string_view value) const;
+  RuleDescription describe() const;
 };
 
 // 8 to 63 printable characters, or the 64 hexadecimal digits of the key itself.
 struct WpaPassPhrase {
   int judge(std::string_view value) const;
-};
-
-struct Ipv4Address {
-  enum class Of { lan_host, server };
-  Of of;
-  int judge(std::string_view value) const;
-};
-
-struct Ipv4Netmask {
-  int judge(std::string_view value) const;
-};
-
-// An address of a server, or a name: labels of letters, digits and inner hyphens.
-struct ServerAddressOrName {
-  bool may_be_empty = false;
-  int judge(std::string_view value) const;
-};
-
-// Of http or https, with a server's address or name and no user in front of it: who looks for the server's name would
-// take the user for it.
-struct WebUrl {
-  int judge(std::string_view value) const;
+  RuleDescription describe() const;
 };
 
 // A code as the web pages write it ("MEZ_001", "PST_-08", "A_04:30", "N_-3:30"), or an offset ("+13:30").
 struct TimeZone {
   int judge(std::string_view value) const;
+  RuleDescription describe() const;
+};
+
+// Tells a value that is too long from one that is otherwise wrong. The kind decides about the empty value.
+template <class Kind>
+struct Sized {
+  std::size_t longest;
+  Kind kind;
+  int too_long = -2, invalid = -3;
+  int judge(std::string_view value) const {
+    if (value.size() > longest) return too_long;
+    const int code = kind.judge(value);
+    return code == accepted || value.empty() ? code : invalid;
+  }
+  RuleDescription describe() const {
+    RuleDescription description = kind.describe();
+    if (!description.length && !description.range)
+      description.text += ", of at most " + std::to_string(longest) + " characters";
+    return description;
+  }
+};
+
+template <class Kind>
+struct Optional {
+  Kind kind;
+  int judge(std::string_view value) const { return value.empty() ? accepted : kind.judge(value); }
+  RuleDescription describe() const {
+    RuleDescription description = kind.describe();
+    description.text += ", or nothing";
+    return description;
+  }
 };
 
 } // namespace kova::host

@@ -1,9 +1,9 @@
-// The calls of the configuration tree. A process works on a copy of its own, which it reads when it opens the tree; what
-// it writes is merged into the file when it closes the tree. So a tree that somebody left open stands in nobody's way.
+// The calls of the configuration tree. What a process writes is its own until it closes the tree, and a
+// reading is over when the call returns. So a tree that somebody left open stands in nobody's way.
 #include "platform/ucfg.h"
 
+#include "platform/host/device_dir.hpp"
 #include "platform/host/tree_admin.hpp"
-#include "platform/host/tree_file.hpp"
 #include "platform/nvram.h"
 
 #include <unistd.h>
@@ -13,7 +13,9 @@
 #include <exception>
 #include <filesystem>
 #include <optional>
+#include <stdexcept>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace {
@@ -23,15 +25,10 @@ using namespace kova::host;
 constexpr int done = 0, failure = -1;
 constexpr int only_handle = 0;
 
-struct Written {
-  std::string path, text;
-};
-
 struct OpenTree {
   pid_t process = getpid();
-  std::filesystem::path file = tree_file();
-  pugi::xml_document tree;
-  std::vector<Written> written; // not in the file yet, in the order of the first writing
+  std::filesystem::path device; // that the written leaves are meant for
+  std::vector<TreeLeaf> written;
 };
 
 std::optional<OpenTree> opened;
@@ -60,43 +57,27 @@ int counted(int result) {
   return result;
 }
 
-void remember(std::vector<Written> &written, const std::string &path, const char *text) {
-  const auto earlier = std::ranges::find(written, path, &Written::path);
-  if (earlier != written.end())
-    earlier->text = text;
-  else
-    written.push_back({path, text});
+std::string full_path(std::string_view path) {
+  return path.starts_with('/') ? std::string(path) : '/' + std::string(path);
 }
 
-// Answers a failure when the tree has meanwhile changed so that a leaf has no place in it; the others are put.
-int put_written(pugi::xml_document &tree, const std::vector<Written> &written) {
-  int result = done;
-  for (const Written &leaf : written)
-    if (attempt("keep a change", [&] { return put_leaf(tree, leaf.path, leaf.text), done; }) != done)
-      result = failure;
-  return result;
+const TreeLeaf *find_written(const OpenTree &tree, std::string_view path) {
+  if (tree.written.empty()) return nullptr;
+  const auto leaf = std::ranges::find(tree.written, full_path(path), &TreeLeaf::first);
+  return leaf == tree.written.end() ? nullptr : &*leaf;
 }
 
-int save(const OpenTree &changed) {
-  const TreeLock lock(changed.file);
-  pugi::xml_document tree;
-  load_tree(tree, changed.file);
-  const int result = put_written(tree, changed.written);
-  save_tree(tree, changed.file);
-  return result;
+void require_device(const OpenTree &tree) {
+  if (tree.device != device_dir()) throw std::runtime_error("another device was chosen meanwhile");
 }
 
 } // namespace
 
 int init_ucfg_ex(void) {
   return attempt("open the tree", [] {
-    OpenTree fresh;
-    load_tree(fresh.tree, fresh.file);
-    if (OpenTree *earlier = open_tree(); earlier != nullptr && earlier->file == fresh.file) {
-      fresh.written = std::move(earlier->written);
-      put_written(fresh.tree, fresh.written);
-    }
-    opened = std::move(fresh);
+    const OpenTree *earlier = open_tree();
+    const bool goes_on = earlier != nullptr && (earlier->written.empty() || earlier->device == device_dir());
+    if (!goes_on) opened.emplace();
     return done;
   });
 }
@@ -106,11 +87,11 @@ int read_ucfg_xml(int handle, const char *path, char *dst) {
   const OpenTree *current = open_tree();
   if (current == nullptr || handle != only_handle || path == nullptr || dst == nullptr) return failure;
   return attempt("read a leaf", [&] {
-    const pugi::xml_node leaf = find_node(current->tree, path);
-    if (leaf.empty() || has_children(leaf)) return failure;
-    const std::string text = leaf_text(leaf);
-    const std::size_t length = std::min(text.size(), size - 1);
-    std::memcpy(dst, text.data(), length);
+    const TreeLeaf *written = find_written(*current, path);
+    const std::optional<std::string> text = written != nullptr ? written->second : tree_find(path);
+    if (!text) return failure;
+    const std::size_t length = std::min(text->size(), size - 1);
+    std::memcpy(dst, text->data(), length);
     dst[length] = '\0';
     return done;
   });
@@ -120,8 +101,13 @@ int write_ucfg_xml(int handle, const char *path, const char *value) {
   OpenTree *current = open_tree();
   if (current == nullptr || handle != only_handle || path == nullptr || value == nullptr) return failure;
   return counted(attempt("write a leaf", [&] {
-    put_leaf(current->tree, path, value);
-    remember(current->written, std::string(without_leading_slash(path)), value);
+    if (current->written.empty()) current->device = device_dir();
+    require_device(*current);
+    std::vector<TreeLeaf> written = current->written;
+    std::erase_if(written, [&](const TreeLeaf &leaf) { return leaf.first == full_path(path); });
+    written.emplace_back(full_path(path), value);
+    tree_try(written);
+    current->written = std::move(written);
     return done;
   }));
 }
@@ -130,7 +116,11 @@ int deinit_ucfg_ex(int keep) {
   const OpenTree *current = open_tree();
   int result = done;
   if (current != nullptr && keep != 0 && !current->written.empty())
-    result = counted(attempt("keep what was written", [current] { return save(*current); }));
+    result = counted(attempt("keep what was written", [current] {
+      require_device(*current);
+      tree_store(current->written);
+      return done;
+    }));
   opened.reset();
   return result;
 }

@@ -1,12 +1,15 @@
 // Address and radio rules that the device's web pages share with the data model.
 #include "platform/webs.h"
 
+#include "platform/host/complaints.hpp"
 #include "platform/host/ipv4.hpp"
 #include "platform/host/lan.hpp"
 #include "platform/host/whole_number.hpp"
 
+#include <string>
 #include <string_view>
 
+using kova::host::complained;
 using kova::host::parse_quad;
 using kova::host::QuadFault;
 
@@ -53,19 +56,23 @@ int webscheckSameSubnet(const char *ip, const char *mask, const char *other) {
              two = parse_quad(text_of(other));
   const bool judgeable =
       one.fault == QuadFault::none && under.fault == QuadFault::none && two.fault == QuadFault::none;
-  return judgeable && ((one.address ^ two.address) & under.address) == 0 ? 1 : 0;
+  if (judgeable && ((one.address ^ two.address) & under.address) == 0) return 1;
+  return complained(
+      0, {text_of(ip), " and ", text_of(other), " are not in one network of mask ", text_of(mask)});
 }
 
 int webscheckIpStartEnd(const char *start, const char *end) {
   const auto first = parse_quad(text_of(start)), last = parse_quad(text_of(end));
   const bool judgeable = first.fault == QuadFault::none && last.fault == QuadFault::none;
-  return judgeable && first.address <= last.address ? 1 : 0;
+  if (judgeable && first.address <= last.address) return 1;
+  return complained(0, {text_of(start), " to ", text_of(end), " is no range of IPv4 addresses"});
 }
 
 int CheckRFModeAndBW(const char *mode, const char *bandwidth) {
   const RadioMode *radio = find_radio_mode(mode);
   const bool wide = text_of(bandwidth) == "1"; // 40 MHz came with 802.11n
-  return wide && radio != nullptr && !radio->n ? incompatible : compatible;
+  if (!wide || radio == nullptr || radio->n) return compatible;
+  return complained(incompatible, {radio->name, " does not go with a bandwidth of 40 MHz"});
 }
 
 int CheckRFModeAndRate(const char *mode, const char *rate) {
@@ -73,21 +80,23 @@ int CheckRFModeAndRate(const char *mode, const char *rate) {
   const RadioMode *radio = find_radio_mode(mode);
   const int index = kova::host::whole_number<int>(text_of(rate)).value_or(-1);
   if (index == automatic) return compatible;
-  if (radio == nullptr || index < automatic || index > last) return incompatible;
-  const bool spoken = index <= last_of_b ? radio->b : radio->g || radio->n;
-  return spoken ? compatible : incompatible;
+  const bool known = radio != nullptr && index > automatic && index <= last;
+  if (known && (index <= last_of_b ? radio->b : radio->g || radio->n)) return compatible;
+  return complained(incompatible, {text_of(mode), " does not go with rate ", text_of(rate)});
 }
 
 int webscheckScanMode(const char *code, const char *duplex) {
   constexpr int valid = 0, bad_mode = -1, bad_duplex = -2;
   const std::string_view mode = text_of(code), type = text_of(duplex);
-  if (mode.size() != 1 || mode < "1" || mode > "4") return bad_mode;
-  return type == "FDD" || type == "TDD" ? valid : bad_duplex;
+  if (mode.size() != 1 || mode < "1" || mode > "4")
+    return complained(bad_mode, {"\"", mode, "\" is no scan mode: 1 to 4 are"});
+  if (type == "FDD" || type == "TDD") return valid;
+  return complained(bad_duplex, {"the duplex mode \"", type, "\" is neither FDD nor TDD"});
 }
 
 int checkDMZParam(const char *ip) {
   const auto host = parse_quad(text_of(ip));
   const bool fits =
       host.fault == QuadFault::none && kova::host::is_private(host.address) && is_lan_client(host.address);
-  return fits ? 0 : -1;
+  return fits ? 0 : complained(-1, {"\"", text_of(ip), "\" is not the address of another host of the LAN"});
 }

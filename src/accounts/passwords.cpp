@@ -1,12 +1,8 @@
-// The web accounts' passwords and their policy.
+// The policy of the web accounts' passwords.
 #include "platform/nvram.h"
-#include "platform/webs.h"
-#include "src/frame/settings.hpp"
-#include "src/frame/trace.hpp"
 
 #include <kova/accounts.h>
 
-#include <cstdio>
 #include <cstring>
 
 namespace kova::accounts {
@@ -50,19 +46,6 @@ int find_first(const char *helper, const char *text, bool (*is_wanted)(char), co
     tarn_log_console(message, helper, *text); // NOLINT(clang-diagnostic-format-nonliteral)
     return 1;
   }
-  return 0;
-}
-
-int store_hash(const char *password, const char *hash_key, const char *salt_key, const char *whose) {
-  const OwnedText salt(update_rand_char());
-  if (salt.writable() == nullptr) return -1;
-  char hash[64] = {};
-  constexpr int hash_size = 32;
-  gen_weblogin_passwd(password, salt, static_cast<int>(std::strlen(salt)), hash, hash_size);
-  if (*hash == '\0') return -1; // an empty hash would lock the account
-  store(Section::config, hash_key, hash);
-  store(Section::config, salt_key, salt);
-  dbg_trace("[TR069] Set %s password successfully\n", whose);
   return 0;
 }
 
@@ -145,25 +128,4 @@ int mod_check_password(const char *password) {
     return refuse("[%s] require at least one symbol");
   if (passwdCheckInvalidCharacter(password) != 0) return refuse("[%s] Found invalid character\n");
   return 0;
-}
-
-KOVA_CONSTANT_GETTER(kovaGetAdminPassword, "")
-int kovaSetAdminPassword(const char *value) {
-  if (value == nullptr || checkXSSattack(value) < 0) {
-    dbg_trace("[TR069][Error] admin password is refused.\n");
-    return -1;
-  }
-  return store_hash(value, "WebsPassword", "PswdSalt", "admin");
-}
-
-KOVA_CONSTANT_GETTER(kovaGetUserPassword, " ")
-int kovaSetUserPassword(const char *value) {
-  if (value == nullptr) return -1;
-  char password[64];
-  std::snprintf(password, sizeof password, "%.63s", value);
-  if (mod_check_password(password) != 0) {
-    tarn_log_console("[%s] failed to verify soundess of password\n", __func__);
-    return -1;
-  }
-  return store_hash(password, "WebsPassword2", "PswdSalt2", "user");
 }

@@ -14,13 +14,13 @@ namespace {
 
 // The mode counts by its first digit ("21" is mode 2); above highest, and without a digit, it is 0.
 int operation_mode(char highest) {
-  const OwnedText mode = kova::load_whole(Section::config, "oper_mode");
+  const OwnedText mode = kova::load_whole("oper_mode");
   return mode[0] >= '0' && mode[0] <= highest ? mode[0] - '0' : 0;
 }
 
 bool load_number(const char *key, int &number) {
   Text text;
-  return kova::load(Section::runtime, key, text) && std::sscanf(text, "%d", &number) == 1;
+  return kova::load(kova::runtime(key), text) && std::sscanf(text, "%d", &number) == 1;
 }
 
 bool data_pdn_is_up() {
@@ -31,7 +31,7 @@ bool data_pdn_is_up() {
 
 // Unlike the data state, the management state need only be published: any state counts as up.
 bool management_pdn_is_up() {
-  const OwnedText pdn = kova::load_whole(Section::config, "lte_mgmt_pdn");
+  const OwnedText pdn = kova::load_whole("lte_mgmt_pdn");
   char name[128] = {};
   int state = 0;
   return std::sscanf(pdn, "%*[^,],%127[^,],%*s", name) == 1 && load_number("lte_mgmt_state", state);
@@ -40,13 +40,13 @@ bool management_pdn_is_up() {
 // The interface name is kept in a process-wide buffer of the kernel's name size.
 const char *current_interface(const char *key) {
   static char name[16];
-  kova::load(Section::runtime, key, name);
+  kova::load(kova::runtime(key), name);
   return name;
 }
 
 const char *management_traffic_interface() {
   char type[64];
-  if (!kova::load(Section::config, "TR_IF_TYPE", type)) return "";
+  if (!kova::load("TR_IF_TYPE", type)) return "";
   if (kova::equal(type, "data_pdn") && data_pdn_is_up()) return current_interface("curr_data_if");
   if (kova::equal(type, "mgmt_pdn") && management_pdn_is_up()) return current_interface("curr_mgmt_if");
   return "";
@@ -68,10 +68,10 @@ int kovaGetTR069If(char *buf, unsigned int buflen) {
 }
 
 int checkDHCPRelayIsNotSupport(void) {
-  const OwnedText mode = kova::load_whole(Section::config, "oper_mode");
-  const OwnedText vpn_type = kova::load_whole(Section::config, "vpn_type");
-  const OwnedText bcp_enable = kova::load_whole(Section::config, "bcp_enable");
-  const OwnedText gre_type = kova::load_whole(Section::config, "gre_type");
+  const OwnedText mode = kova::load_whole("oper_mode");
+  const OwnedText vpn_type = kova::load_whole("vpn_type");
+  const OwnedText bcp_enable = kova::load_whole("bcp_enable");
+  const OwnedText gre_type = kova::load_whole("gre_type");
   if (kova::equal(mode, "1")) return 0;
   if (!kova::equal(mode, "2")) return 1;
   const bool layer_2_l2tp = kova::equal(vpn_type, "0") && kova::equal(bcp_enable, "1");
@@ -80,7 +80,7 @@ int checkDHCPRelayIsNotSupport(void) {
 }
 
 int getWanIfName(void) {
-  const OwnedText interface = kova::load_whole(Section::runtime, "curr_data_if");
+  const OwnedText interface = kova::load_whole(kova::runtime("curr_data_if"));
   if (std::strstr(interface, "eth0.1") != nullptr) return 1;
   if (std::strstr(interface, "eth0.2") != nullptr) return 2;
   return 0;

@@ -18,11 +18,3 @@ void setBindInterface(const char *ifname) {
 }
 
 void dbg_trace(const char *, ...) {}
-
-namespace kova {
-
-const char *InstanceKey::current() const {
-  return gSecondaryInstance != 0 ? secondary : primary;
-}
-
-} // namespace kova

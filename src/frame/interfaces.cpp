@@ -1,4 +1,6 @@
 // Network interfaces: addresses, routes, link speed.
+#include "src/frame/interfaces.hpp"
+
 #include "src/frame/interface_query.hpp"
 #include "src/frame/text.hpp"
 
@@ -32,7 +34,18 @@ int get_interface_ip(const char *ifname, char *out, int outlen) {
   return 0;
 }
 
+namespace kova {
+
+int answer_interface_address(const char *ifname, char *buf, unsigned int buflen) {
+  char address[INET_ADDRSTRLEN] = {};
+  get_interface_ip(ifname, address, sizeof address);
+  return answer_terminated(address, buf, buflen);
+}
+
+} // namespace kova
+
 int get_default_route_if(char *out, int outlen) {
+  if (out == nullptr || outlen < 1) return 0;
   trim_string_newline(shell_cmd("route | awk '/default/{print $8}'", out, outlen));
   return 0;
 }

@@ -7,43 +7,61 @@
 
 namespace kova {
 
-bool load_field(Section section, const char *key, char *field, int size) {
+const char *OwnKey::current() const {
+  constexpr std::size_t mark = sizeof "S_" - 1;
+  return gSecondaryInstance != 0 ? secondary_ : secondary_ + mark;
+}
+
+bool load_field(Key key, char *field, int size) {
   constexpr int exists = 1;
   std::memset(field, 0, static_cast<std::size_t>(size));
-  if (nvram_bufget_string(static_cast<int>(section), key, field, size) == exists) return true;
+  if (nvram_bufget_string(static_cast<int>(key.section), key.text, field, size) == exists) return true;
   std::memset(field, 0, static_cast<std::size_t>(size));
   KOVA_TRACE_ERROR("No value.\n");
   return false;
 }
 
-bool load(Section section, const char *key, Text &into) {
-  return load_field(section, key, into.chars, Text::size);
+bool load(Key key, Text &into) {
+  return load_field(key, into.chars, Text::size);
 }
 
-OwnedText load_whole(Section section, const char *key) {
-  return OwnedText(nvram_bufget(static_cast<int>(section), key));
+Text load(Key key) {
+  Text text{Text::unset};
+  load(key, text);
+  return text;
+}
+
+OwnedText load_whole(Key key) {
+  return OwnedText(nvram_bufget(static_cast<int>(key.section), key.text));
+}
+
+int load_number(Key key) {
+  return leading_number(load(key));
 }
 
 int load_switch(const char *key) {
   return tarn_check_nvram_value(static_cast<int>(Section::config), key);
 }
 
-void store(Section section, const char *key, const char *value) {
-  nvram_bufset(static_cast<int>(section), key, value);
+int store(Key key, const char *value) {
+  return nvram_bufset(static_cast<int>(key.section), key.text, value);
 }
 
-int get_setting(Section section, const char *key, char *buf, unsigned int buflen) {
-  Text text;
-  load(section, key, text);
-  return answer(text, buf, buflen);
+int set_as_given(Key key, const char *value) {
+  store(key, text_or_empty(value));
+  return 0;
 }
 
-int get_whole_setting(Section section, const char *key, char *buf, unsigned int buflen) {
-  return answer(load_whole(section, key), buf, buflen);
+int answer_stored(Key key, char *buf, unsigned int buflen) {
+  return answer(load(key), buf, buflen);
 }
 
-bool passes(Rule rule, const char *value) {
-  return tarn_check_param(rule.group, value, rule.item) >= 0;
+int answer_whole(Key key, char *buf, unsigned int buflen) {
+  return answer(load_whole(key), buf, buflen);
+}
+
+int ask(Rule rule, const char *value) {
+  return tarn_check_param(kova_rule_group(rule), value, kova_rule_item(rule));
 }
 
 bool passes_unmarked(Rule rule, const char *value) {
@@ -56,6 +74,10 @@ const char *boolean_setting(const char *text) {
   if (strcasestr(text, "FALSE") != nullptr) return "0";
   if (*text == '1') return "1";
   return *text == '0' ? "0" : nullptr;
+}
+
+const char *setting_unless_off(const char *text) {
+  return strcasestr(text, "FALSE") != nullptr || equal(text, "0") ? "0" : "1";
 }
 
 } // namespace kova

@@ -21,9 +21,9 @@ int isFTR(void) {
   char modified[32];
   std::snprintf(modified, sizeof modified, "%ld", static_cast<long>(facts.st_mtime));
   char recorded[32];
-  kova::load(Section::config, tag_key, recorded);
+  kova::load(tag_key, recorded);
   if (kova::equal(recorded, modified)) return no;
-  kova::store(Section::config, tag_key, modified);
+  kova::store(tag_key, modified);
   return yes;
 }
 
@@ -32,10 +32,10 @@ int init_parameters(void) {
   if (first_run != 1) return first_run;
   // Earlier firmware shipped an inform interval of 3000 seconds; ACS fleets expect 300.
   char interval[15];
-  kova::load(Section::config, "TR_INFORM_INTERVAL", interval);
+  kova::load("TR_INFORM_INTERVAL", interval);
   if (kova::leading_number(interval) == 3000) { // a text that is no number is not 3000
-    kova::store(Section::config, "TR_INFORM_INTERVAL", "300");
-    kova::store(Section::config, "S_TR_INFORM_INTERVAL", "300");
+    kova::store("TR_INFORM_INTERVAL", "300");
+    kova::store("S_TR_INFORM_INTERVAL", "300");
   }
   return 0;
 }

@@ -4,6 +4,7 @@
 #include <kova/frame.h>
 
 #include <climits>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <iterator>
@@ -13,6 +14,10 @@ namespace kova {
 int leading_number(const char *text) {
   const long number = std::strtol(text, nullptr, 10);
   return static_cast<int>(number < INT_MIN ? INT_MIN : number > INT_MAX ? INT_MAX : number);
+}
+
+NumberText::NumberText(bool negative, unsigned long long magnitude) {
+  std::snprintf(chars, sizeof chars, "%s%llu", negative ? "-" : "", magnitude);
 }
 
 int answer(const char *text, char *buf, unsigned int buflen) {

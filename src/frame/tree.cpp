@@ -5,40 +5,43 @@
 
 namespace kova {
 
-bool open_tree() {
-  if (init_ucfg_ex() == 0) return true;
-  KOVA_TRACE_ERROR("failed to init_ucfg() .\n");
-  return false;
+Tree::Tree(AfterFailure after_failure) : after_failure_(after_failure), code_(init_ucfg_ex()) {
+  if (code_ != 0) KOVA_TRACE_ERROR("failed to init_ucfg() .\n");
 }
 
-bool read_tree_leaf(const char *path, Text &into) {
-  into = {};
-  if (read_ucfg_xml(0, path, into.chars) == 0) return true;
-  KOVA_TRACE_ERROR("No value.\n");
-  return false;
-}
-
-void close_tree() {
+Tree::~Tree() {
   constexpr int keep_changes = 1;
-  deinit_ucfg_ex(keep_changes);
+  if (code_ == 0 && !(failed_ && after_failure_ == stays_open)) deinit_ucfg_ex(keep_changes);
 }
 
-int get_tree_leaf(const char *path, char *buf, unsigned int buflen) {
-  Text text;
-  if (!open_tree() || !read_tree_leaf(path, text)) return -1;
-  const int result = answer(text, buf, buflen);
-  close_tree();
+int Tree::read(const char *path, Text &into) {
+  into = {};
+  const int result = read_ucfg_xml(0, path, into.chars);
+  if (result == 0) return result;
+  KOVA_TRACE_ERROR("No value.\n");
+  failed_ = true;
   return result;
 }
 
+int Tree::write(const char *path, const char *value) {
+  const int result = write_ucfg_xml(0, path, value);
+  if (result != 0) failed_ = true;
+  return result;
+}
+
+int get_tree_leaf(const char *path, char *buf, unsigned int buflen) {
+  Tree tree(Tree::stays_open);
+  Text text;
+  if (tree.code() != 0 || tree.read(path, text) != 0) return -1;
+  return answer(text, buf, buflen);
+}
+
 bool store_tree_leaf(const char *path, const char *value) {
-  if (!open_tree()) return false;
-  if (write_ucfg_xml(0, path, value) != 0) {
-    dbg_trace("[TR069]set %s Error, value(%s) error\n", path, value);
-    return false;
-  }
-  close_tree();
-  return true;
+  Tree tree(Tree::stays_open);
+  if (tree.code() != 0) return false;
+  if (tree.write(path, value) == 0) return true;
+  dbg_trace("[TR069]set %s Error, value(%s) error\n", path, value);
+  return false;
 }
 
 } // namespace kova

@@ -1,5 +1,8 @@
 // LAN address, DHCP server, pool and DNS servers as parameters of the set transaction.
+#include "platform/keys.hpp"
 #include "platform/webs.h"
+#include "src/frame/rows.hpp"
+#include "src/lan/lan_rows.hpp"
 #include "src/lan/lan_rules.hpp"
 #include "src/transaction/park.hpp"
 
@@ -9,34 +12,35 @@ namespace kova::lan {
 
 namespace {
 
-// What a checker asks of a value besides its rule.
-bool any(const char *) {
-  return true;
-}
-bool the_only_mask(const char *value) {
-  return equal(value, "255.255.255.0");
-}
-
-int check(const char *name, const char *value, bool (*allowed)(const char *), Rule rule, Place place) {
-  if (is_empty(name) || is_empty(value) || !allowed(value) || !passes(rule, value)) return -1;
-  return park(place, name, value);
-}
-
-int check_optional_server(const char *name, const char *value, Place place) {
-  if (is_empty(name) || value == nullptr) return -1;
-  if (*value != '\0' && !passes(dns_server_rule, value)) return -1;
-  return park(place, name, value);
-}
-
-// The checkers have judged: a setter only stores, and makes the DHCP server read its settings again.
-int set(const char *key, const char *value) {
-  store(Section::config, key, value);
+int store_and_restart(const char *key, const char *value) {
+  store(key, value);
   mrhd_restart_dhcp_server();
   return 0;
 }
 
-int set_required(const char *key, const char *value) {
-  return is_empty(value) ? -1 : set(key, value);
+int set(const char *key, const char *value, Rule rule) {
+  value = text_or_empty(value);
+  return passes(rule, value) ? store_and_restart(key, value) : -1;
+}
+
+int set_judged(const char *key, const char *value, bool takes_empty) {
+  return is_empty(value) && !takes_empty ? -1 : store_and_restart(key, text_or_empty(value));
+}
+
+// The rule is not asked of an empty value.
+int check(const char *name, const char *value, bool (*holds)(const char *), Rule rule, Place place) {
+  if (is_empty(name) || value == nullptr || !holds(value)) return -1;
+  return *value == '\0' || passes(rule, value) ? park(place, name, value) : -1;
+}
+
+const char *inverse(const char *option) {
+  return equal(option, "0") ? "1" : "0";
+}
+int answer_inverse(const char *key, char *buf, unsigned int buflen) {
+  return answer(inverse(load(key)), buf, buflen);
+}
+int set_inverse(const char *key, const char *value) {
+  return is_empty(value) ? -1 : store_and_restart(key, inverse(value));
 }
 
 } // namespace
@@ -46,13 +50,13 @@ bool same_address(const char *a, const char *b) {
 }
 
 void drop_rules_on_lan_addresses() {
-  store(Section::config, "DMZEnable", "0");
-  store(Section::config, "DMZAddress", "");
-  store(Section::config, "PortForwardEnable", "0");
-  store(Section::config, "PortForwardRules", "");
-  store(Section::config, "IPPortFilterEnable", "0");
-  store(Section::config, "IPPortFilterRules", "");
-  store(Section::config, "IPPortFilterWhiteRules", "");
+  store(key::dmz_enable, "0");
+  store(key::dmz_address, "");
+  store(key::port_forward_enable, "0");
+  store(key::port_forward_rules, "");
+  store(key::ip_enable, "0");
+  store(key::ip_black, "");
+  store(key::ip_white, "");
 }
 
 } // namespace kova::lan
@@ -60,52 +64,9 @@ void drop_rules_on_lan_addresses() {
 using namespace kova;
 using namespace kova::lan;
 
-#define REQUIRED(getter, setter, checker, key, place, allowed, rule)                                         \
-  KOVA_SETTING_GETTER(getter, Section::config, key)                                                          \
-  int checker(const char *name, const char *value) {                                                         \
-    return check(name, value, allowed, rule, place);                                                         \
-  }                                                                                                          \
-  int setter(const char *value) {                                                                            \
-    return set_required(key, value);                                                                         \
-  }
-#define OPTIONAL_SERVER(getter, setter, checker, key, place)                                                 \
-  KOVA_SETTING_GETTER(getter, Section::config, key)                                                          \
-  int checker(const char *name, const char *value) {                                                         \
-    return check_optional_server(name, value, place);                                                        \
-  }                                                                                                          \
-  int setter(const char *value) {                                                                            \
-    return set(key, text_or_empty(value));                                                                   \
-  }
-
-#define LAN(slot) (Place{gPVCL.lanTouched, gPVCL.slot})
-#define DNS(slot) (Place{gPVCL.dnsTouched, gPVCL.slot})
-// clang-format off
-//              getter                    setter                    checker                   key              place                  value besides rule  rule
-REQUIRED(       getTR069LANIPAddress,     setTR069LANIPAddress,     chkTR069LANIPAddress,     "lan_ip",        LAN(lanIpAddress),     any,                address_rule)
-REQUIRED(       getTR069LANSubnetMask,    setTR069LANSubnetMask,    chkTR069LANSubnetMask,    "lan_netmask",   LAN(lanSubnetMask),    the_only_mask,      netmask_rule)
-REQUIRED(       getTR069DHCPServerEnable, setTR069DHCPServerEnable, chkTR069DHCPServerEnable, "dhcpEnabled",   LAN(dhcpServerEnable), is_zero_or_one,     dhcp_mode_rule)
-REQUIRED(       getTR069DHCPPoolStartIP,  setTR069DHCPPoolStartIP,  chkTR069DHCPPoolStartIP,  "dhcpStart",     LAN(dhcpPoolStart),    any,                pool_start_rule)
-REQUIRED(       getTR069DHCPPoolEndIP,    setTR069DHCPPoolEndIP,    chkTR069DHCPPoolEndIP,    "dhcpEnd",       LAN(dhcpPoolEnd),      any,                pool_end_rule)
-REQUIRED(       getTR069Dns1,             setTR069Dns1,             chkTR069Dns1,             "primaryDNS",    DNS(dns1),             any,                dns_server_rule)
-OPTIONAL_SERVER(getTR069Dns2,             setTR069Dns2,             chkTR069Dns2,             "secondaryDNS",  DNS(dns2))
-OPTIONAL_SERVER(getTR069Dns3,             setTR069Dns3,             chkTR069Dns3,             "thirdlyDNS",    DNS(dns3))
-KOVA_SETTING_GETTER(getTR069DHCPLeaseTime, Section::config, "dhcpLeaseTime")
-// clang-format on
-
-// The data model's option is the inverse of the stored one.
-int getTR069DnsOption(char *buf, unsigned int buflen) {
-  return answer(equal(load(Section::config, "dnsOption"), "0") ? "1" : "0", buf, buflen);
-}
-int chkTR069DnsOption(const char *name, const char *value) {
-  return check(name, value, is_zero_or_one, dns_option_rule, DNS(dnsOption));
-}
-int setTR069DnsOption(const char *value) {
-  if (is_empty(value)) return -1;
-  return set("dnsOption", equal(value, "0") ? "1" : "0");
-}
-
-int setTR069DHCPLeaseTime(const char *value) {
-  value = text_or_empty(value);
-  if (!passes(lease_time_rule, value)) return -1;
-  return set("dhcpLeaseTime", value);
-}
+// The store holds the inverse of what is told and set.
+#define INVERTED(getter, setter, checker, key, group, slot, condition, rule)                                 \
+  COMPUTED(getter, answer_inverse, key)                                                                      \
+  KOVA_SET(setter, set_inverse(key, value))                                                                  \
+  KOVA_CHECK(checker, check(name, value, (condition).holds, rule, {gPVCL.group, gPVCL.slot}))
+#include "src/lan/lan.def"

@@ -1,7 +1,9 @@
-// The LAN settings as the standard data model has them: each value is judged against the stored ones, and
-// nothing is restarted before the apply parameter is set.
+// The LAN settings as the standard data model has them.
+#include "platform/keys.hpp"
 #include "platform/nvram.h"
 #include "platform/webs.h"
+#include "src/frame/rows.hpp"
+#include "src/frame/set.hpp"
 #include "src/frame/shell.hpp"
 #include "src/frame/trace.hpp"
 #include "src/lan/lan_rules.hpp"
@@ -9,7 +11,6 @@
 #include <kova/lan.h>
 
 #include <cstdio>
-#include <cstdlib>
 
 namespace kova::lan {
 
@@ -20,8 +21,8 @@ int refuse_lan(const char *message) {
   return -1;
 }
 
-int dhcp_mode() {
-  return load_switch("dhcpEnabled");
+int stored_mode() {
+  return load_switch(key::dhcp_mode);
 }
 int refuse_without_dhcp() {
   return refuse_lan("DHCP Server is Disabled");
@@ -32,7 +33,7 @@ constexpr const char *meets_own_address =
 
 // 0 when the rule passes the address, else -1 with the rule's complaint.
 int judge_address(Rule rule, const char *value) {
-  switch (const int code = tarn_check_param(rule.group, value, rule.item)) {
+  switch (const int code = ask(rule, value)) {
   case -1:
     return refuse_lan("Please enter IP address");
   case -2:
@@ -48,23 +49,41 @@ int judge_address(Rule rule, const char *value) {
   }
 }
 
-struct PoolBound {
-  const char *key, *other_key;
-  Rule rule;
-  bool is_start;
-};
-
-int set_pool_bound(PoolBound bound, const char *value) {
-  if (dhcp_mode() == 0) return refuse_without_dhcp();
+int answer_whether_relay(const char *key, char *buf, unsigned int buflen) {
+  return answer(equal(load(key), "2") ? "1" : "0", buf, buflen);
+}
+// Relay cannot be set.
+int set_mode(const char *key, const char *value, Rule rule) {
   value = text_or_empty(value);
-  const Text own = load(Section::config, "lan_ip"), mask = load(Section::config, "lan_netmask"),
-             other = load(Section::config, bound.other_key);
-  if (judge_address(bound.rule, value) != 0) return -1;
-  const char *start = bound.is_start ? value : other, *end = bound.is_start ? other : value;
+  if (!passes(rule, value) || leading_number(value) == dhcp_relay) return -1;
+  store(key, value);
+  return 0;
+}
+
+int set_lease(const char *key, const char *value, Rule rule) {
+  return stored_mode() == 0 ? refuse_without_dhcp() : set_by_rule(key, value, rule);
+}
+
+int set_mask(const char *key, const char *value, Rule rule) {
+  if (stored_mode() == 0) return refuse_without_dhcp();
+  value = text_or_empty(value);
+  const Text own = load(key::lan_address), start = load(key::dhcp_start), end = load(key::dhcp_end);
+  if (IPRangeCheck(own, value, start, end) == 0) return refuse_lan(outside_network);
+  return passes(RULE_LAN_ADDRESS, own) ? set_by_rule(key, value, rule) : -1;
+}
+
+int set_bound(const char *key, const char *value, Rule rule) {
+  if (stored_mode() == 0) return refuse_without_dhcp();
+  value = text_or_empty(value);
+  const bool is_start = rule == RULE_LAN_POOL_START;
+  const Text own = load(key::lan_address), mask = load(key::lan_netmask),
+             other = load(is_start ? key::dhcp_end : key::dhcp_start);
+  if (judge_address(rule, value) != 0) return -1;
+  const char *start = is_start ? value : other, *end = is_start ? other : value;
   if (IPRangeCheck(own, mask, start, end) == 0) return refuse_lan(outside_network);
   if (webscheckIpStartEnd(start, end) == 0) return refuse_lan("Please enter a valid IP address range.");
   if (same_address(value, own)) return refuse_lan(meets_own_address);
-  store(Section::config, bound.key, value);
+  store(key, value);
   return 0;
 }
 
@@ -84,82 +103,16 @@ void move_bound(const char *key, const Quad &address, const Quad &bound) {
   Text moved;
   std::snprintf(moved.chars, Text::size, "%.60s.%.60s.%.60s.%.60s", address.part[0], address.part[1],
                 address.part[2], bound.part[3]);
-  store(Section::config, key, moved);
+  store(key, moved);
 }
 
-} // namespace
-
-} // namespace kova::lan
-
-using namespace kova;
-using namespace kova::lan;
-
-// clang-format off
-KOVA_CONSTANT_GETTER(kovaGetTR069DHCPServerConfigurableValue, "true")
-KOVA_SETTING_GETTER( kovaGetDHCPServerEnableValue,     Section::config, "dhcpEnabled")
-KOVA_SETTING_GETTER( kovaGetManagementMinAddressValue, Section::config, "dhcpStart")
-KOVA_SETTING_GETTER( kovaGetManagementMaxAddressValue, Section::config, "dhcpEnd")
-KOVA_SETTING_GETTER( kovaGetManagementSubnetMaskValue, Section::config, "lan_netmask")
-KOVA_SETTING_GETTER( kovaGetTR069LANSubnetMask,        Section::config, "lan_netmask")
-KOVA_SETTING_GETTER( kovaDHCPLeaseTimeValue,           Section::config, "dhcpLeaseTime")
-KOVA_SETTING_GETTER( kovaGetIPInterfaceIPAddressValue, Section::config, "lan_ip")
-KOVA_SETTING_GETTER( kovaGetTR069LANIPAddress,         Section::config, "lan_ip")
-// clang-format on
-
-int kovaGetDHCPRelayValue(char *buf, unsigned int buflen) {
-  return answer(equal(load(Section::config, "dhcpEnabled"), "2") ? "1" : "0", buf, buflen);
-}
-
-int kovaGetTR069LANMacAddress(char *buf, unsigned int buflen) {
-  Text mac;
-  if (tarn_getIfMac(getLanIfName(), mac.chars, Text::size) != 0) mac = {};
-  return answer(mac, buf, buflen);
-}
-
-int kovasetDHCPServerEnableValue(const char *value) {
-  value = text_or_empty(value);
-  if (!passes(dhcp_mode_rule, value) || leading_number(value) == dhcp_relay) return -1;
-  store(Section::config, "dhcpEnabled", value);
-  return 0;
-}
-
-int kovasetManagementMinAddressValue(const char *value) {
-  return set_pool_bound({"dhcpStart", "dhcpEnd", pool_start_rule, true}, value);
-}
-
-int kovasetManagementMaxAddressValue(const char *value) {
-  return set_pool_bound({"dhcpEnd", "dhcpStart", pool_end_rule, false}, value);
-}
-
-int kovasetManagementSubnetMaskValue(const char *value) {
-  if (dhcp_mode() == 0) return refuse_without_dhcp();
-  value = text_or_empty(value);
-  const Text own = load(Section::config, "lan_ip"), start = load(Section::config, "dhcpStart"),
-             end = load(Section::config, "dhcpEnd");
-  if (IPRangeCheck(own, value, start, end) == 0) {
-    dbg_trace("[TR069][DHCP][SubnetMask] Error, %s\n", outside_network);
-    return -1;
-  }
-  if (!passes(address_rule, own) || !passes(netmask_rule, value)) return -1;
-  store(Section::config, "lan_netmask", value);
-  return 0;
-}
-
-int kovasetDHCPLeaseTime(const char *value) {
-  if (dhcp_mode() == 0) return refuse_without_dhcp();
-  value = text_or_empty(value);
-  if (!passes(lease_time_rule, value)) return -1;
-  store(Section::config, "dhcpLeaseTime", value);
-  return 0;
-}
-
-int kovasetIPInterfaceIPAddressValue(const char *value) {
-  const int mode = dhcp_mode();
-  const Text own = load(Section::config, "lan_ip"), mask = load(Section::config, "lan_netmask"),
-             start = load(Section::config, "dhcpStart"), end = load(Section::config, "dhcpEnd");
+int move_lan(const char *key, const char *value, Rule rule) {
+  const int mode = stored_mode();
+  const Text own = load(key), mask = load(key::lan_netmask), start = load(key::dhcp_start),
+             end = load(key::dhcp_end);
   if (mode == 0) return refuse_without_dhcp();
   value = text_or_empty(value);
-  if (judge_address(address_rule, value) != 0) return -1;
+  if (judge_address(rule, value) != 0) return -1;
 
   // The rules go before the pool is looked at, and stay gone when the address is then refused.
   if (webscheckSameSubnet(value, mask, own) == 0) drop_rules_on_lan_addresses();
@@ -171,29 +124,40 @@ int kovasetIPInterfaceIPAddressValue(const char *value) {
       ((has_first && address.last() == first.last()) || (has_last && address.last() == last.last())))
     return refuse_lan(meets_own_address);
 
-  store(Section::config, "lan_ip", value);
-  if (has_first) move_bound("dhcpStart", address, first);
-  if (has_last) move_bound("dhcpEnd", address, last);
+  store(key, value);
+  if (has_first) move_bound(key::dhcp_start, address, first);
+  if (has_last) move_bound(key::dhcp_end, address, last);
   return 0;
 }
 
-int kovasetDHCPApply(const char *value) {
-  if (!equal(text_or_empty(value), "1")) return -1;
+int answer_mac(const char *ifname, char *buf, unsigned int buflen) {
+  Text mac;
+  if (tarn_getIfMac(ifname, mac.chars, Text::size) != 0) mac = {};
+  return answer(mac, buf, buflen);
+}
+
+// In the VPN mode the network is stopped around the announcement.
+int announce() {
   constexpr int vpn_mode = 2;
   constexpr unsigned int pause_seconds = 3;
-  constexpr const char *announce = "test_cpeevent call 'lan settings changed'";
+  constexpr const char *announcement = "test_cpeevent call 'lan settings changed'";
   if (_getOperationMode() != vpn_mode) {
-    run(announce);
+    run(announcement);
     return 0;
   }
   run("test_cpeevent call 'ce_oper_mode stop'");
   pause_for(pause_seconds);
-  run(announce);
+  run(announcement);
   pause_for(pause_seconds);
   run("test_cpeevent call 'ce_oper_mode start'");
   return 0;
 }
 
-int kovaGetDHCPApply(char *, unsigned int) {
-  return 0;
-}
+} // namespace
+
+} // namespace kova::lan
+
+using namespace kova;
+using namespace kova::lan;
+
+#include "src/lan/management.def"

@@ -1,9 +1,10 @@
 // The stations associated with each WiFi network, from the driver's station file.
+#include "src/lan/stations.hpp"
+
+#include "platform/keys.hpp"
 #include "src/frame/settings.hpp"
 #include "src/frame/shell.hpp"
 #include "src/frame/trace.hpp"
-
-#include <kova/lan.h>
 
 #include <cstdio>
 #include <cstdlib>
@@ -29,7 +30,7 @@ void keep(char (&field)[size], const char *value) {
 
 // The radio reports " BG" for G-only stations too.
 const char *reported_mode(const char *value) {
-  const bool g_only = equal(value, " BG") && equal(load(Section::config, "0_rfmode"), "GONLY");
+  const bool g_only = equal(value, " BG") && equal(load(key::wifi_mode), "GONLY");
   return g_only ? "G" : value;
 }
 
@@ -101,27 +102,16 @@ char *read_file(const char *path) {
   return text;
 }
 
+} // namespace
+
 // The driver's file cannot be read piecewise: a copy is.
-int get_stations(const char *copy_command, const char *copy, char *buf, unsigned int buflen) {
-  run(copy_command);
-  const OwnedText text(read_file(copy));
+int answer_stations(const StationFile &file, char *buf, unsigned int buflen) {
+  run(file.copy_command);
+  const OwnedText text(read_file(file.copy));
   if (text.writable() == nullptr) return 0; // the caller's buffer is as it was
   StationList list;
   read_stations(text.writable(), list);
   return answer(list.text(), buf, buflen);
 }
 
-} // namespace
-
 } // namespace kova::wifi
-
-#define STATIONS(getter, file, copy)                                                                         \
-  int getter(char *buf, unsigned int buflen) {                                                               \
-    return kova::wifi::get_stations("cp " file " " copy, copy, buf, buflen);                                 \
-  }
-// clang-format off
-STATIONS(getTR069WifiDeviceList0, "/proc/wlan0/sta_info",     "/tmp/tr069_wlan0_sta_info")
-STATIONS(getTR069WifiDeviceList1, "/proc/wlan0-va0/sta_info", "/tmp/tr069_wlan0_va0_sta_info")
-STATIONS(getTR069WifiDeviceList2, "/proc/wlan0-va1/sta_info", "/tmp/tr069_wlan0_va1_sta_info")
-STATIONS(getTR069WifiDeviceList3, "/proc/wlan0-va2/sta_info", "/tmp/tr069_wlan0_va2_sta_info")
-// clang-format on

@@ -32,8 +32,7 @@ int back_up() {
   if (file == nullptr) return -1;
   for (const char *key : kept_settings) {
     char line[line_size];
-    const int length =
-        std::snprintf(line, sizeof line, "%s=%s\n", key, kova::load(Section::config, key).chars);
+    const int length = std::snprintf(line, sizeof line, "%s=%s\n", key, kova::load(key).chars);
     if (length > 0) std::fputs(line, file);
   }
   std::fclose(file);
@@ -46,7 +45,7 @@ void restore_line(char *line) {
   char *separator = std::strchr(line, '=');
   if (separator == nullptr || separator == line) return;
   *separator = '\0';
-  kova::store(Section::config, line, separator + 1);
+  kova::store(line, separator + 1);
 }
 
 int restore() {

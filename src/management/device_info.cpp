@@ -1,7 +1,7 @@
 // What the device says about itself. Both management instances report the same device.
-#include "platform/nvram.h"
+#include "platform/keys.hpp"
 #include "src/frame/interface_query.hpp"
-#include "src/frame/settings.hpp"
+#include "src/frame/rows.hpp"
 #include "src/frame/shell.hpp"
 
 #include <kova/management.h>
@@ -13,83 +13,62 @@
 #include <cstring>
 #include <initializer_list>
 
-using kova::answer;
-using kova::get_whole_setting;
-using kova::load;
-using kova::Section;
-using kova::Text;
+namespace kova::management {
 
 namespace {
 
-int answer_number(long number, char *buf, unsigned int buflen) {
-  char text[24];
-  std::snprintf(text, sizeof text, "%ld", number);
-  return answer(text, buf, buflen);
-}
+using facts = struct sysinfo;
 
 // Seconds; 0 when the kernel cannot tell.
 long up_time() {
-  struct sysinfo facts;
-  return sysinfo(&facts) == 0 ? static_cast<long>(facts.uptime) : 0;
+  facts now;
+  return sysinfo(&now) == 0 ? static_cast<long>(now.uptime) : 0;
 }
 
 // In units of 1000 bytes, whatever unit the kernel counts in.
-int answer_memory(unsigned long (*amount)(const struct sysinfo &), char *buf, unsigned int buflen) {
-  struct sysinfo facts;
-  if (sysinfo(&facts) != 0) {
-    answer("", buf, buflen);
-    return -1;
-  }
-  return answer_number(static_cast<long>(amount(facts) / 1000), buf, buflen);
+template <typename Amount>
+int answer_memory(Amount facts::*amount, char *buf, unsigned int buflen) {
+  facts now;
+  if (sysinfo(&now) == 0) return answer_number(now.*amount / 1000, buf, buflen);
+  answer("", buf, buflen);
+  return -1;
 }
 
-bool is_stored(Section section, const char *key) {
-  return !load(section, key).empty();
+// Where the store has no memory for a copy, the caller's buffer is as it was.
+int answer_model(Key key, char *buf, unsigned int buflen) {
+  const OwnedText model = load_whole(key);
+  return model.writable() != nullptr ? answer(model, buf, buflen) : 0;
+}
+
+int set_provisioning(Key key, const char *value) {
+  set_as_given(key, value);
+  SyncfromNetworkTime();
+  return 0;
 }
 
 } // namespace
 
-#define WHOLE(getter, key)                                                                                   \
-  int getter(char *buf, unsigned int buflen) {                                                               \
-    return get_whole_setting(Section::config, key, buf, buflen);                                             \
-  }
+} // namespace kova::management
 
-// clang-format off
-WHOLE(               kovaGetTR069DeviceSummary,             "TR_DEVSUM")
-WHOLE(               kovaGetTR069Manufacturer,              "TR_MF")
-WHOLE(               kovaGetTR069ManufacturerOUI,           "TR_OUI")
-WHOLE(               kovaGetTR069ModelName,                 "ProductName")
-WHOLE(               kovaGetTR069Description,               "WEB_NAME")
-WHOLE(               kovaGetTR069ProductClass,              "TR_ProductClass")
-WHOLE(               kovaGetTR069SpecVersion,               "TR_SpecVer")
-WHOLE(               kovaGetTR069ProvisioningCode,          "TR_PROVCODE")
-KOVA_SETTING_GETTER( kovaGetTR069AdditionalSoftwareVersion, Section::config,  "TR_AddSoftVer")
-KOVA_SETTING_GETTER( kovaGetTR069MapnQos,                   Section::config,  "/cwmp/MapnQos")
-KOVA_SETTING_GETTER( kovaGetTR069ModemFirmwareVersion,      Section::runtime, "TR_MODEM_VER")
-KOVA_CONSTANT_GETTER(kovaGetTR069SoftwareVersion,           "KovAE_BG_1.8.11.37")
-// clang-format on
+using namespace kova;
+using namespace kova::management;
+
+// Setting one has the clock synchronised; setting the other changes nothing.
+#define PROVISIONED(getter, setter, key)                                                                     \
+  COMPUTED(getter, answer_whole, key) KOVA_SET(setter, set_provisioning(key, value))
+#define IGNORED(getter, setter, key) STORED(getter, key) KOVA_SET(setter, (static_cast<void>(value), 0))
+#include "src/management/device_info.def"
 
 int kovaGetTR069SerialNumber(char *buf, unsigned int buflen) {
-  return get_whole_setting(Section::runtime, is_stored(Section::runtime, "CACHE_SN") ? "CACHE_SN" : "IMEI",
-                           buf, buflen);
+  const OwnedText serial = load_whole(runtime(key::serial_number));
+  return is_empty(serial) ? answer_whole(runtime("IMEI"), buf, buflen) : answer(serial, buf, buflen);
 }
 
 // "TR_HardVer" is never a source.
 int kovaGetTR069HardwareVersion(char *buf, unsigned int buflen) {
   for (const char *key : {"CACHE_HW_VER", "HW_VER"})
-    if (const Text version = load(Section::runtime, key); !version.empty())
-      return answer(version, buf, buflen);
+    if (const Text version = load(runtime(key)); !version.empty()) return answer(version, buf, buflen);
   return answer("N/A", buf, buflen);
-}
-
-int kovaSetTR069ProvisioningCode(const char *value) {
-  kova::store(Section::config, "TR_PROVCODE", kova::text_or_empty(value));
-  SyncfromNetworkTime();
-  return 0;
-}
-
-int kovaSetTR069MapnQos(const char *) {
-  return 0;
 }
 
 int kovaGetTR069UpTime(char *buf, unsigned int buflen) {
@@ -97,25 +76,15 @@ int kovaGetTR069UpTime(char *buf, unsigned int buflen) {
 }
 
 int kovaGetTR069ConntionTime(char *buf, unsigned int buflen) {
-  const long connected_at = std::atol(load(Section::runtime, "lte_conn_uptime")); // NOLINT(cert-err34-c)
+  const long connected_at = std::atol(load(runtime("lte_conn_uptime"))); // NOLINT(cert-err34-c)
   const long now = up_time();
   return answer_number(connected_at > 0 && connected_at < now ? now - connected_at : 0, buf, buflen);
 }
 
-int kovaGetTR069MemoryStatusTotal(char *buf, unsigned int buflen) {
-  return answer_memory([](const struct sysinfo &facts) -> unsigned long { return facts.totalram; }, buf,
-                       buflen);
-}
-
-int kovaGetTR069MemoryStatusFree(char *buf, unsigned int buflen) {
-  return answer_memory([](const struct sysinfo &facts) -> unsigned long { return facts.freeram; }, buf,
-                       buflen);
-}
-
 int kovaGetTR069DeviceLog(char *buf, unsigned int) {
   if (buf == nullptr) return -1;
-  kova::run("rm -f /tmp/M4412_Log.dat");
-  kova::run("/home/www/cgi-bin/maintenance.cgi exportlog");
+  run("rm -f /tmp/M4412_Log.dat");
+  run("/home/www/cgi-bin/maintenance.cgi exportlog");
   FILE *log = popen("cat /tmp/M4412_Log.dat", "r");
   if (log == nullptr) return 0;
   char piece[1024];
@@ -127,8 +96,8 @@ int kovaGetTR069DeviceLog(char *buf, unsigned int) {
 
 int kova_getManufacturerMac(const char *ifname, char *out) {
   if (ifname == nullptr || out == nullptr) return -1;
-  ifreq about = kova::InterfaceQuery::named(ifname);
-  if (!kova::InterfaceQuery().ask(SIOCGIFHWADDR, &about)) return -1;
+  ifreq about = InterfaceQuery::named(ifname);
+  if (!InterfaceQuery().ask(SIOCGIFHWADDR, &about)) return -1;
   unsigned char address[3];
   std::memcpy(address, about.ifr_hwaddr.sa_data, sizeof address);
   std::snprintf(out, 7, "%02X%02X%02X", address[0], address[1], address[2]);

@@ -63,7 +63,7 @@ int judge_scan_mode(const char *code, const char *duplex) {
 
 int set_scan_mode(const char *value) {
   Text duplex;
-  if (!load(Section::config, duplex_leaf, duplex)) std::strcpy(duplex.chars, "TDD");
+  if (!load(duplex_leaf, duplex)) std::strcpy(duplex.chars, "TDD");
   {
     const Tree tree;
     if (tree.code() != 0) return tree.code();
@@ -134,7 +134,7 @@ int getSupportBands(char *out, int len) {
   if (out == nullptr) return 0;
   if (len < 1) return len;
   char duplex[4];
-  if (!load(Section::config, duplex_leaf, duplex)) return -1;
+  if (!load(duplex_leaf, duplex)) return -1;
   const LteClient client;
   RrcBandList list = {};
   if (!client.list_bands(list)) return -1;

@@ -1,5 +1,5 @@
 // What the LTE daemon publishes about the serving cell and the link.
-#include "src/frame/settings.hpp"
+#include "src/frame/rows.hpp"
 #include "src/frame/statistics.hpp"
 
 #include <kova/management.h>
@@ -26,7 +26,7 @@ int answer_number(long number, char *buf, unsigned int buflen) {
 
 bool is_connected() {
   constexpr int connected = 3;
-  return leading_number(load(Section::runtime, "lte_data_state")) == connected;
+  return load_number(runtime("lte_data_state")) == connected;
 }
 
 // ---- The cell record: comma-separated, an empty field moves the later ones up
@@ -39,7 +39,7 @@ const char *cell_field(char *record, CellField field) {
 }
 
 int answer_cell_field(CellField field, char *buf, unsigned int buflen) {
-  Text record = load(Section::runtime, "DM_CELL_STAT_INFO");
+  Text record = load(runtime("DM_CELL_STAT_INFO"));
   return answer(cell_field(record.chars, field), buf, buflen);
 }
 
@@ -47,14 +47,14 @@ int answer_cell_field(CellField field, char *buf, unsigned int buflen) {
 
 int answer_hexadecimal(const char *key, char *buf, unsigned int buflen) {
   Text text;
-  if (load(Section::runtime, key, text)) return answer_number(std::strtol(text, nullptr, 16), buf, buflen);
+  if (load(runtime(key), text)) return answer_number(std::strtol(text, nullptr, 16), buf, buflen);
   answer("", buf, buflen);
   return -1;
 }
 
 // The value of one antenna, of a pair such as "-95/-97".
 int answer_antenna(const char *key, int antenna, char *buf, unsigned int buflen) {
-  Text pair = load(Section::runtime, key);
+  Text pair = load(runtime(key));
   char *rest = nullptr;
   const char *token = strtok_r(pair.chars, " \t/", &rest);
   for (; token != nullptr && antenna > 0; --antenna)
@@ -64,13 +64,13 @@ int answer_antenna(const char *key, int antenna, char *buf, unsigned int buflen)
 
 int answer_mcs(const char *key, char *buf, unsigned int buflen) {
   char text[Text::size - 1];
-  load(Section::runtime, key, text);
+  load(runtime(key), text);
   return answer_terminated(text, buf, buflen);
 }
 
 // A carrier frequency, published in units of 100 kHz, in kHz.
 int answer_kilohertz(const char *key, char *buf, unsigned int buflen) {
-  const Text text = load(Section::runtime, key);
+  const Text text = load(runtime(key));
   if (text.empty() || equal(text, "-1") || equal(text, "N/A")) return answer("", buf, buflen);
   const long frequency = std::strtol(text, nullptr, 10);
   const bool fits = frequency > INT_MIN / 100 && frequency < INT_MAX / 100;
@@ -80,7 +80,7 @@ int answer_kilohertz(const char *key, char *buf, unsigned int buflen) {
 // Published in kbit/s, as a decimal fraction, while there is a connection.
 int answer_scheduler_rate(const char *key, char *buf, unsigned int buflen) {
   if (!is_connected()) return answer("0", buf, buflen);
-  const float rate = std::strtof(load(Section::runtime, key), nullptr) * 1024;
+  const float rate = std::strtof(load(runtime(key)), nullptr) * 1024;
   const bool fits = rate > static_cast<float>(LONG_MIN) && rate < static_cast<float>(LONG_MAX);
   return answer_number(fits ? static_cast<long>(rate) : 0, buf, buflen);
 }
@@ -90,7 +90,7 @@ int answer_plmn(std::size_t first, bool country, char *buf, unsigned int buflen)
   constexpr unsigned int least_room = 4;
   if (buf == nullptr || buflen < least_room) return 0;
   std::memset(buf, 0, buflen);
-  const Text plmn = load(Section::runtime, "lte_cur_plmn");
+  const Text plmn = load(runtime("lte_cur_plmn"));
   const std::size_t length = std::strlen(plmn), digits = country || length == 6 ? 3 : 2;
   if (length > first) std::memcpy(buf, plmn.chars + first, strnlen(plmn.chars + first, digits));
   return 0;
@@ -111,8 +111,7 @@ Text granted_power(const char *reported) {
   Text power;
   std::snprintf(power.chars, Text::size, "%.255s", reported);
   char enabled[4], granted[16];
-  const bool configured = load(Section::config, "SAS_CONFIG_RADIOENABLE", enabled) &&
-                          load(Section::config, "SAS_CONFIG_POWER", granted);
+  const bool configured = load("SAS_CONFIG_RADIOENABLE", enabled) && load("SAS_CONFIG_POWER", granted);
   if (!configured || equal(enabled, "0") || *granted == '\0') return power;
   const float limit = std::strtof(granted, nullptr);
   if (limit > 0 && limit < std::strtof(reported, nullptr))
@@ -153,7 +152,7 @@ const char *getInternetStatusTXPWR_vals(char *record) {
 }
 
 char *getInternetStatusFrequency_vals(int which) {
-  const OwnedText stored = load_whole(Section::runtime, which == 1 ? "lte_cur_freq" : "lte_cur_ulfreq");
+  const OwnedText stored = load_whole(runtime(which == 1 ? "lte_cur_freq" : "lte_cur_ulfreq"));
   if (equal(stored, "") || equal(stored, "-1")) return strdup(none);
   const std::size_t length = std::strlen(stored);
   auto *frequency = static_cast<char *>(std::calloc(1, length + 2));
@@ -164,12 +163,12 @@ char *getInternetStatusFrequency_vals(int which) {
 }
 
 char *getInternetStatusBandwidth_vals(void) {
-  const OwnedText stored = load_whole(Section::runtime, "lte_cur_bandwidth");
+  const OwnedText stored = load_whole(runtime("lte_cur_bandwidth"));
   return strdup(equal(stored, "") ? none : stored);
 }
 
 int getInternetDLEARFCN_vals(char *out, unsigned int outlen) {
-  const Text band_text = load(Section::runtime, "lte_cur_band");
+  const Text band_text = load(runtime("lte_cur_band"));
   const OwnedText frequency_text(getInternetStatusFrequency_vals(1));
   if (out == nullptr || band_text.empty() || equal(frequency_text, "") || equal(frequency_text, none) ||
       equal(frequency_text, "N/A"))
@@ -191,7 +190,7 @@ int getInternetDLEARFCN_vals(char *out, unsigned int outlen) {
   int getter(char *buf, unsigned int buflen) {                                                               \
     return call;                                                                                             \
   }
-#define PUBLISHED(getter, key) KOVA_SETTING_GETTER(getter, Section::runtime, key)
+#define PUBLISHED(getter, key) STORED(getter, kova::runtime(key))
 
 // clang-format off
 ROW(      kovaGetTR069CellIDValue,     answer_hexadecimal("lte_cur_eci", buf, buflen))
@@ -229,18 +228,18 @@ ROW(      kovaGetTR069APN2IPAddress,   answer_pdn_address("lte0pdn1", buf, bufle
 ROW(      kovaGetTR069APN3IPAddress,   answer_pdn_address("lte0pdn2", buf, buflen))
 ROW(      kovaGetTR069APN4IPAddress,   answer_pdn_address("lte0pdn3", buf, buflen))
 ROW(      kovaGetTR069LTEStatus,       kovaGetTR069WANConnectionConnectionStatus(buf, buflen))
-KOVA_SETTING_GETTER(kovaGetTR069LTEMode,     Section::config, duplex_key)
-KOVA_SETTING_GETTER(kovaGetTR069LTEOperator, Section::config, "/cwmp/Operator")
+STORED(kovaGetTR069LTEMode, duplex_key)
+STORED(kovaGetTR069LTEOperator, "/cwmp/Operator")
 // clang-format on
 
 int kovaGetTR069TXPWRValue(char *buf, unsigned int buflen) {
-  Text record = load(Section::runtime, "DM_CELL_STAT_INFO");
+  Text record = load(runtime("DM_CELL_STAT_INFO"));
   const char *reported = cell_field(record.chars, tx_power);
   return equal(reported, none) ? answer(none, buf, buflen) : answer(granted_power(reported), buf, buflen);
 }
 
 int kovaGetTR069ULFrequencyValue(char *buf, unsigned int buflen) {
-  const Text duplex = load(Section::config, duplex_key);
+  const Text duplex = load(duplex_key);
   if (begins_with(duplex, "TDD")) return answer_kilohertz("lte_cur_freq", buf, buflen);
   if (begins_with(duplex, "FDD")) return answer_kilohertz("lte_cur_ulfreq", buf, buflen);
   return answer("", buf, buflen);
@@ -253,7 +252,7 @@ int kovaGetTR069BandwidthValue(char *buf, unsigned int buflen) {
 
 int kovaGetTR069BandValue(char *buf, unsigned int buflen) {
   char band[8];
-  load(Section::runtime, "lte_cur_band", band);
+  load(runtime("lte_cur_band"), band);
   return answer(band, buf, buflen);
 }
 
@@ -265,8 +264,7 @@ int kovaGetTR069EARFCNValue(char *buf, unsigned int buflen) {
 
 int kovaGetTR069LTEDnsServer(char *buf, unsigned int buflen) {
   char servers[2 * Text::size] = {};
-  const Text primary = load(Section::runtime, "wan_primary_dns"),
-             secondary = load(Section::runtime, "wan_secondary_dns");
+  const Text primary = load(runtime("wan_primary_dns")), secondary = load(runtime("wan_secondary_dns"));
   if (is_connected() && !primary.empty())
     std::snprintf(servers, sizeof servers, "%s%s%s", primary.chars, secondary.empty() ? "" : ",",
                   secondary.chars);

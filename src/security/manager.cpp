@@ -1,5 +1,7 @@
 #include "src/security/manager.hpp"
 
+#include "platform/keys.hpp"
+
 #include <kova/frame.h>
 
 #include <cctype>
@@ -41,7 +43,7 @@ private:
 } // namespace
 
 MacText managing_client(Section section) {
-  const Text wanted = load(section, "curr_user_ip");
+  const Text wanted = load({section, key::managing_client});
   MacText mac;
   for (const LanInfo &client : LanClients()) {
     char address[16];

@@ -9,7 +9,7 @@ struct MacText {
   char chars[18] = {}; // "00:1A:2B:3C:4D:5E", or empty
 };
 
-// The MAC address of the LAN client whose address is stored under "curr_user_ip"; empty when no client has it.
+// The MAC address of the LAN client whose address is stored under key::managing_client; empty when no client has it.
 MacText managing_client(Section section);
 
 } // namespace kova::security

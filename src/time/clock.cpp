@@ -1,5 +1,5 @@
 // The clock: network time, the current time, date-time texts.
-#include "src/frame/settings.hpp"
+#include "src/frame/rows.hpp"
 #include "src/frame/shell.hpp"
 #include "src/time/time_rules.hpp"
 
@@ -38,11 +38,11 @@ int small_number(const char *field) {
 
 } // namespace
 
-KOVA_SETTING_GETTER(kovaGetDeviceTimeNTPServer, Section::config, "NTPServerIP")
+STORED(kovaGetDeviceTimeNTPServer, "NTPServerIP")
 int kovasetDeviceTimeNTPServer(const char *value) {
   value = kova::text_or_empty(value);
   if (!kova::passes(kova::time::ntp_server_rule, value)) return -1;
-  kova::store(Section::config, "NTPServerIP", value);
+  kova::store("NTPServerIP", value);
   return 0;
 }
 
@@ -57,7 +57,7 @@ int kovaGetCurrentLocalTime(char *buf, unsigned int) {
 
 int SyncfromNetworkTime(void) {
   kova::run(NTP_SCRIPT " envTZ"); // derives the zone text from the settings
-  const Text zone = kova::load(Section::config, "envTZ");
+  const Text zone = kova::load("envTZ");
   if (!zone.empty()) {
     setenv("TZ", zone, 1); // NOLINT(concurrency-mt-unsafe): the library is called from one thread
     tzset();

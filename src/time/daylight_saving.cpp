@@ -1,5 +1,5 @@
 // Daylight saving: in use or not, and the weekdays on which it starts and ends.
-#include "src/frame/settings.hpp"
+#include "src/frame/rows.hpp"
 #include "src/frame/trace.hpp"
 #include "src/time/time_rules.hpp"
 
@@ -46,8 +46,8 @@ int week_of_month(const tm &date) {
 bool store_number(const char *key, int number, int item) {
   char text[12];
   std::snprintf(text, sizeof text, "%d", number);
-  if (!passes({rules, item}, text)) return false;
-  store(Section::config, key, text);
+  if (!passes(kova::rule_of(rules, item), text)) return false;
+  store(key, text);
   return true;
 }
 
@@ -70,7 +70,7 @@ int set(const Edge &edge, const char *value) {
 
 // A stored number, kept small enough to reckon with whatever is stored.
 int load_number(const char *key) {
-  const unsigned long number = std::strtoul(load(Section::config, key), nullptr, 10);
+  const unsigned long number = std::strtoul(load(key), nullptr, 10);
   return static_cast<int>(number < 10000 ? number : 9999);
 }
 
@@ -107,14 +107,14 @@ time_t getDaylightDateTime(int month, int week, int weekday) {
   return mktime(&date);
 }
 
-KOVA_SETTING_GETTER(kovaGetDaylightSavingsUsed, Section::config, "NTPDaylightSaving")
+STORED(kovaGetDaylightSavingsUsed, "NTPDaylightSaving")
 int kovasetDaylightSavingsUsed(const char *value) {
   if (kovaCheckLocalTimeZone() != 0) {
     dbg_trace("kovaCheckLocalTimeZone_Daylight not used.\n");
     return -1;
   }
   if (!passes(kova::time::daylight_saving_rule, text_or_empty(value))) return -1;
-  store(Section::config, "NTPDaylightSaving", text_or_empty(value));
+  store("NTPDaylightSaving", text_or_empty(value));
   return 0;
 }
 

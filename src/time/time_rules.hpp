@@ -5,8 +5,8 @@
 
 namespace kova::time {
 
-inline constexpr int rules = 4; // the platform's rule group for time
-inline constexpr Rule daylight_saving_rule = {rules, 8}, ntp_server_rule = {rules, 10},
-                      zone_rule = {rules, 17};
+inline constexpr Rule daylight_saving_rule = RULE_TIME_DAYLIGHT_SAVING,
+                      ntp_server_rule = RULE_TIME_NTP_SERVER, zone_rule = RULE_TIME_ZONE;
+inline constexpr int rules = 4;
 
 } // namespace kova::time

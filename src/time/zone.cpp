@@ -83,7 +83,7 @@ void write_offset(const char *code, char (&offset)[Text::size + 4]) {
 
 int kovaGetLocalTimeZone(char *buf, unsigned int buflen) {
   char offset[Text::size + 4] = {};
-  write_offset(kova::load(Section::config, zone_key), offset);
+  write_offset(kova::load(zone_key), offset);
   return kova::answer(offset, buf, buflen);
 }
 
@@ -96,16 +96,16 @@ int kovasetLocalTimeZone(const char *value) {
   for (const Zone &zone : zones) {
     if (!kova::equal(zone.offset, offset)) continue;
     // Before the rule is asked: a refused zone leaves daylight saving off too.
-    if (zone.has_no_daylight_saving) kova::store(Section::config, "NTPDaylightSaving", "0");
+    if (zone.has_no_daylight_saving) kova::store("NTPDaylightSaving", "0");
     stored = zone.code;
   }
   if (!kova::passes(kova::time::zone_rule, stored)) return -1;
-  kova::store(Section::config, zone_key, stored);
+  kova::store(zone_key, stored);
   return 0;
 }
 
 int kovaCheckLocalTimeZone(void) {
-  const Text zone = kova::load(Section::config, zone_key);
+  const Text zone = kova::load(zone_key);
   for (const char *code : daylight_saving_codes)
     if (kova::equal(zone, code)) return 0;
   return -1;

@@ -1,4 +1,7 @@
 // The state of the telephone line, and the apply that restarts its service.
+#include "src/voice/line.hpp"
+
+#include "platform/keys.hpp"
 #include "platform/nvram.h"
 #include "src/frame/settings.hpp"
 #include "src/frame/shell.hpp"
@@ -9,12 +12,9 @@
 #include <cstdio>
 #include <cstdlib>
 
-using namespace kova;
+namespace kova::voice {
 
 namespace {
-
-constexpr const char *call_file = "/tmp/voip-call-status.txt",
-                     *registration_file = "/tmp/voip-reg-status.txt";
 
 // What the voice service wrote, at most 63 bytes. False when there is no file.
 bool read_status(const char *path, char (&status)[64]) {
@@ -28,12 +28,6 @@ bool read_status(const char *path, char (&status)[64]) {
   return true;
 }
 
-int answer_status(const char *path, char *buf, unsigned int buflen) {
-  char status[64] = {};
-  const bool known = read_status(path, status) && *status != '\0';
-  return answer(known ? status : "None", buf, buflen);
-}
-
 // Settings are never pushed into a call. Without a file there is no line to be busy.
 bool is_busy() {
   char state[64] = {};
@@ -44,7 +38,7 @@ bool is_busy() {
 
 bool is_too_soon(long up_time) {
   constexpr long least_interval = 15; // seconds
-  const Text last = load(Section::runtime, "SIPLastRunTime");
+  const Text last = load(runtime("SIPLastRunTime"));
   if (last.empty() || up_time - std::atol(last) >= least_interval) return false; // NOLINT(cert-err34-c)
   dbg_trace("[Error]The interval between VoIP settings must be 15 seconds at least.\n");
   return true;
@@ -52,37 +46,35 @@ bool is_too_soon(long up_time) {
 
 } // namespace
 
-int kovaGetVoiceProfileLineState(char *buf, unsigned int buflen) {
-  return answer_status(call_file, buf, buflen);
+int answer_status(const char *path, char *buf, unsigned int buflen) {
+  char status[64] = {};
+  const bool known = read_status(path, status) && *status != '\0';
+  return answer(known ? status : "None", buf, buflen);
 }
 
-int kovaGetVoiceProfileLineStatus(char *buf, unsigned int buflen) {
-  return answer_status(registration_file, buf, buflen);
-}
+} // namespace kova::voice
+
+using namespace kova;
+using namespace kova::voice;
 
 int kovaGetPCSCFServerStatus(char *buf, unsigned int buflen) {
   char registration[64] = {};
   read_status(registration_file, registration);
-  const Text address = load(Section::runtime, "pcscf_addr_voip");
+  const Text address = load(runtime("pcscf_addr_voip"));
   const bool in_use = !address.empty() && !equal(address, "0.0.0.0") && equal(registration, "Registered") &&
-                      equal(load(Section::config, "SIPServerMode"), "1");
+                      equal(load(key::sip_server_mode), "1");
   return answer(in_use ? address : "None", buf, buflen);
 }
 
 int kovaSetVoIPApply(const char *value) {
-  const bool enabled = load_switch("SIPEnable") != 0;
+  const bool enabled = load_switch(key::sip_enable) != 0;
   if (is_busy()) return -1;
   const long up_time = tarn_get_uptime();
   if (is_too_soon(up_time)) return -1;
-  if (!equal(text_or_empty(value), "1")) {
-    dbg_trace("[Error]SIP Apply Error.\n");
-    return -1;
-  }
+  if (!equal(text_or_empty(value), "1")) return refuse("[Error]SIP Apply Error.\n");
   if (enabled) {
-    store(Section::runtime, "SIPAutoStartReg", "1");
-    char now[24];
-    std::snprintf(now, sizeof now, "%d", static_cast<int>(up_time));
-    store(Section::runtime, "SIPLastRunTime", now);
+    store(runtime("SIPAutoStartReg"), "1");
+    store(runtime("SIPLastRunTime"), NumberText(static_cast<int>(up_time)));
     run("sc ipchg");
     run("/etc/sysconfig/script/firewall_clear_rule.sh SIP");
   } else {

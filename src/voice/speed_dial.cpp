@@ -1,28 +1,22 @@
 // Speed dialling: short numbers that stand for telephone numbers.
-#include "platform/nvram.h"
+#include "src/voice/speed_dial.hpp"
+
 #include "src/frame/trace.hpp"
-#include "src/security/rule_list.hpp"
+#include "src/lists/fields.hpp"
 
 #include <kova/voice.h>
-
-#include <cstring>
 
 namespace kova::voice {
 
 namespace {
 
-using namespace kova::rules;
+using namespace lists;
 
 int check_row(const char *value, int position) {
   return checkQuickdialAllParam(value) != 0 ? -1 : checkSpeedDialParamRepeated(value, position);
 }
 
-constexpr List speed_dial = {
-    "Quickdial",          "Quickdial", "SPEEDDialLists", nullptr, " ,,", {first_255, first_255, first_255},
-    {keeps_63, keeps_63}, {},          check_row};
-
-constexpr int field_rules = 29;
-enum Field { dial_number, real_number, note };
+enum Field { dial_number, real_number, note, field_count };
 
 // A field of a row, as a place in it.
 struct FieldText {
@@ -46,24 +40,24 @@ FieldText number_of(const char *row, Field field) {
 
 } // namespace
 
+// clang-format off
+constexpr List speed_dial = {"Quickdial", "Quickdial", "SPEEDDialLists", nullptr, " ,,", {first_255, first_255, first_255},
+                             {keeps_63, keeps_63}, {}, check_row};
+// clang-format on
+
 } // namespace kova::voice
 
 using namespace kova;
 using namespace kova::voice;
 
-KOVA_RULE_LIST(kovaaddQuickdialRule, kovaSetQuickdialRule, kovaGetQuickdialRule, kovadelQuickdialRule,
-               speed_dial)
-
 int checkQuickdialAllParam(const char *row) {
-  Text field;
-  if (getNthField(dial_number, row, ',', field.chars, Text::size) != 0) return -1;
-  if (const int code = tarn_check_param(field_rules, field, dial_number); code < 0)
+  const Fields<field_count, Text::size> fields(row);
+  if (const int code = ask(RULE_SPEED_DIAL_NUMBER, fields[dial_number]); code < 0)
     return refuse(code == -1 ? "[Error]dial number cannot be null.\n" : "[Error]dial number must be 1~16.\n");
-  if (getNthField(real_number, row, ',', field.chars, Text::size) != 0 || field.empty() ||
-      tarn_check_param(field_rules, field, real_number) < 0)
+  if (is_empty(fields[real_number]) || !passes(RULE_SPEED_DIAL_REAL_NUMBER, fields[real_number]))
     return refuse("[Error]real number cannot be null.\n");
-  if (getNthField(note, row, ',', field.chars, Text::size) != 0) return -1;
-  if (const int code = tarn_check_param(field_rules, field, note); code < 0)
+  if (!fields.has(note)) return -1;
+  if (const int code = ask(RULE_SPEED_DIAL_NOTE, fields[note]); code < 0)
     return refuse(code == -1 ? "[Error]The characters number in note exceeds 32!\n"
                              : "[Error]Note cannot contain the following characters:\n");
   return 0;

@@ -17,11 +17,11 @@ bool is_layer_2_gre(const OperMode &mode) {
   return mode.oper_mode == vpn_mode && mode.vpn_type == vpn_gre && mode.gre_type == gre_layer_2;
 }
 
-bool read_number(int profile, const char *leaf, int32_t &number) {
+bool read_number(kova::Tree &tree, int profile, const char *leaf, int32_t &number) {
   // These three paths have no leading "/", unlike the accessors' own.
   kova::Text path, text;
   std::snprintf(path.chars, kova::Text::size, "tarn/cm_config/apnprofile/apn%d/%s", profile, leaf);
-  if (!kova::read_tree_leaf(path, text)) return false;
+  if (tree.read(path, text) != 0) return false;
   number = kova::leading_number(text); // a text that is no number counts as 0
   return true;
 }
@@ -64,13 +64,14 @@ bool judge_vlan_list(const char *list, SeenNumbers &seen) {
 } // namespace
 
 int getApnCfgFromNvram(ApnRule records[8]) {
-  if (records == nullptr || !kova::open_tree()) return -1;
+  if (records == nullptr) return -1;
+  kova::Tree tree(kova::Tree::stays_open);
+  if (tree.code() != 0) return -1;
   for (int i = 0; i < profiles; ++i)
-    if (!read_number(i + 1, "enable", records[i].enable) ||
-        !read_number(i + 1, "apply_to", records[i].apply_to) ||
-        !read_number(i + 1, "bridge_vid", records[i].bridge_vid))
-      return -1; // and the tree stays open
-  kova::close_tree();
+    if (!read_number(tree, i + 1, "enable", records[i].enable) ||
+        !read_number(tree, i + 1, "apply_to", records[i].apply_to) ||
+        !read_number(tree, i + 1, "bridge_vid", records[i].bridge_vid))
+      return -1;
   return 0;
 }
 

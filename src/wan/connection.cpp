@@ -1,12 +1,14 @@
 // The LTE uplink as the data model's WAN device, connection and IP connection.
+#include "platform/keys.hpp"
 #include "platform/nvram.h"
 #include "src/frame/interface_query.hpp"
-#include "src/frame/settings.hpp"
+#include "src/frame/interfaces.hpp"
+#include "src/frame/lte_state.hpp"
+#include "src/frame/rows.hpp"
 #include "src/frame/shell.hpp"
-#include "src/frame/statistics.hpp"
-#include "src/frame/trace.hpp"
 #include "src/management/reach.hpp"
 #include "src/wan/indexes.hpp"
+#include "src/wan/settings.hpp"
 
 #include <arpa/inet.h>
 #include <kova/wan.h>
@@ -17,28 +19,42 @@
 #include <cstring>
 #include <iterator>
 
-using namespace kova;
+namespace kova::wan {
 
 namespace {
 
 // The platform's counter numbers. They look crossed; servers in the field expect them so.
-constexpr int bytes_sent = 10, bytes_received = 2, packets_sent = 11, packets_received = 3;
+constexpr int platform_bytes_sent = 10, platform_bytes_received = 2, platform_packets_sent = 11,
+              platform_packets_received = 3;
 
-int answer_data_counter(int counter, char *buf, unsigned int buflen) {
-  char text[24];
-  std::snprintf(text, sizeof text, "%lld",
-                tarn_get_if_statistic(load(Section::runtime, "curr_data_if"), counter));
-  return answer(text, buf, buflen);
+int answer_data_traffic(int counter, char *buf, unsigned int buflen) {
+  return answer_number(tarn_get_if_statistic(load(runtime(key::data_interface)), counter), buf, buflen);
 }
 
+constexpr const char *uplink = "lte0pdn";
+
+int answer_link(Key interface, char *buf, unsigned int buflen) {
+  return answer(tarn_is_interface_exist(load(interface)) == 0 ? "Up" : "Down", buf, buflen);
+}
+
+// The interface over which the management server is reached; "" when there is none.
 struct InterfaceName {
   char chars[management::interface_name_size] = {};
   InterfaceName() { management::management_interface(chars); }
 };
 
-bool is_connected() {
-  constexpr int connected = 3;
-  return leading_number(load(Section::runtime, "lte_data_state")) == connected;
+int answer_address(const InterfaceName &interface, char *buf, unsigned int buflen) {
+  return answer_interface_address(interface.chars, buf, buflen);
+}
+
+int answer_mask(const InterfaceName &interface, char *buf, unsigned int buflen) {
+  ifreq about = InterfaceQuery::named(interface.chars);
+  const bool fits = std::strlen(interface.chars) < sizeof about.ifr_name;
+  if (!fits || is_empty(interface.chars) || !InterfaceQuery().ask(SIOCGIFNETMASK, &about)) {
+    answer("", buf, buflen);
+    return -1;
+  }
+  return answer(inet_ntoa(address_in(about.ifr_netmask)), buf, buflen);
 }
 
 // The gateway of an interface's default route in the kernel's table; "" without one.
@@ -60,50 +76,30 @@ Text default_gateway(const char *ifname) {
   return gateway;
 }
 
-} // namespace
-
-// ---- Of the device and its connections
-
-#define DEVICE_GETTER(getter, call)                                                                          \
-  int getter(int dev, char *buf, unsigned int buflen) {                                                      \
-    return wan::indexes_are_1(dev) ? call : -1;                                                              \
-  }
-#define CONSTANT(getter, text) DEVICE_GETTER(getter, answer(text, buf, buflen))
-#define DATA_COUNTER(getter, counter) DEVICE_GETTER(getter, answer_data_counter(counter, buf, buflen))
-#define UPLINK_COUNTER(getter, counter)                                                                      \
-  int getter(char *buf, unsigned int buflen) {                                                               \
-    return get_counter("lte0pdn", counter, buf, buflen);                                                     \
-  }
-
-// clang-format off
-KOVA_CONSTANT_GETTER(kovaGetTR069ManageableDeviceNumberOfEntries, "1")
-KOVA_SETTING_GETTER( kovaGetTR069LANDeviceNumberOfEntries, Section::config, "TR_LAN_DEV_NUM")
-KOVA_SETTING_GETTER( kovaGetTR069WANDeviceNumberOfEntries, Section::config, "TR_WAN_DEV_NUM")
-CONSTANT(            kovaGetWANDeviceWANConnectionNumberOfEntries, "1")
-CONSTANT(            kovaGetWANDeviceEnabledForInternet,           "true")
-CONSTANT(            kovaGetWANDeviceWANAccessType,                "LTE")
-CONSTANT(            kovaGetWANDeviceLayer1UpstreamMaxBitRate,     "27472691.2")
-CONSTANT(            kovaGetWANDeviceLayer1DownstreamMaxBitRate,   "220200960")
-DATA_COUNTER(        kovaGetWANDeviceTotalBytesSent,               bytes_sent)
-DATA_COUNTER(        kovaGetWANDeviceTotalBytesReceived,           bytes_received)
-DATA_COUNTER(        kovaGetWANDeviceTotalPacketsSent,             packets_sent)
-DATA_COUNTER(        kovaGetWANDeviceTotalPacketsReceived,         packets_received)
-// Crossed too: index 0 counts received bytes, 2 sent ones.
-UPLINK_COUNTER(      kovaGetWANTotalBytesSent,                     kova::received_bytes)
-UPLINK_COUNTER(      kovaGetWANTotalBytesReceived,                 kova::sent_bytes)
-UPLINK_COUNTER(      kovaGetWANTotalPacketsSent,                   kova::received_packets)
-UPLINK_COUNTER(      kovaGetWANTotalPacketsReceived,               kova::sent_packets)
-KOVA_SETTING_GETTER( kovaGetWANConnectionSubnetMask, Section::runtime, "wan_netmask")
-KOVA_SETTING_GETTER( kovaGetWANConnectionX_MTU,      Section::config,  "internet_mtu")
-// clang-format on
-
-int kovaGetWANConnectionIPConnectionNumberOfEntries(int dev, int conn, char *buf, unsigned int buflen) {
-  return wan::indexes_are_1(dev, conn) ? answer("1", buf, buflen) : -1;
+int answer_gateway(const InterfaceName &interface, char *buf, unsigned int buflen) {
+  return answer(default_gateway(interface.chars), buf, buflen);
 }
 
-int kovaGetWANDevicePhysicalLinkStatus(char *buf, unsigned int buflen) {
-  const bool exists = tarn_is_interface_exist(load(Section::runtime, "curr_data_if")) == 0;
-  return answer(exists ? "Up" : "Down", buf, buflen);
+int set_connection_mtu(const char *key, const char *value, Rule rule) {
+  return set_mtu(key, value, rule, [] { run("test_cpeevent call 'ce_set_mtu'"); });
+}
+
+} // namespace
+
+} // namespace kova::wan
+
+using namespace kova;
+using namespace kova::wan;
+
+// A getter of the WAN device, of which there is one.
+#define INDEXED(getter, how, what)                                                                           \
+  int getter(int dev, char *buf, unsigned int buflen) {                                                      \
+    return indexes_are_1(dev) ? how(what, buf, buflen) : -1;                                                 \
+  }
+#include "src/wan/connection.def"
+
+int kovaGetWANConnectionIPConnectionNumberOfEntries(int dev, int conn, char *buf, unsigned int buflen) {
+  return indexes_are_1(dev, conn) ? answer("1", buf, buflen) : -1;
 }
 
 int kovaGetTR069WANConnectionConnectionStatus(char *buf, unsigned int buflen) {
@@ -111,13 +107,11 @@ int kovaGetTR069WANConnectionConnectionStatus(char *buf, unsigned int buflen) {
                                        "Connected", "Connect error", "Scanned"};
   constexpr unsigned long last_state = 55; // beyond it, the caller's buffer is as it was
   Text state;
-  if (!load(Section::runtime, "lte_ue_state", state)) return answer("", buf, buflen);
+  if (!load(runtime("lte_ue_state"), state)) return answer("", buf, buflen);
   const unsigned long index = std::strtoul(state, nullptr, 10);
   if (index > last_state) return 0;
   return answer(index < std::size(names) ? names[index] : "", buf, buflen);
 }
-
-// ---- Of the interface over which the management server is reached
 
 void _getInfNameOfTr069Conn(char *out, int len) {
   if (out == nullptr || len < 1) return;
@@ -126,50 +120,16 @@ void _getInfNameOfTr069Conn(char *out, int len) {
 
 int kovaGetTR069WANConnectionMACAddress(char *buf, unsigned int buflen) {
   Text mac;
-  if (!is_connected() || tarn_getIfMac(InterfaceName().chars, mac.chars, Text::size) != 0) mac = {};
+  if (!lte_data_is_connected() || tarn_getIfMac(InterfaceName().chars, mac.chars, Text::size) != 0) mac = {};
   return answer(mac, buf, buflen);
 }
 
-int kovaGetTR069WANIPAddress(char *buf, unsigned int buflen) {
-  char address[16] = {};
-  get_interface_ip(InterfaceName().chars, address, sizeof address);
-  return answer_terminated(address, buf, buflen);
-}
-
-int kovaGetTR069WANSubnetMask(char *buf, unsigned int buflen) {
-  const InterfaceName interface;
-  ifreq about = InterfaceQuery::named(interface.chars);
-  const bool fits = std::strlen(interface.chars) < sizeof about.ifr_name;
-  if (!fits || is_empty(interface.chars) || !InterfaceQuery().ask(SIOCGIFNETMASK, &about)) {
-    answer("", buf, buflen);
-    return -1;
-  }
-  return answer(inet_ntoa(address_in(about.ifr_netmask)), buf, buflen);
-}
-
-int kovaGetTR069WANGatewayAddress(char *buf, unsigned int buflen) {
-  return answer(default_gateway(InterfaceName().chars), buf, buflen);
-}
-
 int kovaGetWANConnectionExternalIPAddress(int dev, int conn, int ipconn, char *buf, unsigned int buflen) {
-  if (!wan::indexes_are_1(dev, conn, ipconn)) return -1;
-  const Text management_address = load(Section::runtime, "mgmt_ipaddr");
-  return answer(management_address.empty() ? load(Section::runtime, "wan_ipaddr") : management_address, buf,
-                buflen);
+  if (!indexes_are_1(dev, conn, ipconn)) return -1;
+  const Text management_address = load(runtime("mgmt_ipaddr"));
+  return answer(management_address.empty() ? load(runtime("wan_ipaddr")) : management_address, buf, buflen);
 }
 
 int kovaGetTR069WANConnectionExternalIPAddress(char *buf, unsigned int buflen) {
   return kovaGetWANConnectionExternalIPAddress(1, 1, 1, buf, buflen);
-}
-
-int kovaSetWANConnectionX_MTU(const char *value) {
-  constexpr Rule mtu_rule = {30, 1};
-  value = text_or_empty(value);
-  if (!passes(mtu_rule, value)) {
-    dbg_trace("set mtu fail\n");
-    return -1;
-  }
-  store(Section::config, "internet_mtu", value);
-  run("test_cpeevent call 'ce_set_mtu'");
-  return 0;
 }

@@ -1,30 +1,26 @@
 // DMZ and SIP ALG: what NAT does, announced to the firewall.
-#include "platform/nvram.h"
+#include "platform/keys.hpp"
 #include "platform/webs.h"
-#include "src/frame/settings.hpp"
-#include "src/frame/shell.hpp"
+#include "src/frame/rows.hpp"
 #include "src/frame/trace.hpp"
+#include "src/wan/dmz_rows.hpp"
 #include "src/wan/indexes.hpp"
 #include "src/wan/wan_mode.hpp"
 
 #include <arpa/inet.h>
+#include <kova/wan.h>
 
-#include <cstdio>
-#include <cstdlib>
-
-using namespace kova;
+namespace kova::wan {
 
 namespace {
 
-constexpr const char *enable_key = "DMZEnable", *host_key = "DMZAddress", *acl_key = "AclEnable";
-
 bool is_router_mode() {
-  if (leading_number(load(Section::config, "oper_mode")) != wan::router_mode) return false;
+  if (load_number(key::oper_mode) != router_mode) return false;
   dbg_trace("[TR069][Error]Operation mode is Router mode can not set DMZ\n");
   return true;
 }
 
-int refuse(const char *setting, const char *value) {
+int refuse_value(const char *setting, const char *value) {
   dbg_trace("Invalid value '%s' for %s!\n", value, setting);
   return -1;
 }
@@ -36,16 +32,16 @@ const char *switch_digit(const char *value) {
 }
 
 int store_and_announce(const char *key, const char *value) {
-  if (nvram_bufset(static_cast<int>(Section::config), key, value) < 0) {
+  if (store(key, value) < 0) {
     dbg_trace("Fail to set %s!\n", key);
     return -1;
   }
   return _notifyFirewallNatChanged();
 }
 
-// What is stored, or -1 when nothing is.
-int answer_stored(const char *key, const char *text, char *buf, unsigned int buflen) {
-  if (load(Section::config, key).empty()) {
+// -1 when nothing is stored.
+int answer_if_stored(const char *key, const char *text, char *buf, unsigned int buflen) {
+  if (load(key).empty()) {
     dbg_trace("Fail to get %s!\n", key);
     return -1;
   }
@@ -54,19 +50,37 @@ int answer_stored(const char *key, const char *text, char *buf, unsigned int buf
 
 // The ACL modes that keep remote management out.
 bool acl_avoids_remote_management() {
-  const int mode = leading_number(load(Section::config, acl_key));
+  const int mode = load_number(key::acl_enable);
   return mode == 1 || mode == 3 || mode == 4;
 }
 
-int set_plain(const char *key, int item, const char *value) {
-  constexpr int rules = 11;
-  if (!passes_unmarked({rules, item}, text_or_empty(value))) return -1;
-  store(Section::config, key, text_or_empty(value));
+int set_unmarked(const char *key, const char *value, Rule rule) {
+  value = text_or_empty(value);
+  if (!passes_unmarked(rule, value)) return -1;
+  store(key, value);
   kova_nat_cfg_changed();
   return 0;
 }
 
+int set_alg(const char *key, const char *value, Rule rule) {
+  constexpr int refused = -1; // the rule's other complaints are not for this setting
+  value = text_or_empty(value);
+  if (ask(rule, value) == refused || !is_zero_or_one(value)) {
+    dbg_trace("[TR069][ALG]Invalid value '%s' for %s!\n", value, key);
+    return -1;
+  }
+  store(key, value);
+  return _notifyFirewallNatChanged();
+}
+
 } // namespace
+
+} // namespace kova::wan
+
+using namespace kova;
+using namespace kova::wan;
+
+#include "src/wan/dmz.def"
 
 int _notifyFirewallNatChanged(void) {
   kova_trigger_cpe_event("fw_nat_cfg changed");
@@ -74,29 +88,28 @@ int _notifyFirewallNatChanged(void) {
 }
 
 int kovaGetWANConnectionDMZEnable(int dev, int conn, int ipconn, char *buf, unsigned int buflen) {
-  if (!wan::indexes_are_1(dev, conn, ipconn)) return -1;
-  return answer_stored(enable_key, equal(load(Section::config, enable_key), "0") ? "false" : "true", buf,
-                       buflen);
+  if (!indexes_are_1(dev, conn, ipconn)) return -1;
+  return answer_if_stored(key::dmz_enable, equal(load(key::dmz_enable), "0") ? "false" : "true", buf, buflen);
 }
 
 int kovaSetWANConnectionDMZEnable(int dev, int conn, int ipconn, const char *value) {
-  if (!wan::indexes_are_1(dev, conn, ipconn) || is_router_mode()) return -1;
+  if (!indexes_are_1(dev, conn, ipconn) || is_router_mode()) return -1;
   value = text_or_empty(value);
   const char *digit = switch_digit(value);
-  return digit == nullptr ? refuse(enable_key, value) : store_and_announce(enable_key, digit);
+  return digit == nullptr ? refuse_value(key::dmz_enable, value) : store_and_announce(key::dmz_enable, digit);
 }
 
 int kovaGetWANConnectionDMZHostIPAddress(int dev, int conn, int ipconn, char *buf, unsigned int buflen) {
-  if (!wan::indexes_are_1(dev, conn, ipconn)) return -1;
-  return answer_stored(host_key, load(Section::config, host_key), buf, buflen);
+  if (!indexes_are_1(dev, conn, ipconn)) return -1;
+  return answer_if_stored(key::dmz_address, load(key::dmz_address), buf, buflen);
 }
 
 int kovaSetWANConnectionDMZHostIPAddress(int dev, int conn, int ipconn, const char *value) {
-  if (!wan::indexes_are_1(dev, conn, ipconn) || is_router_mode()) return -1;
+  if (!indexes_are_1(dev, conn, ipconn) || is_router_mode()) return -1;
   value = text_or_empty(value);
   in_addr address;
-  if (inet_pton(AF_INET, value, &address) != 1) return refuse(host_key, value);
-  if (equal(load(Section::config, enable_key), "0")) { // a missing switch allows
+  if (inet_pton(AF_INET, value, &address) != 1) return refuse_value(key::dmz_address, value);
+  if (equal(load(key::dmz_enable), "0")) { // a missing switch allows
     dbg_trace("DMZEnable false!\n");
     return -1;
   }
@@ -104,45 +117,20 @@ int kovaSetWANConnectionDMZHostIPAddress(int dev, int conn, int ipconn, const ch
     dbg_trace("DMZAddress Input '%s' Param Fail!\n", value);
     return -1;
   }
-  return store_and_announce(host_key, value);
+  return store_and_announce(key::dmz_address, value);
 }
 
 int kovaGetWANConnectionDMZAvoidRemoteManagement(int dev, int conn, int ipconn, char *buf,
                                                  unsigned int buflen) {
-  if (!wan::indexes_are_1(dev, conn, ipconn)) return -1;
+  if (!indexes_are_1(dev, conn, ipconn)) return -1;
   return answer(acl_avoids_remote_management() ? "true" : "false", buf, buflen);
 }
 
 int kovaSetWANConnectionDMZAvoidRemoteManagement(int dev, int conn, int ipconn, const char *value) {
-  if (!wan::indexes_are_1(dev, conn, ipconn)) return -1;
+  if (!indexes_are_1(dev, conn, ipconn)) return -1;
   value = text_or_empty(value);
   const char *digit = switch_digit(value);
-  if (digit == nullptr) return refuse("AvoidRemoteManagement", value);
-  if (equal(digit, "1") != acl_avoids_remote_management()) store(Section::config, acl_key, digit);
+  if (digit == nullptr) return refuse_value("AvoidRemoteManagement", value);
+  if (equal(digit, "1") != acl_avoids_remote_management()) store(key::acl_enable, digit);
   return _notifyFirewallNatChanged(); // also when there was nothing to store
-}
-
-int setTR069DMZEnable(const char *value) {
-  return set_plain(enable_key, 1, value);
-}
-int setTR069DMZHostAddress(const char *value) {
-  return set_plain(host_key, 2, value);
-}
-KOVA_SETTING_GETTER(getTR069DMZEnable, Section::config, enable_key)
-KOVA_SETTING_GETTER(getTR069DMZHostAddress, Section::config, host_key)
-
-KOVA_SETTING_GETTER(kovaGetALGSIPEnable, Section::config, "SIPAlgEnable")
-int kovaSetALGSIPEnable(const char *value) {
-  constexpr int rules = 31, item = 1, refused = -1; // the rule's other complaints are not for this setting
-  value = text_or_empty(value);
-  if (tarn_check_param(rules, value, item) == refused) {
-    dbg_trace("[TR069][ALG]Error\n");
-    return -1;
-  }
-  if (!is_zero_or_one(value)) {
-    dbg_trace("[TR069][ALG]Invalid value '%s' for SIPAlgEnable!\n", value);
-    return -1;
-  }
-  store(Section::config, "SIPAlgEnable", value);
-  return _notifyFirewallNatChanged();
 }

@@ -1,9 +1,9 @@
 // Life of a device: creation, boot, daemon, reset, removal, and several at once.
+#include "booted_device.hpp"
 #include "device/factory.hpp"
 #include "device/log.hpp"
 #include "platform/host/nvram_admin.hpp"
 #include "platform/host/tree_admin.hpp"
-#include "temporary_device.hpp"
 
 #include <kova/lan.h>
 #include <sys/stat.h>
@@ -24,7 +24,7 @@ void store(int section, const std::string &key, const std::string &value) {
   host::nvram_store({&entry, 1});
 }
 
-std::vector<std::string> changes(const TemporaryDevice &device) {
+std::vector<std::string> changes(const BootedDevice &device) {
   std::vector<std::string> names;
   for (const auto &record : device.log("device"))
     names.push_back(record.at("what"));
@@ -45,7 +45,7 @@ void expect_complete() {
 }
 
 TEST(Device, FirstUseCreatesAndEachBootClearsTheRunTimeSectionOnly) {
-  const TemporaryDevice device;
+  const BootedDevice device;
   EXPECT_FALSE(status().created);
   EXPECT_TRUE(device.run([] {
     device::up();
@@ -75,7 +75,7 @@ TEST(Device, FirstUseCreatesAndEachBootClearsTheRunTimeSectionOnly) {
 }
 
 TEST(Device, ResetReturnsToFactorySettingsAndAnEmptyLog) {
-  const TemporaryDevice device;
+  const BootedDevice device;
   EXPECT_TRUE(device.run([&] {
     device::up();
     store(0, "lan_ip", "10.0.0.1");
@@ -95,7 +95,7 @@ TEST(Device, ResetReturnsToFactorySettingsAndAnEmptyLog) {
 
 TEST(Device, AKillAtAnyInstantOfTheFirstUseLeavesADeviceThatTheNextCompletes) {
   for (int delay = 0; delay <= 60; delay += 6) {
-    const TemporaryDevice device;
+    const BootedDevice device;
     unsetenv("KOVA_FEED"); // it is started too
     const pid_t child = device.start([] { device::up(); });
     std::this_thread::sleep_for(std::chrono::milliseconds(delay));
@@ -109,11 +109,10 @@ TEST(Device, AKillAtAnyInstantOfTheFirstUseLeavesADeviceThatTheNextCompletes) {
 }
 
 TEST(Device, CreationKeepsWhatTheStoresHold) {
-  const TemporaryDevice device;
+  const BootedDevice device;
   EXPECT_TRUE(device.run([] {
     store(0, "lan_ip", "10.0.0.1");
-    host::tree_replace(
-        "<tarn><cm_config><apnprofile><apn2><mtu>1400</mtu></apn2></apnprofile></cm_config></tarn>");
+    host::tree_store(std::vector<host::TreeLeaf>{{"/tarn/cm_config/apnprofile/apn2/mtu", "1400"}});
     device::up();
     expect_complete();
     EXPECT_EQ(nvram(0, "lan_ip"), "10.0.0.1");
@@ -122,7 +121,7 @@ TEST(Device, CreationKeepsWhatTheStoresHold) {
 }
 
 TEST(Device, ConcurrentFirstUsesCreateOnce) {
-  const TemporaryDevice device;
+  const BootedDevice device;
   std::vector<pid_t> users(4);
   for (pid_t &user : users)
     user = device.start([] {
@@ -130,12 +129,12 @@ TEST(Device, ConcurrentFirstUsesCreateOnce) {
       expect_complete();
     });
   for (const pid_t user : users)
-    EXPECT_TRUE(TemporaryDevice::ended_well(user));
+    EXPECT_TRUE(succeeded(user));
   EXPECT_EQ(changes(device), (std::vector<std::string>{"created", "booted"}));
 }
 
 TEST(Device, ADeadDaemonIsSeenAndOnlyUpStartsItAgain) {
-  const TemporaryDevice device;
+  const BootedDevice device;
   device.bring_up();
   const pid_t first = status().serviced.value();
   kill(first, SIGKILL);
@@ -151,7 +150,7 @@ TEST(Device, ADeadDaemonIsSeenAndOnlyUpStartsItAgain) {
 }
 
 TEST(Device, DevicesSideBySideDoNotMeet) {
-  const TemporaryDevice one, other;
+  const BootedDevice one, other;
   one.bring_up();
   other.bring_up();
   EXPECT_TRUE(one.run([] {
@@ -167,7 +166,7 @@ TEST(Device, DevicesSideBySideDoNotMeet) {
 }
 
 TEST(Device, IsNotBootedWhereItCannotBe) {
-  const TemporaryDevice device;
+  const BootedDevice device;
   setenv("KOVA_LIBEXEC", device.top().c_str(), 1);
   EXPECT_THROW(device::up(), std::runtime_error);
   EXPECT_FALSE(status().booted);
@@ -185,7 +184,7 @@ std::map<std::string, std::string> contents(const fs::path &directory) {
 }
 
 TEST(Device, WhatIsNotItsOwnIsNotTouched) {
-  const TemporaryDevice device;
+  const BootedDevice device;
   fs::create_directories(device.directory() / "bin");
   std::ofstream(device.directory() / "bin/mine") << "mine";
   fs::create_symlink("mine", device.directory() / "bin/link");
@@ -213,7 +212,7 @@ TEST(Device, WhatIsNotItsOwnIsNotTouched) {
 }
 
 TEST(Device, IsRemovedWithItsDaemon) {
-  const TemporaryDevice device;
+  const BootedDevice device;
   device.bring_up();
   const pid_t daemon = status().serviced.value();
   device::remove();
@@ -223,7 +222,7 @@ TEST(Device, IsRemovedWithItsDaemon) {
 }
 
 TEST(Device, BelongsToItsUserAlone) {
-  const TemporaryDevice device;
+  const BootedDevice device;
   unsetenv("KOVA_FEED");
   umask(0);
   device.bring_up();
@@ -246,7 +245,7 @@ TEST(Device, BelongsToItsUserAlone) {
 
 // In place of the installation's: a daemon that is slow to come up.
 TEST(Device, NobodyMeetsADaemonOnItsWayWhoseStarterWasKilled) {
-  const TemporaryDevice device;
+  const BootedDevice device;
   const fs::path libexec = device.top() / "libexec", log = device.top() / "began";
   fs::create_directory(libexec);
   for (const char *name : {"kova-standin", "kova-diag", "kova-serviced"}) {
@@ -267,7 +266,7 @@ TEST(Device, NobodyMeetsADaemonOnItsWayWhoseStarterWasKilled) {
 TEST(Device, TurnsOfReadersAndWriters) {
   using device::Turn;
   constexpr std::chrono::seconds at_once(0), patient(60);
-  const TemporaryDevice device;
+  const BootedDevice device;
   device.bring_up();
   {
     const Turn one(Turn::Kind::reading, at_once), other(Turn::Kind::reading, at_once);
@@ -297,7 +296,7 @@ TEST(Device, TurnsOfReadersAndWriters) {
 }
 
 TEST(Device, ADaemonThatHangsHoldsUpNobody) {
-  const TemporaryDevice device;
+  const BootedDevice device;
   device.bring_up();
   const pid_t daemon = status().serviced.value();
   kill(daemon, SIGSTOP);
@@ -313,7 +312,7 @@ TEST(Device, ADaemonThatHangsHoldsUpNobody) {
 }
 
 TEST(Device, TheLogIsBounded) {
-  const TemporaryDevice device;
+  const BootedDevice device;
   device.bring_up();
   const fs::path log = device::log_file();
   std::ofstream(log, std::ios::app) << std::string(5 << 20, ' ') << '\n';
@@ -322,15 +321,15 @@ TEST(Device, TheLogIsBounded) {
   for (pid_t &writer : writers)
     writer = device.start([] { device::log_record({{"kind", "event"}, {"pid", getpid()}}); });
   for (const pid_t writer : writers)
-    EXPECT_TRUE(TemporaryDevice::ended_well(writer));
+    EXPECT_TRUE(succeeded(writer));
   EXPECT_GE(fs::file_size(device::earlier_log_file()), size);
   EXPECT_LT(fs::file_size(log), 1000U);
   EXPECT_FALSE(device.log("event").empty());
 }
 
 TEST(Identity, IsTheDevicesOwnAndLasts) {
-  const TemporaryDevice one, other;
-  const auto facts = [](const TemporaryDevice &device) {
+  const BootedDevice one, other;
+  const auto facts = [](const BootedDevice &device) {
     device.select();
     std::map<std::string, std::string> values;
     EXPECT_TRUE(device.run([] {
@@ -368,7 +367,7 @@ TEST(Identity, IsTheDevicesOwnAndLasts) {
     }
     EXPECT_EQ(sum % 10, 0) << imei;
   }
-  const TemporaryDevice none;
+  const BootedDevice none;
   for (const std::string &serial :
        {std::string(), std::string("a b"), std::string(33, 'x'), std::string("$(id)")})
     EXPECT_THROW(device::up({.serial = serial}), std::runtime_error);
@@ -376,7 +375,7 @@ TEST(Identity, IsTheDevicesOwnAndLasts) {
 }
 
 TEST(Machine, IsASmallRouterWithItsOwnUpTimeAndLan) {
-  const TemporaryDevice device;
+  const BootedDevice device;
   struct sysinfo facts {};
   unsetenv("KOVA_DEVICE");
   ASSERT_EQ(sysinfo(&facts), 0);

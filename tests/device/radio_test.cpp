@@ -1,8 +1,8 @@
 // The radio and rate feed: its values, its file, its life.
+#include "booted_device.hpp"
 #include "device/fd.hpp"
 #include "device/radio/radio.hpp"
 #include "platform/nvram.h"
-#include "temporary_device.hpp"
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -34,7 +34,7 @@ std::vector<device::RateSample> samples_in(const fs::path &path) {
 }
 
 TEST(RateFile, KeepsTheLastSamplesNewestFirstAndWaitsForNoReaderForEver) {
-  const TemporaryDevice device;
+  const BootedDevice device;
   const fs::path path = device.top() / "rate_info";
   std::ofstream(path) << std::string(4000, 'x');
   device::RateFile file(path);
@@ -63,7 +63,7 @@ protected:
   void TearDown() override { unsetenv("KOVA_FEED"); }
   fs::path rate_file() const { return device_.directory() / "root/var/rate_info"; }
 
-  const TemporaryDevice device_;
+  const BootedDevice device_;
 };
 
 TEST_F(Feed, SamplesEverySecondAndPublishesWhatItSamples) {

@@ -1,8 +1,8 @@
 // Path redirection, linked ahead of libc and preloaded: what a program and its commands see, and what stays
 // theirs.
+#include "booted_device.hpp"
 #include "device/routes.hpp"
 #include "platform/host/nvram_admin.hpp"
-#include "temporary_device.hpp"
 
 #include <fcntl.h>
 #include <kova/frame.h>
@@ -41,7 +41,7 @@ std::string output_of(const std::string &command) {
 class Redirect : public ::testing::Test {
 protected:
   // A name that a shell or a preload list would take apart, and too long for a socket address.
-  const TemporaryDevice device_{fs::path("it's a \"device\": $(home)") / std::string(120, 'd')};
+  const BootedDevice device_{fs::path("it's a \"device\": $(home)") / std::string(120, 'd')};
   void SetUp() override { device_.bring_up(); }
   fs::path root(const std::string &path) const { return device_.directory() / ("root" + path); }
 };
@@ -150,7 +150,7 @@ TEST_F(Redirect, ForeignProgramsTakeItPreloaded) {
   ASSERT_EQ(posix_spawn(&child, "/bin/sh", nullptr, nullptr, const_cast<char **>(arguments),
                         const_cast<char **>(environment)),
             0);
-  EXPECT_TRUE(TemporaryDevice::ended_well(child));
+  EXPECT_TRUE(succeeded(child));
   EXPECT_NE(text_of(root("/var/config/said")).find("hello.sh you"), std::string::npos);
   EXPECT_EQ(device_.log("event").size(), 1U);
 }

@@ -1,8 +1,8 @@
 // The device's own tools that answer: the NTP script and the log export.
+#include "booted_device.hpp"
 #include "device/log.hpp"
 #include "device/zone.hpp"
 #include "platform/host/nvram_admin.hpp"
-#include "temporary_device.hpp"
 
 namespace kova::test {
 namespace {
@@ -38,7 +38,7 @@ TEST(PosixZone, SaysWhatTheSettingsSay) {
 }
 
 TEST(NtpScript, StoresTheZoneAndLogsTheSynchronisation) {
-  const TemporaryDevice device;
+  const BootedDevice device;
   device.bring_up();
   EXPECT_TRUE(device.run([] {
     store("TZ", "N_-3:30");
@@ -55,7 +55,7 @@ TEST(NtpScript, StoresTheZoneAndLogsTheSynchronisation) {
   EXPECT_EQ(synchronised.at("server"), "192.0.2.123");
 }
 
-std::vector<std::string> exported_lines(const TemporaryDevice &device) {
+std::vector<std::string> exported_lines(const BootedDevice &device) {
   EXPECT_EQ(system("/home/www/cgi-bin/maintenance.cgi exportlog"), 0);
   std::vector<std::string> lines;
   std::ifstream file(device.directory() / "root/tmp/M4412_Log.dat");
@@ -65,7 +65,7 @@ std::vector<std::string> exported_lines(const TemporaryDevice &device) {
 }
 
 TEST(LogExport, LeavesTheLastRecordsAsLinesForPeople) {
-  const TemporaryDevice device;
+  const BootedDevice device;
   device.bring_up();
   EXPECT_EQ(system("ifconfig eth0 down"), 0);
   auto lines = exported_lines(device);

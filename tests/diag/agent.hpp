@@ -1,7 +1,7 @@
 // An agent on a device of its own: sends whole requests, as agents do, and looks at what the tests leave.
 #pragma once
 
-#include "device/temporary_device.hpp"
+#include "device/booted_device.hpp"
 #include "platform/nvram.h"
 
 #include <arpa/inet.h>
@@ -70,7 +70,7 @@ inline std::string end_state(const std::string &test) {
 
 class Agent : public ::testing::Test {
 protected:
-  TemporaryDevice device_;
+  BootedDevice device_;
 
   // Each in a process of its own, as the instances are.
   void as_agent(bool secondary, const std::function<void()> &work) {

@@ -1,5 +1,7 @@
-// Runs the real kovactl on a virtual device of its own, in a temporary directory.
+// Runs the real kovactl on a virtual device of its own.
 #pragma once
+
+#include "support/scratch_device.hpp"
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
@@ -12,7 +14,6 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -29,26 +30,19 @@ class Kovactl : public testing::Test {
 protected:
   using Words = std::vector<std::string>;
 
-  void SetUp() override {
-    std::string name = (std::filesystem::temp_directory_path() / "kova-e2e-XXXXXX").string();
-    if (!mkdtemp(name.data())) throw std::runtime_error("no temporary directory");
-    directory_ = name;
-    setenv("KOVA_DEVICE", device().c_str(), 1);
-    unsetenv("NO_COLOR");
-    setenv("KOVA_FEED", "off", 1); // which changes the store every second
-  }
+  void SetUp() override { unsetenv("NO_COLOR"); }
 
   void TearDown() override {
+    scratch_.select();
     run({"device", "down"});
-    std::filesystem::remove_all(directory_);
   }
 
-  std::filesystem::path directory() const { return directory_; }
-  std::filesystem::path device() const { return directory_ / "device"; }
+  const std::filesystem::path &directory() const { return scratch_.top(); }
+  const std::filesystem::path &device() const { return scratch_.directory(); }
 
   // Through pipes, so that a daemon which kept them open would be noticed.
   Result shell(const std::string &command) const {
-    const auto errors = directory_ / "stderr";
+    const auto errors = directory() / "stderr";
     FILE *pipe = popen(("{ " + command + "\n} 2>'" + errors.string() + "'").c_str(), "r");
     Result result{};
     char buffer[4096];
@@ -101,8 +95,8 @@ protected:
 
   // The path of a new file with this content.
   std::string file(const std::string &name, const std::string &text) const {
-    std::ofstream(directory_ / name, std::ios::binary) << text;
-    return directory_ / name;
+    std::ofstream(directory() / name, std::ios::binary) << text;
+    return directory() / name;
   }
   // In the place of a program of the device; the path is that below its directory.
   void replace_program(const std::string &path, const std::string &script) const {
@@ -119,7 +113,7 @@ protected:
   }
 
 private:
-  std::filesystem::path directory_;
+  const test::ScratchDevice scratch_;
 };
 
 } // namespace kova::e2e

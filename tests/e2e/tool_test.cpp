@@ -124,14 +124,14 @@ TEST_F(Tool, KeepsStandardOutputToItself) {
 
   run({"get", ""}); // some values are stored as they are read
   const auto size = [&](const char *name) { return std::filesystem::file_size(device() / "store" / name); };
-  const auto data = size("nvram.mdb"), lock = size("nvram.mdb-lock");
+  const auto data = size("data.mdb"), lock = size("data.mdb-lock");
   for (const std::string redirection : {" >&-", " <&- >&-", " >/dev/full"}) {
     const Result result = shell(command_line({"get", ""}) + redirection);
     EXPECT_EQ(result.status, 1) << redirection;
     EXPECT_NE(result.err.find("could not be written"), std::string::npos) << result.err;
   }
-  EXPECT_EQ(size("nvram.mdb"), data);
-  EXPECT_EQ(size("nvram.mdb-lock"), lock);
+  EXPECT_EQ(size("data.mdb"), data);
+  EXPECT_EQ(size("data.mdb-lock"), lock);
   for (const Words &words : {Words{"list"}, Words{"model", "--format", "csv"}})
     EXPECT_EQ(shell(command_line(words) + " | head -n 1").err, "");
 }

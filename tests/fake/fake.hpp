@@ -44,6 +44,7 @@ struct Platform {
 
   Store nvram;
   std::string refused_key;                 // the store does not take it
+  bool has_copies = true;                  // does it have memory for allocated copies?
   std::map<std::string, std::string> tree; // by path without the leading "/"
   bool tree_opens = true;
   int tree_opened = 0;                      // opened minus closed

@@ -14,6 +14,8 @@ char *update_rand_char() {
 int gen_weblogin_passwd(const char *password, const char *salt, int saltLength, char *hash, int size) {
   EXPECT_EQ(static_cast<std::size_t>(saltLength), std::strlen(salt));
   EXPECT_EQ(size, 32);
+  volatile char *last = hash + 63; // a sanitizer looks at the touch
+  *last = *last;
   std::snprintf(hash, 64, "hash(%.50s,%s)", password, salt);
   return 0;
 }

@@ -56,6 +56,7 @@ Test::Test() : open_descriptors_(count_descriptors()) {
 }
 
 Test::~Test() {
+  EXPECT_EQ(platform.oper_mode_records, 0) << "loaded and not deleted";
   platform = {};
   static char names[1 << 20];
   *names = '\0';
@@ -103,7 +104,26 @@ void refuse_all() {
 
 namespace {
 
+constexpr bool is_section(int section) {
+  return section == 0 || section == 9;
+}
+
+// A buffer that is as large as it is said to be: a sanitizer looks at the touch of its last byte.
+void expect_room(char *buffer, int size) {
+  ASSERT_NE(buffer, nullptr);
+  ASSERT_GT(size, 0);
+  volatile char *last = buffer + size - 1;
+  *last = *last;
+}
+
+// What a leaf is reached by: the one handle, and an open tree.
+void expect_reachable(int handle, const char *path) {
+  EXPECT_EQ(handle, 0) << path;
+  EXPECT_GT(platform.tree_opened, 0) << path;
+}
+
 const std::string *find(int section, const char *key) {
+  EXPECT_TRUE(is_section(section)) << section << " " << key;
   platform.keys_read.push_back(std::to_string(section) + " " + key);
   if (platform.watch) platform.watch();
   return platform.scripted(platform.nvram, std::pair{section, std::string(key)});
@@ -114,6 +134,8 @@ std::string without_slash(const char *path) {
 }
 
 int copy_counter(const std::string &name, int counter, char *text, int size) {
+  expect_room(text, size);
+  EXPECT_TRUE(counter == 2 || counter == 3 || counter == 10 || counter == 11) << counter;
   const std::string *value = platform.scripted(platform.counters, name + " " + std::to_string(counter));
   if (value == nullptr) return -1;
   std::snprintf(text, static_cast<std::size_t>(size), "%s", value->c_str());
@@ -129,6 +151,7 @@ using namespace fake;
 // ---- libtarn_nvram
 
 int nvram_bufget_string(int section, const char *key, char *buf, int size) {
+  expect_room(buf, size);
   const std::string *value = find(section, key);
   if (value == nullptr) return 0;
   std::snprintf(buf, static_cast<std::size_t>(size), "%s", value->c_str());
@@ -137,10 +160,11 @@ int nvram_bufget_string(int section, const char *key, char *buf, int size) {
 
 char *nvram_bufget(int section, const char *key) {
   const std::string *value = find(section, key);
-  return strdup(value == nullptr ? "" : value->c_str());
+  return platform.has_copies ? strdup(value == nullptr ? "" : value->c_str()) : nullptr;
 }
 
 int nvram_bufset(int section, const char *key, const char *value) {
+  EXPECT_TRUE(is_section(section)) << section << " " << key;
   if (key == platform.refused_key) return -1;
   did("nvram " + std::to_string(section) + " " + key + "=" + value);
   platform.nvram[{section, key}] = value;
@@ -153,6 +177,7 @@ int tarn_check_param(int group, const char *value, int item) {
 }
 
 int tarn_check_nvram_value(int section, const char *key) {
+  EXPECT_TRUE(is_section(section)) << section << " " << key;
   return platform.stored(section, key) == "1" ? 1 : 0;
 }
 
@@ -180,6 +205,7 @@ int tarn_is_interface_exist(const char *ifname) {
 }
 
 int tarn_getIfMac(const char *ifname, char *out, int size) {
+  expect_room(out, size);
   if (const Interface *interface = find_interface(ifname); interface != nullptr && !interface->mac.empty()) {
     std::snprintf(out, static_cast<std::size_t>(size), "%s", interface->mac.c_str());
     return 0;
@@ -208,7 +234,9 @@ int init_ucfg_ex() {
   return 0;
 }
 
-int read_ucfg_xml(int, const char *path, char *dst) {
+int read_ucfg_xml(int handle, const char *path, char *dst) {
+  expect_reachable(handle, path);
+  expect_room(dst, 256); // which the call takes for granted
   platform.keys_read.push_back(path);
   const std::string *leaf = platform.scripted(platform.tree, without_slash(path));
   if (leaf == nullptr) return platform.tree_failure;
@@ -216,7 +244,8 @@ int read_ucfg_xml(int, const char *path, char *dst) {
   return 0;
 }
 
-int write_ucfg_xml(int, const char *path, const char *value) {
+int write_ucfg_xml(int handle, const char *path, const char *value) {
+  expect_reachable(handle, path);
   if (platform.tree_refuses[without_slash(path)]) return platform.tree_failure;
   did(std::string("tree ") + path + "=" + value);
   platform.tree[without_slash(path)] = value;
@@ -225,6 +254,7 @@ int write_ucfg_xml(int, const char *path, const char *value) {
 
 int deinit_ucfg_ex(int keep) {
   EXPECT_EQ(keep, 1);
+  EXPECT_GT(platform.tree_opened, 0);
   did("tree close");
   --platform.tree_opened;
   return 0;
@@ -250,11 +280,13 @@ lted_client *new_lted_client() {
 }
 
 void destory_lted_client(lted_client *client) {
+  EXPECT_NE(client, nullptr);
   platform.lte_asked.push_back("bye");
   delete client;
 }
 
-int rrc_band_list_get(lted_client *, RrcBandList *list) {
+int rrc_band_list_get(lted_client *client, RrcBandList *list) {
+  EXPECT_NE(client, nullptr);
   platform.lte_asked.push_back("list");
   if (!platform.lists_bands) return -1;
   list->count = static_cast<uint8_t>(platform.bands.size());

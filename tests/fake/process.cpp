@@ -90,7 +90,8 @@ int system(const char *command) {
   return platform.exit_status << 8;
 }
 
-FILE *popen(const char *command, const char *) {
+FILE *popen(const char *command, const char *mode) {
+  EXPECT_STREQ(mode, "r") << command;
   platform.piped.push_back(command);
   const std::string *output = platform.scripted(platform.output, std::string(command));
   return output == nullptr ? nullptr : stream_of(*output);

@@ -30,6 +30,7 @@ constexpr int in_order = 0, no_addresses = 1, start_above_end = 5;
 } // namespace
 
 int websLengthRule(const char *text, int max) {
+  asked("length " + std::to_string(max) + " " + text);
   return std::strlen(text) <= static_cast<std::size_t>(max) || !platform.judges ? 1 : 0;
 }
 

@@ -1,14 +1,13 @@
+#include "host_test.hpp"
 #include "platform/host/device_dir.hpp"
 #include "platform/host/nvram_admin.hpp"
 #include "platform/host/tree_admin.hpp"
 #include "platform/nvram.h"
 #include "platform/ucfg.h"
-#include "temp_device.hpp"
 
 #include <sys/stat.h>
 
 #include <fstream>
-#include <map>
 #include <string>
 
 namespace fs = std::filesystem;
@@ -16,73 +15,65 @@ using namespace kova::host;
 
 namespace {
 
-class DeviceDir : public TempDevice {
-protected:
-  fs::path dir() const { return top / device; }
-  void put(const char *name, const char *text) const {
-    fs::create_directories((dir() / name).parent_path());
-    std::ofstream(dir() / name) << text;
-  }
-  // Everything that a change would show in.
-  std::map<std::string, std::string> listing() const {
-    std::map<std::string, std::string> all;
-    const auto add = [&all](const fs::path &path) {
-      struct stat status = {};
-      lstat(path.c_str(), &status);
-      all[path] = std::to_string(status.st_mode) + ' ' + std::to_string(status.st_size) + ' ' +
-                  std::to_string(status.st_mtim.tv_sec) + '.' + std::to_string(status.st_mtim.tv_nsec);
-    };
-    add(dir());
-    for (const auto &entry : fs::recursive_directory_iterator(dir()))
-      add(entry.path());
-    return all;
-  }
-  static std::string refusal() {
-    try {
-      claim_device_dir();
-    } catch (const std::runtime_error &reason) {
-      return reason.what();
-    }
-    return "";
-  }
-};
+std::string found(const fs::path &below, const std::string &expression) {
+  std::FILE *find = popen(("find '" + below.string() + "' " + expression + " | sort").c_str(), "r");
+  std::string text(10'000, '\0');
+  text.resize(std::fread(text.data(), 1, text.size(), find));
+  pclose(find);
+  return text;
+}
 
-mode_t mode_of(const fs::path &path) {
-  struct stat status = {};
-  EXPECT_EQ(0, lstat(path.c_str(), &status)) << path;
-  return status.st_mode & ALLPERMS;
+// Everything that a change would show in.
+std::string listing(const fs::path &dir) {
+  return found(dir, "-printf '%p %M %s %T@ %l\\n'");
+}
+
+void put(const fs::path &file, const char *text) {
+  fs::create_directories(file.parent_path());
+  std::ofstream(file) << text;
+}
+
+std::string refusal() {
+  try {
+    claim_device_dir();
+  } catch (const std::runtime_error &reason) {
+    return reason.what();
+  }
+  return "";
 }
 
 void use_all_stores() {
-  nvram_bufset(0, "key", "value");
+  EXPECT_EQ(0, nvram_bufset(0, "key", "value"));
   EXPECT_EQ(0, init_ucfg_ex());
   EXPECT_EQ(0, write_ucfg_xml(0, "/tarn/leaf", "text"));
   EXPECT_EQ(0, deinit_ucfg_ex(1));
 }
 
+class DeviceDir : public HostTest {
+protected:
+  const fs::path &dir = device.directory();
+};
+
 TEST_F(DeviceDir, IsClaimedForItsUserAlone) {
-  const mode_t usual = umask(0);
-  for (const mode_t mask : {0U, 077U}) {
-    choose("m" + std::to_string(mask));
-    umask(mask);
+  for (const mode_t mask : {0U, 077U, 0777U}) {
+    device.select(device.top() / std::to_string(mask));
+    const mode_t usual = umask(mask);
     use_all_stores();
     umask(usual);
     EXPECT_EQ(device_dir_state(), DirState::device);
-    EXPECT_EQ(mode_of(device_dir()), 0700U);
-    for (const auto &entry : fs::recursive_directory_iterator(device_dir()))
-      EXPECT_EQ(mode_of(entry.path()), entry.is_directory() ? 0700U : 0600U) << entry.path() << mask;
+    EXPECT_EQ(found(device_dir(), "! -perm 0700 -type d -o ! -perm 0600 ! -type d"), "") << mask;
   }
-  choose(device);
+  device.select();
   EXPECT_EQ(device_dir_state(), DirState::absent);
-  fs::create_directory(dir());
+  fs::create_directory(dir);
   EXPECT_EQ(device_dir_state(), DirState::empty);
-  put("kova-device", "kova dev"); // a claim that was interrupted
+  put(dir / "kova-device", "kova dev"); // a claim that was interrupted
   EXPECT_EQ(device_dir_state(), DirState::empty);
   EXPECT_EQ(refusal(), "");
-  EXPECT_EQ(mode_of(dir()), 0700U);
-  const auto claimed = listing();
+  const std::string claimed = listing(dir);
+  EXPECT_NE(claimed.find("drwx------"), std::string::npos) << claimed;
   EXPECT_EQ(refusal(), "");
-  EXPECT_EQ(listing(), claimed);
+  EXPECT_EQ(listing(dir), claimed);
 }
 
 TEST_F(DeviceDir, NothingIsTouchedInOneThatIsNoDevice) {
@@ -91,16 +82,16 @@ TEST_F(DeviceDir, NothingIsTouchedInOneThatIsNoDevice) {
     DirState state;
   } dirs[] = {
       {"notes", "mine", "not a virtual device and not empty: nothing in it is touched", DirState::foreign},
-      {"store/nvram.mdb", "mine", "not a virtual device", DirState::foreign},
+      {"store/data.mdb", "mine", "not a virtual device", DirState::foreign},
       {"kova-device", "mine", "not a virtual device", DirState::foreign},
       {"kova-device", "kova device 999\n", "another version", DirState::outdated},
       {"run/created", "", "another version", DirState::outdated}};
   for (const auto &[file, text, reason, state] : dirs) {
-    fs::remove_all(dir());
-    put(file, text);
-    const auto before = listing();
+    fs::remove_all(dir);
+    put(dir / file, text);
+    const auto before = listing(dir);
     EXPECT_EQ(device_dir_state(), state) << file << text;
-    EXPECT_EQ(refusal().find(dir()), 0U);
+    EXPECT_EQ(refusal().find(dir.string()), 0U);
     EXPECT_NE(refusal().find(reason), std::string::npos) << refusal();
     char out[256] = "old";
     EXPECT_NE("", console_of([&] {
@@ -110,13 +101,14 @@ TEST_F(DeviceDir, NothingIsTouchedInOneThatIsNoDevice) {
                 EXPECT_FALSE(nvram_remove(0, "key"));
                 EXPECT_THROW(nvram_store({}), std::runtime_error);
                 EXPECT_THROW(nvram_clear_section(0), std::runtime_error);
+                EXPECT_THROW(tree_clear(), std::runtime_error);
                 EXPECT_EQ(0, init_ucfg_ex());
                 EXPECT_NE(0, read_ucfg_xml(0, "/tarn/leaf", out));
-                EXPECT_EQ(0, write_ucfg_xml(0, "/tarn/leaf", "text"));
-                EXPECT_NE(0, deinit_ucfg_ex(1));
+                EXPECT_NE(0, write_ucfg_xml(0, "/tarn/leaf", "text"));
+                EXPECT_EQ(0, deinit_ucfg_ex(1));
               }));
     EXPECT_STREQ(out, "old");
-    EXPECT_EQ(listing(), before) << file << text;
+    EXPECT_EQ(listing(dir), before) << file << text;
   }
 }
 
@@ -124,9 +116,9 @@ TEST_F(DeviceDir, OfAnotherUserIsNeitherReadNorLocked) {
   use_all_stores();
   EXPECT_TRUE(succeeded(start([this] {
     if (geteuid() != 0) return; // only root can become another
-    fs::permissions(top, fs::perms(0755));
-    fs::permissions(dir(), fs::perms(0755));
-    become_unprivileged(top, Files::of_another);
+    fs::permissions(device.top(), fs::perms(0755));
+    fs::permissions(dir, fs::perms(0755));
+    become_unprivileged(device.top(), Files::of_another);
     EXPECT_EQ(device_dir_state(), DirState::inaccessible);
     EXPECT_NE(refusal().find("another user"), std::string::npos) << refusal();
     char out[256];

@@ -1,12 +1,12 @@
+#include "host_test.hpp"
 #include "platform/lte.h"
 #include "platform/nvram.h"
-#include "temp_device.hpp"
 
 #include <vector>
 
 namespace {
 
-class Lte : public TempDevice {
+class Lte : public HostTest {
 protected:
   static std::vector<int> bands(const char *setting) {
     nvram_bufset(0, "lte_supported_bands", setting);

@@ -1,12 +1,12 @@
+#include "host_test.hpp"
 #include "platform/nvram.h"
-#include "temp_device.hpp"
 
 #include <fstream>
 #include <string>
 
 namespace {
 
-class Statistics : public TempDevice {};
+class Statistics : public HostTest {};
 
 TEST_F(Statistics, CountersComeFromTheKernel) {
   for (const int counter : {10, 11, 2, 3})
@@ -41,11 +41,6 @@ TEST_F(Statistics, InterfacesAndUptime) {
   double uptime = 0;
   std::ifstream("/proc/uptime") >> uptime;
   EXPECT_NEAR(static_cast<double>(tarn_get_uptime()), uptime, 2);
-}
-
-TEST_F(Statistics, ConsoleLinesEndOnce) {
-  EXPECT_EQ("a 1\n", console_of([] { tarn_log_console("a %d", 1); }));
-  EXPECT_EQ("b\n", console_of([] { tarn_log_console("b\n"); }));
 }
 
 } // namespace

@@ -1,9 +1,10 @@
 // Accounts, SNMP, web access and the ping watchdog.
-#include "fake/fake.hpp"
+#include "rows.hpp"
 
 #include <kova/accounts.h>
 
 using fake::effect;
+using fake::event;
 using fake::get;
 using fake::platform;
 using fake::Strings;
@@ -72,23 +73,13 @@ TEST_F(Accounts, PasswordsAreStoredAsSaltedHashes) {
 
 TEST_F(Accounts, SnmpCredentialsNeedTheService) {
   EXPECT_EQ(effect(kovaSetSNMPUserName, "me", -1), Strings{});
-  struct {
-    kova_setter *set;
-    std::string key, rule;
-  } const settings[] = {{kovaSetSNMPEnable, "snmp_enable", "24/0 1"},
-                        {kovaSetSNMPUserName, "snmp_username", "24/2 1"},
-                        {kovaSetSNMPPassword, "snmp_password", "24/4 1"}};
-  for (const auto &[set, key, rule] : settings) {
-    EXPECT_EQ(effect(set, "1"), (Strings{"nvram 0 " + key + "=1", "run test_cpeevent call \"ce_snmp_start\"",
-                                         "run test_cpeevent call \"fw_sip_rule\""}));
-    EXPECT_EQ(platform.rules_asked.back(), rule);
-    fake::refuse_all();
-    for (const char *refused : {"1", static_cast<const char *>(nullptr)})
-      EXPECT_EQ(effect(set, refused, -1), Strings{});
-    platform.rule = nullptr;
-  }
-  EXPECT_EQ(fake::get_all({kovaGetSNMPEnable, kovaGetSNMPUserName, kovaGetSNMPPassword}),
-            (Strings{"1", "1", " "}));
+  const Strings started = {event("ce_snmp_start"), event("fw_sip_rule")};
+  EXPECT_EQ(effect(kovaSetSNMPEnable, "1"), (Strings{"nvram 0 snmp_enable=1", started[0], started[1]}));
+  EXPECT_EQ(effect(kovaSetSNMPUserName, "me"), (Strings{"nvram 0 snmp_username=me", started[0], started[1]}));
+  EXPECT_EQ(platform.rules_asked, (Strings{"24/0 1", "24/2 me"}));
+  fake::refuse_all();
+  for (kova_setter *set : {kovaSetSNMPEnable, kovaSetSNMPUserName, kovaSetSNMPPassword})
+    EXPECT_EQ(effect(set, nullptr, -1), Strings{});
 }
 
 TEST_F(Accounts, TheWebLockTimeIsWholeSeconds) {
@@ -104,19 +95,14 @@ TEST_F(Accounts, TheWebLockTimeIsWholeSeconds) {
 
 TEST_F(Accounts, DiagnosticsObjects) {
   platform.rule = [](int, const std::string &host, int) { return host.empty() ? -1 : 1; };
-  for (kova_setter *set : {kovasetDiagnosticsHost, kovasetTraceRouteDiagnosticsHost}) {
-    platform.rules_asked.clear();
-    effect(set, "h");
-    effect(set, nullptr, -1);
-    EXPECT_EQ(platform.rules_asked, (Strings{"21/1 h", "21/1 "}));
-  }
-  for (kova_setter *set : {kovasetIPingInterface, kovasetTraceRouteDiagnosticsInterface}) {
-    for (const char *known : {"lo", "", static_cast<const char *>(nullptr),
-                              "InternetGatewayDevice.WANDevice.1.WANConnectionDevice.1.WANIPConnection.1",
-                              "InternetGatewayDevice.LANDevice.1.LANHostConfigManagement.IPInterface.1"})
-      effect(set, known);
-    effect(set, "eth0", -1);
-  }
+  effect(kovasetDiagnosticsHost, "h");
+  effect(kovasetDiagnosticsHost, nullptr, -1);
+  EXPECT_EQ(platform.rules_asked, (Strings{"21/1 h", "21/1 "}));
+  for (const char *known : {"lo", "", static_cast<const char *>(nullptr),
+                            "InternetGatewayDevice.WANDevice.1.WANConnectionDevice.1.WANIPConnection.1",
+                            "InternetGatewayDevice.LANDevice.1.LANHostConfigManagement.IPInterface.1"})
+    effect(kovasetIPingInterface, known);
+  effect(kovasetTraceRouteDiagnosticsInterface, "eth0", -1);
   platform.nvram[{0, "ROUTEHOPS_HOPHOST"}] = "first;second";
   char host[8] = "";
   EXPECT_EQ(kovaGetDiagnosticsRouteHopsHopHost(2, host, 4), 0);
@@ -132,21 +118,11 @@ TEST_F(Accounts, TheWatchdogTakesAnythingButMarkup) {
     EXPECT_EQ(get(getTR069PingWatchdogEnable), stored) << value;
   }
   EXPECT_EQ(effect(setTR069PingWatchdogEnable, "1(", -1), Strings{});
-  struct {
-    kova_getter *get;
-    kova_setter *set;
-    const char *key;
-  } const settings[] = {{getTR069PingWatchdogIPAddress, setTR069PingWatchdogIPAddress, "pingWdIpAddress"},
-                        {getTR069PingWatchdogTimeout, setTR069PingWatchdogTimeout, "pingWdTimeOut"},
-                        {getTR069PingWatchdogCount, setTR069PingWatchdogCount, "pingWdCount"},
-                        {getTR069PingWatchdogFailureCountToReboot, setTR069PingWatchdogFailureCountToReboot,
-                         "pingWdRebootCount"}};
-  for (const auto &[getter, set, key] : settings) {
-    EXPECT_EQ(effect(set, nullptr)[0], std::string("nvram 0 ") + key + "=");
-    EXPECT_EQ(effect(set, "no address")[0], std::string("nvram 0 ") + key + "=no address");
-    EXPECT_EQ(effect(set, "%3cx", -1), Strings{});
-    EXPECT_EQ(get(getter), "no address");
-  }
+  for (const char *value : {static_cast<const char *>(nullptr), "no address"})
+    EXPECT_EQ(effect(setTR069PingWatchdogIPAddress, value)[0],
+              std::string("nvram 0 pingWdIpAddress=") + (value != nullptr ? value : ""));
+  EXPECT_EQ(effect(setTR069PingWatchdogIPAddress, "%3cx", -1), Strings{});
+  EXPECT_EQ(get(getTR069PingWatchdogIPAddress), "no address");
   EXPECT_TRUE(platform.rules_asked.empty());
 }
 

@@ -2,7 +2,6 @@
 #include "fake/fake.hpp"
 
 #include <kova/management.h>
-#include <kova/radio.h>
 
 using fake::effect;
 using fake::get;
@@ -13,82 +12,28 @@ namespace {
 
 class Acs : public fake::Test {};
 
-enum Kind { text, secret, switch_digit, switch_as_given }; // a secret's getter tells nothing
-
-struct Setting {
-  kova_getter *get;
-  kova_setter *set;
-  const char *key; // of the primary instance
-  int item;        // of the rule; 0: none is asked, and markup passes
-  Kind kind = text;
-  bool shared = false; // by both instances
-} const settings[] = {
-// clang-format off
-#define BOTH(name) kovaGetTR069##name, kovaSetTR069##name
-    {BOTH(ManagementServerURL), "TR_ACS_URL", 2},
-    {BOTH(ManagementServerUsername), "TR_ACS_USER", 3},
-    {BOTH(ManagementServerPassword), "TR_ACS_PASS", 4},
-    {BOTH(PeriodicInformEnable), "TR_INFORM_ENABLE", 5, switch_digit},
-    {BOTH(PeriodicInformInterval), "TR_INFORM_INTERVAL", 6},
-    {BOTH(PeriodicInformTime), "TR_INFORM_TIME", 0},
-    {BOTH(ParameterKey), "TR_PARAMKEY", 0},
-    {nullptr, kovaSetTR069ConnectionRequestURL, "TR_CR_PATH", 0},
-    {BOTH(ConnectionRequestUsername), "TR_CR_USER", 7},
-    {BOTH(ConnectionRequestPassword), "TR_CR_PASS", 8},
-    {BOTH(UDPConnectionRequestAddressNotificationLimit), "TR_UDPCR_LIMIT", 13, secret},
-    {BOTH(STUNEnable), "TR_STUN_ENABLE", 14, switch_as_given},
-    {BOTH(STUNServerAddress), "TR_STUN_SERVER", 15},
-    {BOTH(STUNServerPort), "TR_STUN_PORT", 16},
-    {BOTH(STUNUsername), "TR_STUN_USER", 17, secret},
-    {BOTH(STUNPassword), "TR_STUN_PASS", 18, secret},
-    {BOTH(STUNMaximumKeepAlivePeriod), "TR_STUN_MAX_KA", 19},
-    {BOTH(STUNMinimumKeepAlivePeriod), "TR_STUN_MIN_KA", 20},
-    {BOTH(NatDetected), "TR_NAT_DETECTED", 21, switch_as_given},
-    {BOTH(X_STUNRealm), "TR_X_STUN_REALM", 22, text, true},
-    {BOTH(X_FingerPrintEnable), "TR_X_FINGERPRINTENABLE", 23, switch_digit, true},
-    {BOTH(CloudkeyValue), "TR_CLOUDKEY", 24},
-    {BOTH(NickNameValue), "TR_NICKNAME", 25},
-    {BOTH(X_Loglevel), "/cwmp/loglevel", 0, text, true},
-    // clang-format on
-};
-
-TEST_F(Acs, SettingsOfBothInstances) {
-  for (const uint32_t instance : {0U, 1U})
-    for (const Setting &setting : settings) {
-      const std::string key = (instance == 1 && !setting.shared ? "S_" : "") + std::string(setting.key);
-      SCOPED_TRACE(key);
-      platform = {};
-      gSecondaryInstance = instance;
-      const bool is_switch = setting.kind == switch_digit || setting.kind == switch_as_given;
-      const char *value = is_switch ? "True" : "some text";
-      const Strings stored = {"nvram 0 " + key + "=" + (setting.kind == switch_digit ? "1" : value)};
-      const int if_refused = setting.item != 0 ? -1 : 0;
-      EXPECT_EQ(effect(setting.set, value), stored);
-      const std::string rule = "7/" + std::to_string(setting.item) + (is_switch ? " 1" : " some text");
-      EXPECT_EQ(platform.rules_asked, setting.item != 0 ? Strings{rule} : Strings{});
-      if (setting.get != nullptr) {
-        EXPECT_EQ(get(setting.get), setting.kind == secret ? "" : platform.stored(0, key));
-      }
-      fake::refuse_all();
-      EXPECT_EQ(effect(setting.set, value, if_refused), setting.item != 0 ? Strings{} : stored);
-      platform.rule = nullptr;
-      EXPECT_EQ(setting.set("a\"b"), if_refused);
-      EXPECT_EQ(setting.set(nullptr), is_switch ? -1 : 0);
-    }
-}
-
-TEST_F(Acs, WhatOnlyTheAgentOrTheFactoryStores) {
+TEST_F(Acs, ASettingOfEachInstanceIsJudgedAndHoldsNoMarkup) {
   for (const std::string prefix : {"", "S_"}) {
     gSecondaryInstance = prefix.empty() ? 0 : 1;
+    platform.rule = nullptr;
+    platform.rules_asked.clear();
+    const Strings stored = {"nvram 0 " + prefix + "TR_ACS_URL=http://a;b&c"};
+    EXPECT_EQ(effect(kovaSetTR069ManagementServerURL, "http://a;b&c"), stored);
+    EXPECT_EQ(platform.rules_asked, Strings{"7/2 http://a;b&c"});
+    EXPECT_EQ(get(kovaGetTR069ManagementServerURL), "http://a;b&c");
+    EXPECT_EQ(effect(kovaSetTR069ManagementServerURL, "a\"b", -1), Strings{});
+    EXPECT_EQ(effect(kovaSetTR069STUNPassword, "secret"),
+              Strings{"nvram 0 " + prefix + "TR_STUN_PASS=secret"});
+    EXPECT_EQ(get(kovaGetTR069STUNPassword), "");
+    EXPECT_EQ(effect(kovaSetTR069X_STUNRealm, "realm"), Strings{"nvram 0 TR_X_STUN_REALM=realm"}); // shared
+    fake::refuse_all();
+    EXPECT_EQ(effect(kovaSetTR069ManagementServerURL, "http://a", -1), Strings{});
+    EXPECT_EQ(effect(kovaSetTR069ParameterKey, "a\"b"), Strings{"nvram 0 " + prefix + "TR_PARAMKEY=a\"b"});
+    EXPECT_EQ(effect(kovaSetTR069ConnectionRequestURL, nullptr),
+              Strings{"nvram 0 " + prefix + "TR_CR_PATH="});
     EXPECT_EQ(effect(kovaSetTR069UDPConnectionRequestAddress, "10.0.0.1:7547"),
               Strings{"nvram 9 " + prefix + "TR_UDPCR_PATH=10.0.0.1:7547"});
     EXPECT_EQ(effect(kovaSetTR069UDPConnectionRequestAddress, "a\"b", -1), Strings{});
-    for (const char *key : {"TR_CERT_PATH", "TR_CACERT_PATH", "TR_CERT_ENABLE"})
-      platform.nvram[{0, prefix + key}] = prefix + key;
-    EXPECT_EQ(fake::get_all({kovaGetTR069UDPConnectionRequestAddress, kovaGetTR069SSLCert,
-                             kovaGetTR069SSLCaCert, kovaGetTR069SSLEnable}),
-              (Strings{"10.0.0.1:7547", prefix + "TR_CERT_PATH", prefix + "TR_CACERT_PATH",
-                       prefix + "TR_CERT_ENABLE"}));
   }
 }
 
@@ -164,11 +109,19 @@ TEST_F(Acs, TheConnectionRequestAddressIsWhereTheServerReachesTheDevice) {
 }
 
 TEST_F(Acs, WlanCounters) {
-  platform.counters = {{"wlan 2", "2048"}, {"wlan 10", "4096"}, {"wlan 3", "7"}, {"wlan 11", "8"}};
+  platform.counters = {{"wlan 2", "2048"}, {"wlan 11", "8"}};
   EXPECT_EQ(
-      fake::get_all({kovaGetWLANConfigurationTotalBytesSent, kovaGetWLANConfigurationTotalBytesReceived,
-                     kovaGetWLANConfigurationTotalPacketsSent, kovaGetWLANConfigurationTotalPacketsReceived}),
-      (Strings{"2 KB", "4 KB", "7", "8"}));
+      fake::get_all({kovaGetWLANConfigurationTotalBytesSent, kovaGetWLANConfigurationTotalPacketsReceived}),
+      (Strings{"2 KB", "8"}));
+}
+
+TEST_F(Acs, HttpsIsOnUnlessItIsSwitchedOff) {
+  const std::pair<const char *, const char *> cases[] = {
+      {"0", "0"}, {"is FaLsE", "0"}, {"1", "1"}, {"00", "1"}, {"<", "1"}};
+  for (const auto &[value, digit] : cases) {
+    EXPECT_EQ(kovaSetTR069HttpsEnable(value) + kovaSetTR069HttpsWanEnable(value), 0);
+    EXPECT_EQ(get(kovaGetTR069HttpsEnable) + get(kovaGetTR069HttpsWanEnable), std::string(digit) + digit);
+  }
 }
 
 // ---- Backup

@@ -18,76 +18,59 @@ namespace {
 
 class Apn : public fake::Test {};
 
-// clang-format off
-// A profile's accessors, in the order of the fields.
-const struct Accessors {
-  kova_getter *get;
-  kova_setter *set = nullptr;
-} profiles[][13] = {
-#define BOTH(n, name) {getTR069APN##n##name, setTR069APN##n##name}
-#define PROFILE(n)                                                                                                      \
-  {BOTH(n, Enable), BOTH(n, Name), BOTH(n, Auth), BOTH(n, UserName), BOTH(n, Password), BOTH(n, PDPType), BOTH(n, MTU), \
-   BOTH(n, ApplyTo), BOTH(n, BridgeVID), BOTH(n, GREL2DestIP), BOTH(n, GREL2VlanList), BOTH(n, GREL2UntaggedVlan),      \
-   {getTR069APN##n##ProfileName}}
-    PROFILE(1), PROFILE(2), PROFILE(3), PROFILE(4), PROFILE(5), PROFILE(6), PROFILE(7), PROFILE(8)};
-#define RANGES(n) {chkTR069APN##n##ApplyTo, chkTR069APN##n##BridgeVID}
-const std::pair<kova_checker *, kova_checker *> checkers[] = {
-    RANGES(1), RANGES(2), RANGES(3), RANGES(4), RANGES(5), RANGES(6), RANGES(7), RANGES(8)};
-
 const char *const none = nullptr;
-// What the setters accept as it is, refuse, and store in another form.
-const struct Field {
-  const char *leaf;
-  bool updates; // the APN configuration; else the operation-mode network restarts
-  std::vector<const char *> accepted, refused;
-  std::vector<std::pair<const char *, std::string>> rewritten;
-} fields[] = {
-    {"enable",               true,  {"0", "1"},                  {"", none, "2", "01", "1 "}, {}},
-    {"apn_name",             true,  {"", "internet"},            {}, {{none, ""}}},
-    {"auth_type",            true,  {"1", "4"},                  {"", none, "0", "5", "-1", "x", "4294967297"}, {{"02", "2"}, {"4x", "4"}}},
-    {"username",             true,  {"", "user"},                {}, {{none, ""}}},
-    {"password",             true,  {"", "`secret`"},            {}, {{none, ""}}},
-    {"pdn_type",             true,  {"0", "2"},                  {"", none, "3", "-1", "x"}, {{" 1", "1"}}},
-    {"mtu",                  true,  {"576", "1500"},             {"", none, "575", "1501", "x"}, {{"01500", "1500"}}},
-    {"apply_to",             false, {"0", "3", "03", "3x"},      {"", none, "4", "-1", "x"}, {}},
-    {"bridge_vid",           false, {"4094", "9999", "x"},       {"", none}, {}},
-    {"gre_l2_dest_ip",       false, {"10.0.0.1", "x"},           {"", none}, {}},
-    {"gre_l2_vlan_list",     false, {"", "100 200"},             {}, {{none, ""}}},
-    {"gre_l2_untagged_vlan", false, {"", "5"},                   {}, {{none, ""}}},
-    {"profile_name",         false, {},                          {}, {}}};
-// clang-format on
 
 std::string path_of(std::size_t number, const std::string &leaf) {
   return "tarn/cm_config/apnprofile/apn" + std::to_string(number) + "/" + leaf;
 }
 
+const std::string update = "request 0x10000007", restart = "request 0x10000023";
+
 TEST_F(Apn, SettersJudgeStoreAndReactAfterTheTreeIsClosed) {
-  for (std::size_t number = 1; number <= 8; ++number)
-    for (const Field &field : fields) {
-      const std::string leaf = field.leaf, path = path_of(number, leaf);
-      SCOPED_TRACE(path);
-      kova_setter *set = profiles[number - 1][&field - fields].set;
-      if (set == nullptr || set == setTR069APN1Enable) continue; // which stays enabled
-      auto stored = field.rewritten;
-      for (const char *value : field.accepted)
-        stored.emplace_back(value, value);
-      std::vector<const char *> refused = field.refused;
-      if (number == 8 && leaf == "apply_to") { // takes any text
-        stored.emplace_back("x", "x");
-        refused = {"", none};
-      }
-      platform = {};
-      for (const auto &[value, text] : stored)
-        EXPECT_EQ(effect(set, value), (Strings{"tree open", "tree /" + path + "=" + text, "tree close",
-                                               field.updates ? "request 0x10000007" : "request 0x10000023"}));
-      for (const char *value : refused)
-        EXPECT_EQ(effect(set, value, -1), Strings{});
-      // A failure leaves the tree open, and asks for nothing.
-      platform.tree_refuses[path] = true;
-      EXPECT_EQ(effect(set, field.accepted[1], -1), Strings{"tree open"});
-      platform.tree_opens = false;
-      EXPECT_EQ(effect(set, field.accepted[1], -1), Strings{});
-    }
+  // What is refused, and what is stored of a value that is taken. One leaf for each kind of setter.
+  const struct {
+    kova_setter *set;
+    std::string path, reaction;
+    std::vector<const char *> refused;
+    std::vector<std::pair<const char *, std::string>> stored;
+  } cases[] = {
+      {setTR069APN2Enable,
+       path_of(2, "enable"),
+       update,
+       {"", none, "2", "01", "1 "},
+       {{"0", "0"}, {"1", "1"}}},
+      {setTR069APN8Password, path_of(8, "password"), update, {}, {{"`secret`", "`secret`"}, {none, ""}}},
+      {setTR069APN1Auth,
+       path_of(1, "auth_type"),
+       update,
+       {"", none, "0", "5", "-1", "x", "4294967297"},
+       {{"1", "1"}, {"02", "2"}, {"4x", "4"}}},
+      {setTR069APN7ApplyTo,
+       path_of(7, "apply_to"),
+       restart,
+       {"", none, "4", "-1", "x"},
+       {{"0", "0"}, {"3x", "3x"}}},
+      {setTR069APN8ApplyTo, path_of(8, "apply_to"), restart, {"", none}, {{"4", "4"}, {"x", "x"}}},
+      {setTR069APN3BridgeVID, path_of(3, "bridge_vid"), restart, {"", none}, {{"9999", "9999"}, {"x", "x"}}},
+      {setTR069APN4GREL2VlanList,
+       path_of(4, "gre_l2_vlan_list"),
+       restart,
+       {},
+       {{"100 200", "100 200"}, {none, ""}}}};
+  for (const auto &[set, path, reaction, refused, stored] : cases) {
+    SCOPED_TRACE(path);
+    platform = {};
+    for (const char *value : refused)
+      EXPECT_EQ(effect(set, value, -1), Strings{});
+    for (const auto &[value, text] : stored)
+      EXPECT_EQ(effect(set, value),
+                (Strings{"tree open", "tree /" + path + "=" + text, "tree close", reaction}));
+    // A failure leaves the tree open, and asks for nothing.
+    platform.tree_refuses[path] = true;
+    EXPECT_EQ(effect(set, stored[0].first, -1), Strings{"tree open"});
+    platform.tree_opens = false;
+    EXPECT_EQ(effect(set, stored[0].first, -1), Strings{});
+  }
 }
 
 TEST_F(Apn, TheFirstProfileStaysEnabled) {
@@ -101,38 +84,34 @@ TEST_F(Apn, EachProfileReadsItsOwnLeaves) {
   EXPECT_EQ(get(getTR069APN2Name, result, 4), "####"); // no such leaf
   EXPECT_EQ(result, -1);
   EXPECT_EQ(platform.tree_opened, 1);
-  for (std::size_t number = 1; number <= 8; ++number)
-    for (const Field &field : fields) {
-      const std::string path = path_of(number, field.leaf), value = field.leaf + std::to_string(number);
-      platform.tree[path] = value;
-      EXPECT_EQ(get(profiles[number - 1][&field - fields].get), value);
-    }
+  std::size_t number = 0;
+  for (kova_getter *getter : {getTR069APN1MTU, getTR069APN2MTU, getTR069APN3MTU, getTR069APN4MTU,
+                              getTR069APN5MTU, getTR069APN6MTU, getTR069APN7MTU, getTR069APN8MTU}) {
+    ++number;
+    platform.tree[path_of(number, "mtu")] = std::to_string(number);
+    EXPECT_EQ(get(getter), std::to_string(number));
+  }
   EXPECT_EQ(platform.tree_opened, 1);
-  platform.tree_opens = false;
-  EXPECT_EQ(get(getTR069APN2Name, result, 4), "####");
-  EXPECT_EQ(result, -1);
 }
 
 TEST_F(Apn, CheckersKnowTheRanges) {
-  for (const auto &[check_use, check_vlan] : checkers) {
-    for (const char *value : {"0", "03", "3x"})
-      EXPECT_EQ(check_use("Name", value), 0) << value;
-    for (const char *value : {"0", "4094"})
-      EXPECT_EQ(check_vlan("Name", value), 0) << value;
-    EXPECT_EQ(check_use("Name", "4") + check_vlan("Name", "4095"), -2);
-    for (const char *value : {"-1", "x", "", none})
-      EXPECT_EQ(check_use("Name", value) + check_vlan("Name", value), -2);
-  }
+  for (const char *value : {"0", "03", "3x"})
+    EXPECT_EQ(chkTR069APN8ApplyTo("Name", value), 0) << value;
+  EXPECT_EQ(chkTR069APN1BridgeVID("Name", "4094"), 0);
+  EXPECT_EQ(chkTR069APN8ApplyTo("Name", "4") + chkTR069APN1BridgeVID("Name", "4095"), -2);
+  for (const char *value : {"-1", "x", "", none})
+    EXPECT_EQ(chkTR069APN8ApplyTo("Name", value) + chkTR069APN1BridgeVID("Name", value), -2);
 }
 
-TEST_F(Apn, TheCommonMtuAnnouncesItself) {
+TEST_F(Apn, BothParametersOfTheMtuAnnounceIt) {
   fake::expect_no_buffer_refused(getTR069APNMTU);
   EXPECT_EQ(effect(setTR069APNMTU, "1400"),
             (Strings{"nvram 0 internet_mtu=1400", "run test_cpeevent call \"ce_set_mtu\""}));
-  EXPECT_EQ(get(getTR069APNMTU), "1400");
+  EXPECT_EQ(effect(kovaSetWANConnectionX_MTU, "1300"),
+            (Strings{"nvram 0 internet_mtu=1300", "run test_cpeevent call 'ce_set_mtu'"}));
+  EXPECT_EQ(get(getTR069APNMTU), "1300");
   fake::refuse_all();
   EXPECT_EQ(effect(setTR069APNMTU, "9", -1), Strings{});
-  EXPECT_EQ(platform.rules_asked, (Strings{"30/1 1400", "30/1 9"}));
 }
 
 // ---- Rules across the profiles

@@ -21,6 +21,28 @@ TEST_F(DeviceInfo, SerialNumberAndHardwareVersionFallBack) {
   EXPECT_EQ(told(), (Strings{"S1", "A"}));
 }
 
+TEST_F(DeviceInfo, SettingsAreToldAsTheyAreStored) {
+  const std::string value(300, 'v');
+  const auto told = [] {
+    return get(kovaGetTR069Manufacturer, 4096) + get(kovaGetTR069ModemFirmwareVersion, 4096);
+  };
+  EXPECT_EQ(told(), "");
+  platform.nvram = {{{0, "TR_MF"}, value}, {{9, "TR_MODEM_VER"}, value}};
+  EXPECT_EQ(told(), value + value.substr(0, 255)); // the first from an allocated copy
+}
+
+TEST_F(DeviceInfo, CopiesOfTheStore) {
+  platform.preset(9, "CACHE_SN=S1 IMEI=357");
+  platform.keys_read.clear();
+  EXPECT_EQ(get(kovaGetTR069SerialNumber), "S1");
+  EXPECT_EQ(platform.keys_read, Strings{"9 CACHE_SN"});
+  platform.nvram[{9, "CACHE_SN"}] = std::string(300, 's');
+  EXPECT_EQ(get(kovaGetTR069SerialNumber, 300), std::string(300, 's'));
+  platform.has_copies = false;
+  EXPECT_EQ(get(kovaGetTR069ModelName), std::string(256, '#'));
+  EXPECT_EQ(get(kovaGetTR069Manufacturer), "");
+}
+
 TEST_F(DeviceInfo, MemoryIsInThousandsOfBytesWhateverTheKernelsUnit) {
   platform.total_ram = 524288999;
   platform.free_ram = 1999;

@@ -123,11 +123,13 @@ TEST_F(IpFilter, Ipv6Rows) {
 
 TEST_F(IpFilter, Ipv6RulesAreAskedInTheirOrder) {
   EXPECT_EQ(checkIPV6FilterAllParam("::1,::2,1,2,::3,::4,3,4,1,note"), 0);
-  EXPECT_EQ(platform.rules_asked, (Strings{"ipv6 ::1", "ipv6 ::2", "ipv6 ::3", "ipv6 ::4", "range6 ::1 ::2",
-                                           "range6 ::3 ::4", "17/13 note"}));
+  EXPECT_EQ(platform.rules_asked,
+            (Strings{"length 39 ::1", "ipv6 ::1", "length 39 ::2", "ipv6 ::2", "length 39 ::3", "ipv6 ::3",
+                     "length 39 ::4", "ipv6 ::4", "range6 ::1 ::2", "range6 ::3 ::4", "17/13 note"}));
   platform.rules_asked.clear();
   EXPECT_EQ(checkIPV6FilterAllParam("::1,,,,::x,,,,9,!"), -1);
-  EXPECT_EQ(platform.rules_asked, (Strings{"ipv6 ::1", "ipv6 ::x"}));
+  EXPECT_EQ(platform.rules_asked, // an empty end is asked for its length alone
+            (Strings{"length 39 ::1", "ipv6 ::1", "length 39 ", "length 39 ::x", "ipv6 ::x"}));
   for (const int code : {-1, 1}) { // exactly 0 is asked for
     platform.rule = [&](int, const std::string &, int) { return code; };
     EXPECT_EQ(checkIPV6FilterAllParam("::1,,,,::1,,,,1,"), -1) << code;

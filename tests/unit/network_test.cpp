@@ -44,6 +44,10 @@ TEST_F(Network, DefaultRouteAndPresence) {
   EXPECT_EQ(get_default_route_if(out, sizeof out), 0);
   EXPECT_STREQ(out, "lte0pdn0");
   EXPECT_EQ(get_default_route_if(nullptr, 0), 0);
+  char newlines[] = "\n\n";
+  for (const int none : {0, -1})
+    EXPECT_EQ(get_default_route_if(newlines, none), 0);
+  EXPECT_STREQ(newlines, "\n\n"); // a buffer without room is not looked at
   EXPECT_EQ(check_net_interface("tun0"), 0);
   for (const char *name : {static_cast<const char *>(nullptr), "tun", "tun00"})
     EXPECT_EQ(check_net_interface(name), -1);

@@ -264,15 +264,4 @@ TEST_F(Radio, TrafficAndAddressesOfThePdns) {
   }
 }
 
-// ---- Access to the device
-
-TEST_F(Radio, HttpsIsOnUnlessItIsSwitchedOff) {
-  const std::pair<const char *, const char *> cases[] = {
-      {"0", "0"}, {"is FaLsE", "0"}, {"1", "1"}, {"00", "1"}, {"<", "1"}};
-  for (const auto &[value, digit] : cases) {
-    EXPECT_EQ(kovaSetTR069HttpsEnable(value) + kovaSetTR069HttpsWanEnable(value), 0);
-    EXPECT_EQ(get(kovaGetTR069HttpsEnable) + get(kovaGetTR069HttpsWanEnable), std::string(digit) + digit);
-  }
-}
-
 } // namespace

@@ -50,22 +50,16 @@ TEST_F(Security, WhiteModeWithAnEmptyListLetsTheManagingClientIn) {
   }
 }
 
-TEST_F(Security, ApplyRunsTheFirewallsEventsForExactlyOne) {
-  for (kova_setter *apply :
-       {kovasetMacApply, kovasetUrlApply, kovasetIpApply, kovasetIpv6Apply, kovasetACLApply}) {
-    for (const char *refused : {"", "0", "11", "true"})
-      EXPECT_EQ(apply(refused), -1);
-    EXPECT_EQ(apply("1"), 0);
+TEST_F(Security, WhatTheFirewallReadsAtOnceAndOnApply) {
+  for (const char *refused : {"", "0", "11", "true"}) {
+    EXPECT_EQ(kovasetMacApply(refused), -1);
+    EXPECT_EQ(kovasetWebLoginEnable(refused), *refused == '0' ? 0 : -1);
   }
-  EXPECT_EQ(platform.done,
-            (Strings{event("fw_sec_mac_filter"), event("ce_set_wlan_mac_filter"), event("fw_sec_url_filter"),
-                     event("fw_sec_ipv4_filter"), event("fw_sec_ipv6_filter"), event("fw_sec_ddos_filter")}));
-}
-
-TEST_F(Security, WebLoginIsOnOrOff) {
-  for (const char *refused : {"2", "01", "true"})
-    EXPECT_EQ(kovasetWebLoginEnable(refused), -1);
-  EXPECT_EQ(kovasetWebLoginEnable("1"), 0);
+  platform.done.clear();
+  EXPECT_EQ(kovasetMacApply("1") + kovasetIpApply("1") + kovasetACLApply("1"), 0);
+  EXPECT_EQ(get(kovaGetIpApply, 4), "####");
+  EXPECT_EQ(platform.done, (Strings{event("fw_sec_mac_filter"), event("ce_set_wlan_mac_filter"),
+                                    event("fw_sec_ipv4_filter"), event("fw_sec_ddos_filter")}));
 }
 
 // ---- Security level
@@ -123,42 +117,26 @@ TEST_F(Security, AnythingButAPredefinedCombinationIsCustom) {
 }
 
 TEST_F(Security, ASingleSwitchMakesTheLevelCustomAndKeepsTheRestOfTheChoice) {
-  const struct {
-    kova_getter *get;
-    kova_setter *set;
-    const char *key;
-    unsigned int field;
-  } switches[] = {
-      {kovaGetSystemSecuritySettingsACLValue, kovasetSystemSecuritySettingsACLValue, "AclEnable", 0},
-      {kovaGetSystemSecuritySettingsSPIFirewallValue, kovasetSystemSecuritySettingsSPIFirewallValue,
-       "SPIFWEnabled", 1},
-      {kovaGetSecuritySettingsBlockPortScanValue, kovasetSecuritySettingsBlockPortScanValue, "BlockPortScan",
-       2},
-      {kovaGetSystemSecuritySettingsBlockSynFloodValue, kovasetSystemSecuritySettingsBlockSynFloodValue,
-       "BlockSynFlood", 3}};
-  for (const auto &[read, set, key, field] : switches) {
-    SCOPED_TRACE(key);
-    platform = {};
-    EXPECT_EQ(kovasetSystemSecuritySettingsSecurityLevel("2"), 0);
-    platform.done.clear();
-    for (const char *refused : {"", "2", "on"})
-      EXPECT_EQ(set(refused), -1);
-    EXPECT_TRUE(platform.done.empty());
+  constexpr kova_setter *set[] = {
+      kovasetSystemSecuritySettingsACLValue, kovasetSystemSecuritySettingsSPIFirewallValue,
+      kovasetSecuritySettingsBlockPortScanValue, kovasetSystemSecuritySettingsBlockSynFloodValue};
+  for (const char *refused : {"", "2", "on"})
+    EXPECT_EQ(set[0](refused), -1);
+  EXPECT_TRUE(platform.done.empty());
+  for (std::size_t which = 0; which < std::size(set); ++which)
     for (const std::string before : {"a,b,c,d", "a,b", ",,,,"}) {
       platform.nvram[{0, "WebsSysFirewallCustomSettings"}] = before;
       Strings fields = fake::rows_of(before, ',');
       fields.resize(4);
-      fields[field] = "1";
+      fields[which] = "1";
       platform.done.clear();
-      EXPECT_EQ(set("1"), 0);
-      EXPECT_EQ(platform.done,
-                (Strings{"nvram 0 " + std::string(key) + "=1", "nvram 0 WebsSysFirewallCustom=1",
-                         "nvram 0 WebsSysFirewallCustomSettings=" + fields[0] + "," + fields[1] + "," +
-                             fields[2] + "," + fields[3]}));
-      EXPECT_EQ(get(read), "1");
-      EXPECT_EQ(get(kovaGetSystemSecuritySettingsSecurityLevel), "3");
+      EXPECT_EQ(set[which]("1"), 0);
+      const std::string key = level_stores({"1", "1", "1", "1"}, "")[which];
+      EXPECT_EQ(platform.done, (Strings{key, "nvram 0 WebsSysFirewallCustom=1",
+                                        "nvram 0 WebsSysFirewallCustomSettings=" + fields[0] + "," +
+                                            fields[1] + "," + fields[2] + "," + fields[3]}));
     }
-  }
+  EXPECT_EQ(get(kovaGetSystemSecuritySettingsSecurityLevel), "3");
 }
 
 TEST_F(Security, FieldsAndRowsOfATextAreCounted) {

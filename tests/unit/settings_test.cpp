@@ -2,7 +2,7 @@
 #include "rows.hpp"
 
 #include <kova/lan.h>
-#include <kova/radio.h>
+#include <kova/management.h>
 #include <kova/sas.h>
 #include <kova/time.h>
 #include <kova/voice.h>
@@ -44,29 +44,11 @@ const Strings sip_off = {"SIPEnable=0"}, proxy_off = {"", "SIPServerMode=1", "SI
 // clang-format off
 #define FILTER(family, name)                                                                                   \
     kovaGet##family##FilteringBasicSetting##name##Value, kovaset##family##FilteringBasicSetting##name##Value
-#define WIFI(name) getTR069Wifi##name, setTR069Wifi##name
-#define NETWORK(n)                                                                                             \
-    {WIFI(APIsolate##n), "1/25", {#n "_apisolate"}, any, wifi}, {WIFI(PassPhrase##n), "1/7", {#n "_wpapass"}, any, wifi}
-#define FURTHER(n) NETWORK(n), {WIFI(MutiSSID##n), "1/4", {#n "_ssid"}, any, wifi},                            \
-    {WIFI(MutiStatus##n), "1/1", {#n "_ENABLE"}, any, wifi}, {WIFI(MutiHideSSID##n), "1/24", {#n "_hidden"}, any, wifi}
-#define SAS(name, key, rule) {sasGetTr069##name, sasSetTr069##name, rule, {key}, unmarked, logged(key)}
-#define GRANT(name, key, rule) {kovaGetTR069##name, kovaSetTR069##name, rule, {key}, unmarked, logged(key)}
-#define WITH_PROXY(name, key, rule, section)                                                                   \
-    {kovaGetTR069##name, kovaSetTR069##name, rule, {key}, unmarked, logged(key), "", {"SAS_USEDP=0"}, section}
 #define PAIR(name) kovaGet##name, kovaSet##name
 #define SMALL(name) kovaGet##name, kovaset##name
 const Setting settings[] = {
     {FILTER(Mac, Enable), "13/1", {"MACFilterEnable", "WlanMACFilterEnable"}},
     {FILTER(Mac, Mode), "13/2", {"MACFilterMode", "WlanMACFilterMode"}, any, {}, "MACFilterEnable=1", {""}},
-    {FILTER(Mac, LogEnable), "13/3", {"MACFilterDropLogEnable"}, any, {}, "MACFilterEnable=1", {""}},
-    {FILTER(Url, Enable), "15/1", {"URLFilterEnable"}},
-    {FILTER(Url, Mode), "15/2", {"URLFilterMode"}, any, {}, "URLFilterEnable=1", {""}},
-    {FILTER(Url, LogEnable), "15/3", {"URLFilterDropLogEnable"}, any, {}, "URLFilterEnable=1", {""}},
-    {FILTER(Ip, Enable), "17/1", {"IPPortFilterEnable"}},
-    {FILTER(Ip, Mode), "17/2", {"DefaultIPPortFilterPolicy"}, any, {}, "IPPortFilterEnable=1", {""}},
-    {FILTER(Ip, LogEnable), "17/3", {"IPPortFilterDropLogEnable"}, any, {}, "IPPortFilterEnable=1", {""}},
-    {FILTER(Ipv6, Enable), "18/1", {"IPPort6FilterEnable"}},
-    {FILTER(Ipv6, Mode), "18/2", {"DefaultIPPort6FilterPolicy"}, any, {}, "IPPort6FilterEnable=1", {""}},
     {FILTER(Ipv6, LogEnable), "18/3", {"IPPort6FilterDropLogEnable"}, any, {}, "IPPort6FilterEnable=1", {""}},
     {SMALL(WebLoginEnable), "", {"TR_WEB_LOGIN_ENABLE"}, not_empty, web_filter},
 
@@ -80,45 +62,22 @@ const Setting settings[] = {
     {SMALL(DeviceTimeNTPServer), "4/10", {"NTPServerIP"}},
     {SMALL(DaylightSavingsUsed), "4/8", {"NTPDaylightSaving"}, any, {}, "TZ=GMT_000", {"TZ=JST_009"}},
 
-    {WIFI(Mode), "", {"0_rfmode"}, not_empty, wifi}, {WIFI(Rate), "", {"Fixrate"}, not_empty, wifi},
-    {WIFI(Bandwidth), "", {"Bandwidth"}, not_empty, wifi}, {WIFI(Channel), "1/3", {"Channel"}, not_empty, wifi},
-    {WIFI(Enable), "1/1", {"Wifi_enable"}, any, wifi}, {WIFI(SSID0), "1/4", {"0_ssid"}, any, wifi},
-    {WIFI(HideSSID0), "1/24", {"0_hidden"}, any, wifi}, NETWORK(0), FURTHER(1), FURTHER(2), FURTHER(3),
+    {getTR069WifiMode, setTR069WifiMode, "", {"0_rfmode"}, not_empty, wifi},
+    {getTR069WifiChannel, setTR069WifiChannel, "1/3", {"Channel"}, not_empty, wifi},
+    {getTR069WifiMutiSSID1, setTR069WifiMutiSSID1, "1/4", {"1_ssid"}, any, wifi},
 
-    SAS(enableMode, "SAS_ENABLEMODE", "7/49"), SAS(useDP, "SAS_USEDP", ""), SAS(serverURL, "SAS_ADDRESS", ""),
-    SAS(sas_step_choice, "SAS_STEP_CHOICE", "7/54"), SAS(UserId, "SAS_USERID", "7/49"), SAS(fccId, "SAS_FCCID", "7/49"),
-    SAS(callSign, "SAS_CALLSIGN", "7/49"), SAS(cbsdCategory, "SAS_CBSD_CATEGORY", "7/49"),
-    SAS(radioTechnology, "SAS_RADIO_TECHNOLOGY", "7/49"), SAS(antennaGain, "SAS_ANTENNAGAIN", "7/49"),
-    SAS(antennaAzimuth, "SAS_ANTENNAAZIMUTH", ""), SAS(antennaDowntilt, "SAS_ANTENNADOWNTILT", ""),
-    SAS(antennaBeamwidth, "SAS_ANTENNABEAMWIDTH", ""), SAS(antennaModel, "SAS_ANTENNAMODEL", "7/49"),
-    SAS(CPIheightType, "SAS_CPI_HEIGHTTYPE", "7/49"), SAS(CPIindoorDeployment, "SAS_CPI_INDOORDEPLYMENT", "7/49"),
-    SAS(CPIgroupType, "SAS_CPI_GROUPTYPE", "7/49"), SAS(CPIgroupId, "SAS_CPI_GROUPID", "7/49"),
-    SAS(CPIcpiId, "SAS_CPI_CPIID", "7/49"), SAS(CPIcpiName, "SAS_CPI_CPINAME", "7/49"),
-    SAS(CPIinstallCertificationTime, "SAS_CPI_INSTALLTIME", "7/49"),
-    SAS(cellInfobandwidth, "SAS_CELL_BANDWIDTH", "7/49"), SAS(cellInfolowFrequency, "SAS_CELL_LOW", "7/49"),
-    SAS(cellInfohighFrequency, "SAS_CELL_HIGH", "7/49"), GRANT(ConfigmaxEirp, "SAS_CONFIG_MAXEIRP", "7/50"),
-    GRANT(ConfiglowFrequency, "SAS_CONFIG_LOW", "7/51"), GRANT(ConfighighFrequency, "SAS_CONFIG_HIGH", "7/52"),
-    WITH_PROXY(SasOperationStatus, "SAS_OPERATION_STATUS", "", 9),
-    WITH_PROXY(ConfigRadioEnable, "SAS_CONFIG_RADIOENABLE", "7/49", 0),
-    WITH_PROXY(ConfigpowerSpectralDensity, "SAS_CONFIG_POWER", "7/53", 0),
-    WITH_PROXY(ConfigtransmitExpireTime, "SAS_CONFIG_TRANSEXPIRETIME", "7/55", 0),
+    {sasGetTr069enableMode, sasSetTr069enableMode, "7/49", {"SAS_ENABLEMODE"}, unmarked, logged("SAS_ENABLEMODE")},
+    {sasGetTr069useDP, sasSetTr069useDP, "", {"SAS_USEDP"}, unmarked, logged("SAS_USEDP")},
+    {PAIR(TR069SasOperationStatus), "", {"SAS_OPERATION_STATUS"}, unmarked, logged("SAS_OPERATION_STATUS"), "",
+     {"SAS_USEDP=0"}, 9},
+    {PAIR(TR069ConfigpowerSpectralDensity), "7/53", {"SAS_CONFIG_POWER"}, unmarked, logged("SAS_CONFIG_POWER"), "",
+     {"SAS_USEDP=0"}},
 
     {PAIR(VoipBasicEnable), "26/0", {"SIPEnable"}},
     {PAIR(SIPServerMode), "26/4", {"SIPServerMode"}, any, {}, "", sip_off},
     {PAIR(SIPProxyServer), "26/9", {"SIPProxyServer"}, any, {}, "SIPServerMode=0", proxy_off},
-    {PAIR(SIPProxyServerPort), "26/10", {"SIPProxyPort"}, any, {}, "SIPServerMode=0", proxy_off},
-    {PAIR(SIPRegistrarServer), "26/7", {"SIPRegisterServer"}, any, {}, "SIPServerMode=0", proxy_off},
-    {PAIR(SIPRegistrarServerPort), "26/8", {"SIPRegisterPort"}, any, {}, "SIPServerMode=0", proxy_off},
-    {PAIR(SIPUserAgentDomain), "26/11", {"SIPServerDomain"}, any, {}, "SIPServerMode=0", proxy_off},
-    {PAIR(PCSCFServerDomain), "26/5", {"pcscfServerDomain"}, any, {}, "SIPServerMode=1", pcscf_off},
     {PAIR(PCSCFServerPort), "26/6", {"pcscfServerPort"}, any, {}, "SIPServerMode=1 SIPEnable=1", pcscf_off},
-    {PAIR(DirectoryNumber), "26/1", {"SIPId"}, any, {}, "", sip_off},
-    {PAIR(AuthUserName), "26/2", {"SIPUserName"}, any, {}, "", sip_off},
-    {PAIR(AuthPassword), "26/3", {"SIPPassword"}, any, {}, "", sip_off}, {SMALL(DTMFMethod), "27/0", {"DTMFMethod"}},
-    {SMALL(FaxOption), "27/1", {"FAXOption"}}, {SMALL(SilenceSuppression), "27/4", {"SIPVad"}},
-    {SMALL(RTPLocalPortMin), "27/2", {"RTPStartPort"}}, {SMALL(RTPLocalPortMax), "27/3", {"RTPEndPort"}},
-    {SMALL(Regions), "27/5", {"COUNTRYCode"}}, {SMALL(CallerID), "27/6", {"CALLERType"}},
-    {SMALL(DialingInterval), "27/7", {"DIALInterval"}}, {SMALL(OffhookInterval), "27/8", {"OFFInterval"}}};
+    {PAIR(AuthPassword), "26/3", {"SIPPassword"}, any, {}, "", sip_off}, {SMALL(DTMFMethod), "27/0", {"DTMFMethod"}}};
 // clang-format on
 
 class Settings : public fake::Test {};

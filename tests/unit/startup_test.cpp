@@ -11,7 +11,6 @@
 using fake::get;
 using fake::platform;
 using fake::Strings;
-using kova::Section;
 
 namespace {
 
@@ -24,7 +23,7 @@ TEST_F(Startup, InstanceAndInterface) {
     padded.resize(32);
     EXPECT_EQ(std::string(gBindInterface, sizeof gBindInterface), padded);
   }
-  constexpr kova::InstanceKey key = KOVA_INSTANCE_KEY("TR_ACS_URL");
+  constexpr kova::OwnKey key = OWN("TR_ACS_URL");
   EXPECT_STREQ(key.current(), "TR_ACS_URL");
   setSecondaryInstance();
   EXPECT_EQ(gSecondaryInstance, 1U);
@@ -34,9 +33,9 @@ TEST_F(Startup, InstanceAndInterface) {
 TEST_F(Startup, AnAnswerFillsTheBufferToItsEnd) {
   platform.nvram[{0, "key"}] = "abc";
   char buf[] = "######";
-  EXPECT_EQ(kova::get_setting(Section::config, "key", buf, 5), 0);
+  EXPECT_EQ(kova::answer_stored("key", buf, 5), 0);
   EXPECT_EQ(std::memcmp(buf, "abc\0\0#", 6), 0);
-  EXPECT_EQ(kova::get_setting(Section::config, "key", nullptr, 5), -1);
+  EXPECT_EQ(kova::answer_stored("key", nullptr, 5), -1);
 }
 
 TEST_F(Startup, ATreeThatCannotBeReadLeavesTheBufferAlone) {

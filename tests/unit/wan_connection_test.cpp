@@ -21,20 +21,6 @@ int of_1_1_1(char *buf, unsigned int buflen) {
 
 TEST_F(Wan, ThereIsOneOfEach) {
   platform.preset(0, "DMZEnable=1 DMZAddress=10.0.0.1");
-  platform.preset(9, "mgmt_ipaddr=10.0.0.2");
-  platform.preset(9, "curr_data_if=lte0");
-  platform.counters = {
-      {"lte0 10", "9223372036854775807"}, {"lte0 2", "2"}, {"lte0 11", "11"}, {"lte0 3", "3"}};
-  const std::pair<kova_wan_device_getter *, const char *> of_device[] = {
-      {kovaGetWANDeviceWANConnectionNumberOfEntries, "1"},
-      {kovaGetWANDeviceEnabledForInternet, "true"},
-      {kovaGetWANDeviceWANAccessType, "LTE"},
-      {kovaGetWANDeviceLayer1UpstreamMaxBitRate, "27472691.2"},
-      {kovaGetWANDeviceLayer1DownstreamMaxBitRate, "220200960"},
-      {kovaGetWANDeviceTotalBytesSent, "9223372036854775807"},
-      {kovaGetWANDeviceTotalBytesReceived, "2"},
-      {kovaGetWANDeviceTotalPacketsSent, "11"},
-      {kovaGetWANDeviceTotalPacketsReceived, "3"}};
   kova_ip_connection_getter *const getters[] = {
       kovaGetWANConnectionExternalIPAddress, kovaGetWANConnectionDMZEnable,
       kovaGetWANConnectionDMZHostIPAddress, kovaGetWANConnectionDMZAvoidRemoteManagement};
@@ -48,10 +34,7 @@ TEST_F(Wan, ThereIsOneOfEach) {
     const int result = dev == 1 && conn == 1 && ipconn == 1 ? 0 : -1;
     char buf[32];
     platform.done.clear();
-    for (const auto &[getter, answer] : of_device) {
-      EXPECT_EQ(getter(dev, buf, sizeof buf), dev == 1 ? 0 : -1);
-      EXPECT_TRUE(dev != 1 || std::string(buf) == answer) << buf;
-    }
+    EXPECT_EQ(kovaGetWANDeviceWANAccessType(dev, buf, sizeof buf), dev == 1 ? 0 : -1);
     EXPECT_EQ(kovaGetWANConnectionIPConnectionNumberOfEntries(dev, conn, buf, sizeof buf),
               dev == 1 && conn == 1 ? 0 : -1);
     for (const auto getter : getters)
@@ -63,7 +46,6 @@ TEST_F(Wan, ThereIsOneOfEach) {
 }
 
 TEST_F(Wan, AddressLinkAndTrafficOfTheDevice) {
-  EXPECT_EQ(get(kovaGetTR069ManageableDeviceNumberOfEntries), "1");
   platform.preset(9, "mgmt_ipaddr= wan_ipaddr=10.0.0.3");
   EXPECT_EQ(get(kovaGetTR069WANConnectionExternalIPAddress), "10.0.0.3");
   platform.preset(9, "mgmt_ipaddr=10.0.0.2 curr_data_if=lte0");
@@ -76,6 +58,17 @@ TEST_F(Wan, AddressLinkAndTrafficOfTheDevice) {
   EXPECT_EQ(get(kovaGetWANTotalBytesReceived), "4 KB");
   EXPECT_EQ(get(kovaGetWANTotalPacketsSent), "1100");
   EXPECT_EQ(get(kovaGetWANTotalPacketsReceived), "300");
+  const std::pair<kova_wan_device_getter *, const char *> traffic[] = {
+      {kovaGetWANDeviceTotalBytesSent, "10"},
+      {kovaGetWANDeviceTotalBytesReceived, "2"},
+      {kovaGetWANDeviceTotalPacketsSent, "11"},
+      {kovaGetWANDeviceTotalPacketsReceived, "3"}};
+  for (const auto &[getter, number] : traffic) {
+    platform.counters = {{std::string("lte0 ") + number, "9223372036854775807"}};
+    char count[32];
+    EXPECT_EQ(getter(1, count, sizeof count), 0);
+    EXPECT_STREQ(count, "9223372036854775807");
+  }
 }
 
 TEST_F(Wan, ConnectionStatus) {

@@ -12,55 +12,28 @@ namespace {
 
 class Wifi : public fake::Test {};
 
-const std::string restart = "request 0x10000005";
 TEST_F(Wifi, CheckersJudgeTheirFormBeforeTheirRule) {
-  const struct {
-    kova_checker *check;
-    std::string rule;
-    Strings passing, refused; // whatever the rule says
-    // clang-format off
-  } checkers[] = {
-      {chkTR069WifiMode,      "1/2 ",  {"GONLY", "?"},     {""}},
-      {chkTR069WifiRate,      "1/17 ", {"0", "12", "007"}, {"13", "-1", "+1", "1.0", "", "4294967297"}},
-      {chkTR069WifiBandwidth, "1/19 ", {"0", "1"},         {"2", "01", "1 ", ""}}};
-  // clang-format on
-  for (const auto &[check, rule, passing, refused] : checkers) {
-    for (const std::string &value : passing) {
-      platform.rules_asked.clear();
-      platform.rule = nullptr;
-      EXPECT_EQ(check("Name", value.c_str()), 0) << value;
-      EXPECT_EQ(platform.rules_asked, Strings{rule + value});
-      platform.rule = [](int, const std::string &, int) { return -1; };
-      EXPECT_EQ(check("Name", value.c_str()), -1) << value;
-    }
-    platform.rules_asked.clear();
-    for (const std::string &value : refused)
-      EXPECT_EQ(check("Name", value.c_str()), -1) << value;
-    EXPECT_TRUE(platform.rules_asked.empty());
-  }
+  for (const char *value : {"13", "-1", "+1", "1.0", "", "4294967297"})
+    EXPECT_EQ(chkTR069WifiRate("Name", value), -1) << value;
+  EXPECT_EQ(chkTR069WifiBandwidth("Name", "01") + chkTR069WifiMode("Name", ""), -2);
+  EXPECT_TRUE(platform.rules_asked.empty());
+  for (const char *value : {"0", "12", "007"})
+    EXPECT_EQ(chkTR069WifiRate("Name", value), 0) << value;
+  EXPECT_EQ(platform.rules_asked, (Strings{"1/17 0", "1/17 12", "1/17 007"}));
+  fake::refuse_all();
+  EXPECT_EQ(chkTR069WifiRate("Name", "0"), -1);
 }
 
 TEST_F(Wifi, ASecurityModeGoesWithItsCipher) {
-  const std::pair<kova_getter *, kova_setter *> networks[] = {
-#define ENCRYPTION(n) {getTR069WifiEncryption##n, setTR069WifiEncryption##n}
-      ENCRYPTION(0), ENCRYPTION(1), ENCRYPTION(2), ENCRYPTION(3)};
   const std::pair<std::string, std::string> modes[] = {
       {"OPEN", "UNDEFINED"}, {"WPA", "TKIP"}, {"WPA2", "AES"}, {"WPAWPA2", "AESTKIP"}};
-  int number = 0;
-  for (const auto &[getter, set] : networks) {
-    const std::string network = "nvram 0 " + std::to_string(number++);
-    for (const auto &[mode, cipher] : modes) {
-      platform.done.clear();
-      EXPECT_EQ(set(mode.c_str()), 0);
-      EXPECT_EQ(platform.done,
-                (Strings{network + "_authmode=" + mode, network + "_authalgo=" + cipher, restart}));
-      EXPECT_EQ(get(getter), mode);
-    }
-    platform.done.clear();
-    for (const char *refused : {"", "WEP", "open", "WPAWPA2WPAWPA2WPA"})
-      EXPECT_EQ(set(refused), -1);
-    EXPECT_TRUE(platform.done.empty());
+  for (const auto &[mode, cipher] : modes) {
+    EXPECT_EQ(fake::effect(setTR069WifiEncryption3, mode.c_str()),
+              (Strings{"nvram 0 3_authmode=" + mode, "nvram 0 3_authalgo=" + cipher, "request 0x10000005"}));
+    EXPECT_EQ(get(getTR069WifiEncryption3), mode);
   }
+  for (const char *refused : {"", "WEP", "open", "WPAWPA2WPAWPA2WPA"})
+    EXPECT_EQ(fake::effect(setTR069WifiEncryption0, refused, -1), Strings{});
 }
 
 // ---- Stations
@@ -70,23 +43,15 @@ std::string record(const std::string &lines) {
 }
 
 TEST_F(Wifi, StationsAreReadFromACopyOfTheDriversFile) {
-  const std::pair<kova_getter *, std::pair<std::string, std::string>> lists[] = {
-      {getTR069WifiDeviceList0, {"/proc/wlan0/sta_info", "/tmp/tr069_wlan0_sta_info"}},
-      {getTR069WifiDeviceList1, {"/proc/wlan0-va0/sta_info", "/tmp/tr069_wlan0_va0_sta_info"}},
-      {getTR069WifiDeviceList2, {"/proc/wlan0-va1/sta_info", "/tmp/tr069_wlan0_va1_sta_info"}},
-      {getTR069WifiDeviceList3, {"/proc/wlan0-va2/sta_info", "/tmp/tr069_wlan0_va2_sta_info"}}};
-  for (const auto &[getter, paths] : lists) {
-    platform = {};
-    EXPECT_EQ(get(getter, 4), "####"); // no file
-    EXPECT_EQ(platform.done, Strings{"run cp " + paths.first + " " + paths.second});
-    platform.files[paths.second] = "";
-    EXPECT_EQ(get(getter, 4), "####");
-    platform.files[paths.second] = "\n";
-    EXPECT_EQ(get(getter, 4), "");
-    platform.files[paths.second] = record("    hwaddr: 00:11:22:33:44:55\n    aid: 1\n");
-    EXPECT_EQ(get(getter), " 00:11:22:33:44:55, 1,,,");
-    EXPECT_EQ(get(getter, 5), " 00:1"); // cut at the buffer's end
-  }
+  const std::string copy = "/tmp/tr069_wlan0_va2_sta_info";
+  EXPECT_EQ(get(getTR069WifiDeviceList3, 4), "####"); // no file
+  EXPECT_EQ(platform.done, Strings{"run cp /proc/wlan0-va2/sta_info " + copy});
+  platform.files[copy] = "";
+  EXPECT_EQ(get(getTR069WifiDeviceList3, 4), "####");
+  platform.files[copy] = "\n";
+  EXPECT_EQ(get(getTR069WifiDeviceList3, 4), "");
+  platform.files[copy] = record("    hwaddr: 00:11:22:33:44:55\n    aid: 1\n");
+  EXPECT_EQ(get(getTR069WifiDeviceList3, 5), " 00:1"); // cut at the buffer's end
 }
 
 TEST_F(Wifi, EachRecordMakesAnEntry) {

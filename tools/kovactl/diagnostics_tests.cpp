@@ -1,6 +1,6 @@
 #include "kovactl/diagnostics_tests.hpp"
 
-#include "device/device.hpp"
+#include "kovactl/agent.hpp"
 
 #include <algorithm>
 #include <thread>
@@ -20,12 +20,13 @@ bool runs(const DiagnosticsTest &test) {
 }
 
 void look_at(DiagnosticsTest &test) {
-  const Reading reading = get_values(std::vector{test.object + std::string(state_parameter)});
-  if (reading.values.empty()) {
+  const std::string path = test.object + std::string(state_parameter);
+  const Reading found = in_turn([&] { return get_values(std::span(&path, 1)); }, only_reading);
+  if (found.values.empty()) {
     test.failure = "the state of " + test.name() + " cannot be read";
     return;
   }
-  test.state = reading.values.front().text;
+  test.state = found.values.front().text;
   if (test.state.starts_with("Error") || test.state == "None")
     test.failure = test.name() + " ended in " + test.state;
 }

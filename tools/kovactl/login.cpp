@@ -1,5 +1,7 @@
-#include "kovactl/login.hpp"
-
+// login: logging in to an account of the device's web interface.
+#include "kovactl/agent.hpp"
+#include "kovactl/command.hpp"
+#include "kovactl/commands.hpp"
 #include "platform/host/nvram_sections.hpp"
 #include "platform/nvram.h"
 #include "platform/webs.h"
@@ -64,11 +66,16 @@ bool opens(const Account &account, const std::string &password) {
          stored(account.hash_key) == hash;
 }
 
-} // namespace
-
 const std::vector<std::string> accounts = {known[0].name, known[1].name};
 
-ExitStatus log_in(const Output &output, const std::string &name) {
+struct Options {
+  std::string account;
+};
+
+// Asks for the password, or takes the first line of standard input, and tells whether the web interface would take it.
+ExitStatus log_in(const Output &output, const Options &options) {
+  boot(output);
+  const std::string &name = options.account;
   const Account &account = name == known[0].name ? known[0] : known[1];
   if (stored(account.hash_key).empty())
     return output.failure("the account \"" + name + "\" has no password yet");
@@ -80,6 +87,19 @@ ExitStatus log_in(const Output &output, const std::string &name) {
   else
     return output.failure("this is not the password of \"" + name + "\"");
   return accepted ? Success : Failure;
+}
+
+} // namespace
+
+void add_login(Commands &commands) {
+  auto [command, options] = commands.add<Options>(
+      "login", "Try a password of the web interface: that typed, or the first line of standard input",
+      log_in);
+  command.add_option("ACCOUNT", options.account, "admin or user")
+      ->required()
+      ->type_name("")
+      ->check(CLI::IsMember(accounts, CLI::ignore_case));
+  commands.complete(command, [](const std::string &word) { return beginning_with(word, accounts); });
 }
 
 } // namespace kova::ctl

@@ -1,6 +1,6 @@
 #include "kovactl/model_objects.hpp"
 
-#include "kovactl/paths.hpp"
+#include "kovactl/request.hpp"
 
 #include <algorithm>
 #include <cctype>

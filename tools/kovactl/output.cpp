@@ -59,10 +59,6 @@ std::string escaped(std::string_view text) {
   return result;
 }
 
-bool continues_character(char c) {
-  return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
-}
-
 // Texts of other bytes than UTF-8 are shown as far as they can be.
 std::string dump(const Json &value, int indent) {
   return value.dump(indent, ' ', false, Json::error_handler_t::replace);
@@ -77,13 +73,19 @@ Table trimmed(const Table &table) {
   return cells;
 }
 
+// In characters, of UTF-8.
+size_t width(std::string_view text) {
+  return static_cast<size_t>(
+      std::ranges::count_if(text, [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; }));
+}
+
 // Of the columns but the last of each row.
 std::vector<size_t> column_widths(const Table &table) {
   std::vector<size_t> widths;
   for (const auto &row : table) {
     widths.resize(std::max(widths.size(), row.size()));
     for (size_t i = 0; i + 1 < row.size(); ++i)
-      widths[i] = std::max(widths[i], row[i].text.size());
+      widths[i] = std::max(widths[i], width(row[i].text));
   }
   return widths;
 }
@@ -92,7 +94,7 @@ constexpr size_t gap = 2;
 
 bool fits(const Table &table, const std::vector<size_t> &widths, size_t columns) {
   return std::ranges::all_of(table, [&](const auto &row) {
-    size_t used = row.empty() ? 0 : row.back().text.size();
+    size_t used = row.empty() ? 0 : width(row.back().text);
     for (size_t i = 0; i + 1 < row.size(); ++i)
       used += widths[i] + gap;
     return used <= columns;
@@ -101,24 +103,23 @@ bool fits(const Table &table, const std::vector<size_t> &widths, size_t columns)
 
 } // namespace
 
-std::string shortened(const std::string &text) {
-  constexpr size_t longest = 80, beginning = 60;
-  if (text.size() <= longest) return text;
-  size_t cut = beginning;
-  while (cut > 0 && continues_character(text[cut]))
-    --cut;
-  return text.substr(0, cut) + "... (" + std::to_string(text.size()) + " bytes)";
+Row heading(const std::vector<std::string> &names) {
+  Row row;
+  for (const std::string &name : names)
+    row.push_back({name, Style::Faint});
+  return row;
 }
 
-Output::Output(bool json)
-    : json_(json), results_(open(STDOUT_FILENO, std::cout)), messages_(open(STDERR_FILENO, std::cerr)) {
+Output::Output(bool json, std::string_view colour)
+    : json_(json), results_(open(STDOUT_FILENO, std::cout, colour)),
+      messages_(open(STDERR_FILENO, std::cerr, colour)) {
   results_.escaped = results_.columns > 0; // what is no terminal receives a text as it is
   if (json) results_.colour = messages_.colour = false;
 }
 
-Output::Stream Output::open(int descriptor, std::ostream &out) {
+Output::Stream Output::open(int descriptor, std::ostream &out, std::string_view colour) {
   const size_t columns = columns_of(descriptor);
-  return {out, columns > 0 && !is_set("NO_COLOR"), true, columns};
+  return {out, colour == "always" || (colour == "auto" && columns > 0 && !is_set("NO_COLOR")), true, columns};
 }
 
 void Output::print(const Json &value) const {
@@ -131,6 +132,12 @@ void Output::print_line(const Json &value) const {
 
 void Output::print(const Table &table) const {
   write(results_, table);
+}
+
+void Output::print_again(const Table &table) const {
+  if (lines_again_ > 0) results_.out << "\033[" << lines_again_ << "A\033[J";
+  lines_again_ = table.size();
+  print(table);
 }
 
 void Output::print_wide(const Table &table) const {
@@ -195,7 +202,7 @@ void Output::write(const Stream &stream, const Table &table, bool foldable) {
       if (folded && i == 0)
         stream.out << "\n    ";
       else if (!folded)
-        stream.out << std::string(widths[i] - text.size() + gap, ' ');
+        stream.out << std::string(widths[i] - width(text) + gap, ' ');
       else if (!text.empty())
         stream.out << std::string(gap, ' ');
     }

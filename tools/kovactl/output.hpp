@@ -13,7 +13,7 @@ namespace kova::ctl {
 
 using Json = nlohmann::ordered_json;
 
-enum ExitStatus : int { Success = 0, Failure = 1, BadUsage = 2 };
+enum ExitStatus : int { Success = 0, Failure = 1, BadUsage = 2, NotRunning = 3 };
 
 enum class Style { Plain, Faint, Bold, Alarm };
 
@@ -21,14 +21,15 @@ struct Cell {
   std::string text;
   Style style = Style::Plain;
 };
-using Table = std::vector<std::vector<Cell>>;
-
-// The text, or its beginning and its length when it is too long for a message.
-std::string shortened(const std::string &text);
+using Row = std::vector<Cell>;
+using Table = std::vector<Row>;
+// The names of columns.
+Row heading(const std::vector<std::string> &names);
 
 class Output {
 public:
-  explicit Output(bool json);
+  // colour: "always", "never", or "auto": on a terminal, and not with NO_COLOR in the environment.
+  explicit Output(bool json, std::string_view colour = "auto");
 
   bool json() const { return json_; }
   // A whole result.
@@ -46,6 +47,9 @@ public:
   // A failure that is not a CWMP fault. Returns the status.
   ExitStatus failure(std::string_view text, ExitStatus status = Failure) const;
 
+  bool on_terminal() const { return results_.columns > 0 && !json_; }
+  // On a terminal: in the place of the table that was printed so before.
+  void print_again(const Table &table) const;
   // On a terminal, for as long as something lasts: each text takes the place of the one before, "" clears it.
   void progress(std::string_view text) const;
   // False when the results could not be written; says so.
@@ -57,11 +61,12 @@ private:
     bool colour, escaped;
     size_t columns; // 0: not a terminal
   };
-  static Stream open(int descriptor, std::ostream &out);
+  static Stream open(int descriptor, std::ostream &out, std::string_view colour);
   static void write(const Stream &stream, const Table &table, bool foldable = false);
 
   bool json_;
   Stream results_, messages_;
+  mutable size_t lines_again_ = 0;
 };
 
 } // namespace kova::ctl

@@ -1,6 +1,8 @@
 #include "kovactl/report.hpp"
 
-#include "kovactl/device_log.hpp"
+#include "kovactl/addressing.hpp"
+#include "kovactl/agent.hpp"
+#include "kovactl/log.hpp"
 
 #include <algorithm>
 #include <sstream>
@@ -96,15 +98,8 @@ Json refusal_as_json(const Setting &setting) {
           {"notStored", as_array(setting.not_stored)}};
 }
 
-Reading read_back(std::span<const Assignment> assignments) {
-  std::vector<std::string> paths;
-  for (const Assignment &assignment : assignments)
-    paths.push_back(assignment.path);
-  return get_values(paths);
-}
-
 Reading results_of(const DiagnosticsTest &test) {
-  return get_values(std::span(&test.object, 1));
+  return in_turn([&] { return get_values(std::span(&test.object, 1)); }, only_reading);
 }
 
 Json as_json(const Reading &reading) {
@@ -123,7 +118,7 @@ Json as_json(const DiagnosticsTest &test) {
 }
 
 Json as_json(const Setting &setting, const Aftermath &aftermath) {
-  Json json = setting.accepted ? as_json(read_back(setting.stored)) : refusal_as_json(setting);
+  Json json = setting.accepted ? as_json(aftermath.now) : refusal_as_json(setting);
   for (const DiagnosticsTest &test : aftermath.tests)
     json["tests"].push_back(as_json(test));
   if (aftermath.log) json["log"] = *aftermath.log;
@@ -135,23 +130,10 @@ void append(Reading &reading, const Reading &more) {
   reading.faults.insert(reading.faults.end(), more.faults.begin(), more.faults.end());
 }
 
-// A test's object holds what the request set in it, too.
-Reading outcome(const Setting &setting, std::span<const DiagnosticsTest> tests) {
-  std::vector<Assignment> others = setting.stored;
-  Reading reading;
-  for (const DiagnosticsTest &test : tests)
-    std::erase_if(others, [&](const Assignment &stored) { return stored.path.starts_with(test.object); });
-  append(reading, read_back(others));
-  for (const DiagnosticsTest &test : tests)
-    append(reading, results_of(test));
-  return reading;
-}
-
 void show(const Output &output, const Setting &setting, const Aftermath &aftermath) {
   if (setting.accepted) {
-    const Reading reading = outcome(setting, aftermath.tests);
-    output.print(as_table(reading.values));
-    output.complain(as_table(reading.faults));
+    output.print(as_table(aftermath.now.values));
+    output.complain(as_table(aftermath.now.faults));
   } else
     explain_refusal(output, setting);
   if (aftermath.log) output.print(ctl::as_table(*aftermath.log));
@@ -161,9 +143,42 @@ void show(const Output &output, const Setting &setting, const Aftermath &afterma
 
 } // namespace
 
-ExitStatus report(const Output &output, const Reading &reading) {
+Reading read(std::span<const std::string> words) {
+  return in_turn(
+      [&] {
+        Addressed found = addressed(words, Kind::anything);
+        Reading values = get_values(found.paths);
+        values.faults.insert(values.faults.begin(), found.faults.begin(), found.faults.end());
+        return values;
+      },
+      only_reading);
+}
+
+Reading read_back(std::span<const Assignment> assignments) {
+  std::vector<std::string> paths;
+  for (const Assignment &assignment : assignments)
+    paths.push_back(assignment.path);
+  return get_values(paths);
+}
+
+// A test's object holds what the request set in it, too.
+Reading outcome(const Setting &setting, std::span<const DiagnosticsTest> tests) {
+  std::vector<Assignment> others = setting.stored;
+  for (const DiagnosticsTest &test : tests)
+    std::erase_if(others, [&](const Assignment &stored) { return stored.path.starts_with(test.object); });
+  Reading values = in_turn([&] { return read_back(others); }, only_reading);
+  for (const DiagnosticsTest &test : tests)
+    append(values, results_of(test));
+  return values;
+}
+
+ExitStatus report(const Output &output, const Reading &reading, bool values_only) {
   if (!output.json()) {
-    output.print(as_table(reading.values));
+    if (values_only)
+      for (const Value &value : reading.values)
+        output.print(Table{{{value.text}}});
+    else
+      output.print(as_table(reading.values));
     return complain(output, reading.faults);
   }
   output.print(as_json(reading));
@@ -185,6 +200,15 @@ ExitStatus report(const Output &output, const Setting &setting, const Aftermath 
   return setting.accepted && found ? Success : Failure;
 }
 
+ExitStatus report_trial(const Output &output, const Setting &setting) {
+  if (!setting.accepted) return report(output, setting, {});
+  if (output.json())
+    output.print(Json{{"accepted", true}});
+  else
+    output.print(Table{{{"the request would be accepted; nothing was stored"}}});
+  return Success;
+}
+
 ExitStatus report(const Output &output, const RowChange &change,
                   const std::optional<std::vector<Json>> &log) {
   if (output.json()) {
@@ -202,7 +226,7 @@ ExitStatus report(const Output &output, const RowChange &change,
 
 void report(const Output &output, std::span<const Listed> catalogue) {
   if (output.json()) return output.print(as_array(catalogue));
-  Table table;
+  Table table{heading({"PATH", "TYPE", "ACCESS", "UNIT", "MEANING"})};
   for (const Listed &listed : catalogue)
     table.push_back({{std::string(listed.path), Style::Bold},
                      {std::string(model::name(listed.type))},

@@ -1,6 +1,8 @@
-#include "kovactl/settings.hpp"
-
+// settings: the management server's settings, kept across a configuration reset.
 #include "device/paths.hpp"
+#include "kovactl/agent.hpp"
+#include "kovactl/command.hpp"
+#include "kovactl/commands.hpp"
 
 #include <kova/management.h>
 
@@ -34,22 +36,34 @@ ExitStatus done(const Output &output, const char *what, const std::string &text)
   return Success;
 }
 
-} // namespace
+struct Options {};
 
-ExitStatus back_up_settings(const Output &output) {
+ExitStatus back_up(const Output &output, const Options &) {
+  start_agent(output);
   const std::string file = backup_file().string();
-  if (backup_restore_settings(backup_mode) != 0 || !is_whole_backup())
+  if (in_turn([] { return backup_restore_settings(backup_mode); }) != 0 || !is_whole_backup())
     return output.failure("cannot write " + file);
   return done(output, "backup", "kept the server settings of both management instances in " + file);
 }
 
-ExitStatus restore_settings(const Output &output) {
+ExitStatus restore(const Output &output, const Options &) {
+  start_agent(output);
   const std::string file = backup_file().string();
   if (!std::filesystem::exists(backup_file()))
     return output.failure("there is no backup to restore: kovactl settings backup makes one");
   if (text_of(backup_file()).empty()) return output.failure(file + " is empty: there is nothing to put back");
-  if (backup_restore_settings(restore_mode) != 0) return output.failure("cannot read " + file);
+  if (in_turn([] { return backup_restore_settings(restore_mode); }) != 0)
+    return output.failure("cannot read " + file);
   return done(output, "restore", "put back the server settings of both management instances from " + file);
+}
+
+} // namespace
+
+void add_settings(Commands &commands) {
+  Commands settings = commands.group("settings", "The management server's settings");
+  settings.add<Options>("backup", "Keep them in a file, so that a configuration reset does not lose them",
+                        back_up);
+  settings.add<Options>("restore", "Put back those that were kept; the file is removed", restore);
 }
 
 } // namespace kova::ctl

@@ -1,0 +1,19 @@
+// The configuration of a device, as a request that gives it to another one.
+#pragma once
+
+#include "request/request.hpp"
+
+#include <string>
+#include <vector>
+
+namespace kova::request {
+
+struct Configuration {
+  std::vector<Assignment> values; // those of rows come last, as a row needs its list's switches
+  std::vector<Fault> left_out;    // what the device would not take back as it is now
+};
+
+// What can be set and read: no secrets, and nothing that acts rather than stays. Of the paths that begin so.
+Configuration get_configuration(const std::string &prefix);
+
+} // namespace kova::request

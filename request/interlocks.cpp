@@ -1,0 +1,72 @@
+#include "request/interlocks.hpp"
+
+#include "request/request.hpp"
+
+#include <fnmatch.h>
+
+#include <algorithm>
+
+namespace kova::request {
+namespace {
+
+struct Interlock {
+  std::string pattern;              // of the paths that are closed
+  std::string by;                   // the parameter that closes them
+  std::vector<std::string> closing; // its values that do
+  std::string opening;              // one that opens them
+  std::string words;                // for a person
+};
+
+const std::string firewall = "InternetGatewayDevice.X_KOVA_Firewall.";
+const std::string voice = "InternetGatewayDevice.Services.VoiceService.1.VoiceProfile.1.";
+const std::string connection = "InternetGatewayDevice.WANDevice.1.WANConnectionDevice.1.WANIPConnection.1.";
+const std::string vpn = "InternetGatewayDevice.WANDevice.1.X_KOVA_OperMode.";
+const std::string snmp = "InternetGatewayDevice.X_KOVA_SNMP.";
+
+std::vector<Interlock> all() {
+  const std::vector<std::string> off = {"0", "false", ""};
+  std::vector<Interlock> found;
+  for (const std::string family : {"MAC", "URL", "IP", "IPv6"}) {
+    const std::string filter = firewall + family + "Filter.", words = "the " + family + " filter ";
+    for (const char *member : {"Mode", "LogEnable", "Black.*", "White.*"})
+      found.push_back({filter + member, filter + "Enable", off, "1", words + "is off"});
+    found.push_back({filter + "Black.*", filter + "Mode", {"1"}, "0", words + "uses its white list"});
+    found.push_back({filter + "White.*", filter + "Mode", {"0"}, "1", words + "uses its black list"});
+  }
+  found.push_back({firewall + "ACL.[0-9]*", firewall + "ACL.Enable", off, "1", "access control is off"});
+  const std::string sip = voice + "SIP.", enable = sip + "X_KOVA_Enable", mode = sip + "X_KOVA_ServerMode";
+  for (const std::string &member :
+       {sip + "X_KOVA_ServerMode", sip + "X_KOVA_PCSCF*", sip + "Proxy*", sip + "Registrar*",
+        sip + "UserAgentDomain", voice + "Line.1.SIP.*", voice + "Line.1.DirectoryNumber"})
+    found.push_back({member, enable, {"0", "false"}, "1", "the telephone line is out of service"});
+  for (const std::string &member : {sip + "Proxy*", sip + "Registrar*", sip + "UserAgentDomain"})
+    found.push_back({member, mode, {"1"}, "0", "the line uses a P-CSCF"});
+  found.push_back({sip + "X_KOVA_PCSCF*", mode, {"0"}, "1", "the line uses a proxy"});
+  found.push_back(
+      {connection + "X_KOVA_DMZHostIPAddress", connection + "X_KOVA_DMZEnable", off, "1", "the DMZ is off"});
+  for (const char *member : {"UserName", "Password"})
+    found.push_back({snmp + member, snmp + "Enable", off, "1", "SNMP is off"});
+  found.push_back({vpn + "*", vpn + "OperMode", {"0", "1", "3"}, "2", "the device is not in its VPN mode"});
+  return found;
+}
+
+std::string value_of(const std::string &path) {
+  const Reading reading = get_values(std::span(&path, 1));
+  return reading.values.empty() ? "" : reading.values.front().text;
+}
+
+} // namespace
+
+std::optional<std::string> interlock_of(std::string_view path) {
+  static const std::vector<Interlock> interlocks = all();
+  const std::string text(path);
+  for (const Interlock &interlock : interlocks) {
+    if (text == interlock.by || fnmatch(interlock.pattern.c_str(), text.c_str(), 0) != 0) continue;
+    const std::string value = value_of(interlock.by);
+    if (std::ranges::find(interlock.closing, value) != interlock.closing.end())
+      return interlock.words + ": set " + interlock.by + "=" + interlock.opening + " first";
+  }
+  return std::nullopt;
+}
+
+} // namespace kova::request

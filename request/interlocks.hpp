@@ -1,0 +1,14 @@
+// Parameters and rows that can be set only while another parameter has a certain value.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace kova::request {
+
+// What must be switched on before this path can be set ("the MAC filter is off: set ...Enable=1 first"); none when
+// nothing stands in the way. Asks the device.
+std::optional<std::string> interlock_of(std::string_view path);
+
+} // namespace kova::request

@@ -1,0 +1,35 @@
+// get: shows values of parameters.
+#include "kovactl/addressing.hpp"
+#include "kovactl/agent.hpp"
+#include "kovactl/command.hpp"
+#include "kovactl/commands.hpp"
+#include "kovactl/report.hpp"
+
+namespace kova::ctl {
+namespace {
+
+struct Options {
+  std::vector<std::string> paths;
+  bool values_only = false;
+};
+
+ExitStatus get(const Output &output, const Options &options) {
+  start_agent(output);
+  return report(output, read(options.paths), options.values_only);
+}
+
+} // namespace
+
+void add_get(Commands &commands) {
+  auto [command, options] = commands.add<Options>("get", "Show values of parameters", get);
+  command
+      .add_option("PATH", options.paths,
+                  "Parameters; a path that ends in \".\" is a whole branch, \"\" is everything.\n"
+                  "A tail that no other path has will do; *, ? and [] stand for any characters")
+      ->required()
+      ->type_name("");
+  command.add_flag("-v,--values", options.values_only, "Only the values, one a line");
+  commands.complete(command, [](const std::string &word) { return continued(word, Kind::anything, false); });
+}
+
+} // namespace kova::ctl

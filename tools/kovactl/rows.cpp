@@ -1,0 +1,68 @@
+// add, delete: rows of lists.
+#include "kovactl/addressing.hpp"
+#include "kovactl/agent.hpp"
+#include "kovactl/command.hpp"
+#include "kovactl/commands.hpp"
+#include "kovactl/log.hpp"
+#include "kovactl/report.hpp"
+
+namespace kova::ctl {
+namespace {
+
+struct Options {
+  std::string path;
+  std::optional<std::string> value;
+  bool with_log = false;
+};
+
+template <typename Change>
+ExitStatus change_row(const Output &output, const Options &options, Kind kind, Change change) {
+  start_agent(output);
+  RowChange changed;
+  std::optional<std::vector<Json>> log;
+  in_turn([&] {
+    Addressed found = addressed(std::span(&options.path, 1), kind);
+    if (!found.faults.empty()) {
+      changed = {options.path, 0, found.faults.front()};
+      return;
+    }
+    LogReader reader(device::log_file());
+    reader.skip();
+    changed = change(found.paths.front());
+    if (!options.with_log) return;
+    await_service();
+    log = reader.own_records();
+  });
+  return report(output, changed, log);
+}
+
+ExitStatus add(const Output &output, const Options &options) {
+  return change_row(output, options, Kind::list,
+                    [&](const std::string &object) { return add_row(object, options.value); });
+}
+
+ExitStatus remove(const Output &output, const Options &options) {
+  return change_row(output, options, Kind::row, delete_row);
+}
+
+} // namespace
+
+void add_rows(Commands &commands) {
+  auto [adding, row] =
+      commands.add<Options>("add", "Add a row to a list, with its value or a placeholder", add);
+  adding.add_option("OBJECT.", row.path, "A list; kovactl list --lists shows them")
+      ->required()
+      ->type_name("");
+  adding.add_option("VALUE", row.value, "No row is added when it is refused")->type_name("");
+  commands.complete(adding, [](const std::string &word) { return continued(word, Kind::list, true); });
+
+  auto [deleting, old] =
+      commands.add<Options>("delete", "Delete a row of a list; those behind it move up", remove);
+  deleting.add_option("OBJECT.N.", old.path, "A row of a list")->required()->type_name("");
+  commands.complete(deleting, [](const std::string &word) { return continued(word, Kind::row, true); });
+
+  adding.add_flag("--log", row.with_log, "Then show what the device was asked to do");
+  deleting.add_flag("--log", old.with_log, "Then show what the device was asked to do");
+}
+
+} // namespace kova::ctl
