@@ -13,8 +13,12 @@ struct Daemon {
 };
 
 constexpr Daemon service_daemon{"kova-serviced", "serviced", "the service daemon", nullptr};
+// One for each management instance.
+constexpr Daemon management_agents[] = {
+    {"kova-cwmpd", "cwmpd", "the management agent", nullptr},
+    {"kova-cwmpd", "cwmpd-secondary", "the secondary management agent", "--secondary"}};
 
 // The first runs as long as the device is up. The others do from their start on, over boots, until they are stopped.
-constexpr Daemon daemons[] = {service_daemon};
+constexpr Daemon daemons[] = {service_daemon, management_agents[0], management_agents[1]};
 
 } // namespace kova::device

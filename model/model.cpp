@@ -1,6 +1,5 @@
 #include "model/model.hpp"
 
-#include "model/rows.hpp"
 #include "model/tables.hpp"
 
 #include <algorithm>
@@ -30,8 +29,6 @@ std::vector<Parameter> gather() {
                        row.unit, row.meaning, row.allowed});
     }
   }
-  for (std::span<const Parameter> family : {time_rows(), radio_rows(), sas_rows()})
-    all.insert(all.end(), family.begin(), family.end());
   std::ranges::sort(all, {}, &Parameter::path);
   return all;
 }

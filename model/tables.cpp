@@ -4,6 +4,7 @@
 #include "src/diagnostics/diagnostics_rows.hpp"
 #include "src/lan/lan_rows.hpp"
 #include "src/lan/wifi_rows.hpp"
+#include "src/security/filters_rows.hpp"
 #include "src/voice/voice_rows.hpp"
 #include "src/wan/apn_rows.hpp"
 #include "src/wan/dmz_rows.hpp"
@@ -49,6 +50,7 @@ constexpr Row rows[] = {
 } // namespace diagnostics
 
 namespace filters {
+using namespace kova::security;
 constexpr Row rows[] = {
 #include "src/security/filters.def"
 };
@@ -104,13 +106,32 @@ constexpr Row rows[] = {
 };
 } // namespace device_info
 
+namespace radio {
+constexpr Row rows[] = {
+#include "src/radio/radio.def"
+#include "src/radio/rates.def"
+};
+} // namespace radio
+
+namespace time {
+constexpr Row rows[] = {
+#include "src/time/time.def"
+};
+} // namespace time
+
+namespace sas {
+constexpr Row rows[] = {
+#include "src/sas/sas.def"
+};
+} // namespace sas
+
 } // namespace
 
 std::span<const std::span<const Row>> tables() {
   static constexpr std::span<const Row> all[] = {
-      wifi::rows,        lan::rows,      wan::rows,      diagnostics::rows, management::rows,
-      device_info::rows, filters::rows,  firewall::rows, routes::rows,      voice::rows,
-      snmp::rows,        watchdog::rows, web::rows,
+      wifi::rows,    lan::rows,      wan::rows,    diagnostics::rows, management::rows, device_info::rows,
+      filters::rows, firewall::rows, routes::rows, voice::rows,       snmp::rows,       watchdog::rows,
+      web::rows,     radio::rows,    time::rows,   sas::rows,
   };
   return all;
 }

@@ -3,7 +3,7 @@
 #ifndef KOVA_ACCOUNTS_H
 #define KOVA_ACCOUNTS_H
 
-#include <kova/frame.h>
+#include <kova/accessors.h>
 
 KOVA_BEGIN_EXPORTS
 

@@ -6,7 +6,7 @@
 #ifndef KOVA_DIAGNOSTICS_H
 #define KOVA_DIAGNOSTICS_H
 
-#include <kova/frame.h>
+#include <kova/accessors.h>
 
 KOVA_BEGIN_EXPORTS
 

@@ -7,7 +7,7 @@
 #ifndef KOVA_LAN_H
 #define KOVA_LAN_H
 
-#include <kova/frame.h>
+#include <kova/accessors.h>
 
 KOVA_BEGIN_EXPORTS
 

@@ -2,7 +2,7 @@
 #ifndef KOVA_MANAGEMENT_H
 #define KOVA_MANAGEMENT_H
 
-#include <kova/frame.h>
+#include <kova/accessors.h>
 
 KOVA_BEGIN_EXPORTS
 

@@ -5,7 +5,8 @@
 #ifndef KOVA_RADIO_H
 #define KOVA_RADIO_H
 
-#include <kova/frame.h>
+#include <kova/accessors.h>
+#include <stdint.h>
 
 KOVA_BEGIN_EXPORTS
 

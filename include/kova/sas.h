@@ -5,7 +5,7 @@
 #ifndef KOVA_SAS_H
 #define KOVA_SAS_H
 
-#include <kova/frame.h>
+#include <kova/accessors.h>
 
 KOVA_BEGIN_EXPORTS
 

@@ -7,7 +7,8 @@
 #ifndef KOVA_SECURITY_H
 #define KOVA_SECURITY_H
 
-#include <kova/frame.h>
+#include <kova/accessors.h>
+#include <stdint.h>
 
 KOVA_BEGIN_EXPORTS
 

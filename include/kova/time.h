@@ -5,7 +5,7 @@
 #ifndef KOVA_TIME_H
 #define KOVA_TIME_H
 
-#include <kova/frame.h>
+#include <kova/accessors.h>
 #include <time.h>
 
 KOVA_BEGIN_EXPORTS

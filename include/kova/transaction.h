@@ -5,7 +5,7 @@
 #ifndef KOVA_TRANSACTION_H
 #define KOVA_TRANSACTION_H
 
-#include <kova/frame.h>
+#include <kova/accessors.h>
 
 KOVA_BEGIN_EXPORTS
 

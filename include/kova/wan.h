@@ -5,7 +5,8 @@
 #ifndef KOVA_WAN_H
 #define KOVA_WAN_H
 
-#include <kova/frame.h>
+#include <kova/accessors.h>
+#include <stdint.h>
 
 /* The platform's record of the operation mode. */
 typedef struct OperMode OperMode;

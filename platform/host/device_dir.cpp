@@ -51,7 +51,7 @@ struct Mark {
   bool complete() const { return text == this_version; }
   // A claim that was interrupted; the next one writes the rest.
   bool unfinished() const { return text.size() < this_version.size() && this_version.starts_with(text); }
-  bool of_another_version() const { return !complete() && text.starts_with(any_version); }
+  bool of_another_version() const { return !complete() && !unfinished() && text.starts_with(any_version); }
 };
 
 Mark read_mark(const fs::path &dir) {
@@ -85,10 +85,6 @@ int create_private_dir(const fs::path &dir) {
   return chmod(dir.c_str(), private_dir) == 0 ? 0 : errno;
 }
 
-DirState state_of_marked(const Mark &mark) {
-  return mark.complete() ? DirState::device : DirState::outdated;
-}
-
 DirState state_of(const fs::path &dir) {
   struct stat status = {};
   if (stat(dir.c_str(), &status) != 0)
@@ -97,8 +93,9 @@ DirState state_of(const fs::path &dir) {
   const bool own = status.st_uid == geteuid();
   const Mark mark = read_mark(dir);
   if (mark.error == EACCES) return DirState::inaccessible;
-  if (mark.complete() || mark.of_another_version())
-    return own ? state_of_marked(mark) : DirState::inaccessible;
+  if (!own && (mark.complete() || mark.of_another_version())) return DirState::inaccessible;
+  if (mark.complete()) return DirState::device;
+  if (mark.of_another_version()) return DirState::outdated;
 
   std::error_code failed;
   fs::directory_iterator entries(dir, failed);

@@ -43,6 +43,21 @@ int set_user(const char *key, const char *value, const Condition &) {
   return store_hash(password, key, "PswdSalt2", "user");
 }
 
+// While nothing is stored the caller's buffer is as it was.
+int tell(Key key, char *buf, unsigned int buflen) {
+  Text text;
+  return load(key, text) ? answer(text, buf, buflen) : 0;
+}
+
+int set_lock_time(Key key, const char *value, const Condition &condition) {
+  if (value == nullptr) return refuse("[TR069][Error] NULL value for web lock time.");
+  if (!is_digits(value)) return refuse("[TR069][Error] Timeout setting must be an integer digital.");
+  if (!condition.holds(value))
+    return refuse("[TR069][Error] Please enter the number of seconds between 300 to 65535.");
+  store(key, value);
+  return 0;
+}
+
 } // namespace
 
 } // namespace kova::web
@@ -51,18 +66,3 @@ using namespace kova;
 using namespace kova::web;
 
 #include "src/accounts/web.def"
-
-// While nothing is stored the caller's buffer is as it was.
-int kovaGetWebLockTimeSettings(char *buf, unsigned int buflen) {
-  Text seconds;
-  return load("WebTimeout", seconds) ? answer(seconds, buf, buflen) : 0;
-}
-
-int kovaSetWebLockTimeSettings(const char *value) {
-  if (value == nullptr) return refuse("[TR069][Error] NULL value for web lock time.");
-  if (!is_digits(value)) return refuse("[TR069][Error] Timeout setting must be an integer digital.");
-  if (!lock_seconds.holds(value))
-    return refuse("[TR069][Error] Please enter the number of seconds between 300 to 65535.");
-  store("WebTimeout", value);
-  return 0;
-}

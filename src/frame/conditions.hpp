@@ -3,7 +3,7 @@
 
 #include "src/frame/text.hpp"
 
-#include <kova/frame.h>
+#include <kova/text.h>
 
 #include <climits>
 #include <cstdlib>

@@ -1,5 +1,5 @@
 // What the operation mode and the WAN settings say about the device as a whole.
-#include "src/frame/settings.hpp"
+#include "src/frame/lte_state.hpp"
 
 #include <kova/frame.h>
 
@@ -7,7 +7,6 @@
 #include <cstring>
 
 using kova::OwnedText;
-using kova::Section;
 using kova::Text;
 
 namespace {
@@ -21,12 +20,6 @@ int operation_mode(char highest) {
 bool load_number(const char *key, int &number) {
   Text text;
   return kova::load(kova::runtime(key), text) && std::sscanf(text, "%d", &number) == 1;
-}
-
-bool data_pdn_is_up() {
-  constexpr int connected = 3;
-  int state = 0;
-  return load_number("lte_data_state", state) && state == connected;
 }
 
 // Unlike the data state, the management state need only be published: any state counts as up.
@@ -47,7 +40,8 @@ const char *current_interface(const char *key) {
 const char *management_traffic_interface() {
   char type[64];
   if (!kova::load("TR_IF_TYPE", type)) return "";
-  if (kova::equal(type, "data_pdn") && data_pdn_is_up()) return current_interface("curr_data_if");
+  if (kova::equal(type, "data_pdn") && kova::lte_data_is_connected())
+    return current_interface("curr_data_if");
   if (kova::equal(type, "mgmt_pdn") && management_pdn_is_up()) return current_interface("curr_mgmt_if");
   return "";
 }

@@ -46,7 +46,7 @@ int send_record(MsgHandle *handle, MsgRecord *rec, bool confirm, uint32_t cookie
 }
 
 int64_t milliseconds_now() {
-  timespec now;
+  timespec now = {};
   clock_gettime(CLOCK_MONOTONIC, &now);
   return int64_t{now.tv_sec} * 1000 + now.tv_nsec / 1000000;
 }
@@ -59,8 +59,9 @@ bool wait_readable(int fd, int seconds) {
     const int ready = poll(&wanted, 1, left);
     if (ready >= 0 || errno != EINTR) return ready > 0;
     // An agent's child may end meanwhile: that is no time-out, nor does it start the time anew.
+    // Where the clock cannot be read, no wait is longer than the first.
     const int64_t remaining = end - milliseconds_now();
-    left = remaining > 0 ? static_cast<int>(remaining) : 0;
+    if (remaining < left) left = remaining > 0 ? static_cast<int>(remaining) : 0;
   }
 }
 
@@ -153,7 +154,9 @@ int msg_receive(MsgHandle *handle, void *buf, int size) {
   if (handle == nullptr || buf == nullptr || size < static_cast<int>(header_size)) return MSG_ERR_ARGUMENT;
   if (!is_open(handle)) return MSG_ERR_CLOSED;
 
-  alignas(MsgRecord) unsigned char area[receive_area] = {};
+  const kova::OwnedText memory(static_cast<char *>(std::calloc(1, receive_area)));
+  char *area = memory.writable();
+  if (area == nullptr) return MSG_ERR_RECEIVE; // and nothing is taken from the socket
   const auto *rec = reinterpret_cast<const MsgRecord *>(area);
   const ssize_t header = recv(handle->fd, area, header_size, 0);
   if (header < 0) return MSG_ERR_RECEIVE;

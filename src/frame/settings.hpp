@@ -4,6 +4,8 @@
 #include "platform/rules.h"
 #include "src/frame/text.hpp"
 
+#include <kova/frame.h>
+
 namespace kova {
 
 enum class Section : int {

@@ -33,14 +33,22 @@ int check(const char *name, const char *value, bool (*holds)(const char *), Rule
   return *value == '\0' || passes(rule, value) ? park(place, name, value) : -1;
 }
 
+// The DNS option: the store holds the inverse of what is told and set.
 const char *inverse(const char *option) {
   return equal(option, "0") ? "1" : "0";
 }
-int answer_inverse(const char *key, char *buf, unsigned int buflen) {
+int tell(const char *key, char *buf, unsigned int buflen) {
   return answer(inverse(load(key)), buf, buflen);
 }
-int set_inverse(const char *key, const char *value) {
+struct Allowed {
+  const Condition &condition;
+  Rule rule;
+};
+int set_inverse(const char *key, const char *value, Allowed) {
   return is_empty(value) ? -1 : store_and_restart(key, inverse(value));
+}
+int check(const char *name, const char *value, Allowed allowed, Place place) {
+  return check(name, value, allowed.condition.holds, allowed.rule, place);
 }
 
 } // namespace
@@ -64,9 +72,4 @@ void drop_rules_on_lan_addresses() {
 using namespace kova;
 using namespace kova::lan;
 
-// The store holds the inverse of what is told and set.
-#define INVERTED(getter, setter, checker, key, group, slot, condition, rule)                                 \
-  COMPUTED(getter, answer_inverse, key)                                                                      \
-  KOVA_SET(setter, set_inverse(key, value))                                                                  \
-  KOVA_CHECK(checker, check(name, value, (condition).holds, rule, {gPVCL.group, gPVCL.slot}))
 #include "src/lan/lan.def"

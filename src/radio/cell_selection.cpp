@@ -18,6 +18,8 @@ namespace {
 // The modes by their stored codes "1" to "4".
 constexpr const char *scan_modes[] = {"fullband", "freqpreferred", "pcilock", "pcionlylock"};
 
+constexpr const char *scan_mode_leaf = "/tarn/cell_selection/scan_mode";
+
 constexpr char code_of(int mode) {
   return static_cast<char>('1' + mode);
 }
@@ -45,11 +47,6 @@ bool is_of_duplex(int band, const char *duplex) {
   return (info.duplex == fdd && equal(duplex, "FDD")) || (info.duplex == tdd && equal(duplex, "TDD"));
 }
 
-void append(char *out, int len, const char *piece) {
-  const std::size_t used = std::strlen(out);
-  if (used + std::strlen(piece) < static_cast<std::size_t>(len)) std::strcpy(out + used, piece);
-}
-
 int judge_scan_mode(const char *code, const char *duplex) {
   const int result = webscheckScanMode(code, duplex);
   if (result == -1)
@@ -63,9 +60,9 @@ int judge_scan_mode(const char *code, const char *duplex) {
 
 int set_scan_mode(const char *value) {
   Text duplex;
-  if (!load(duplex_leaf, duplex)) std::strcpy(duplex.chars, "TDD");
+  if (!load(key::duplex, duplex)) std::strcpy(duplex.chars, "TDD");
   {
-    const Tree tree;
+    Tree tree;
     if (tree.code() != 0) return tree.code();
     char code[2] = {};
     for (int mode = 0; mode < 4; ++mode)
@@ -82,18 +79,18 @@ int set_scan_mode(const char *value) {
 }
 
 int read_scan_mode(Text &code) {
-  const Tree tree;
+  Tree tree;
   if (tree.code() != 0) return tree.code();
   Text duplex;
   const int result = tree.read(scan_mode_leaf, code);
-  return result != 0 ? result : tree.read(duplex_leaf, duplex);
+  return result != 0 ? result : tree.read(key::duplex, duplex);
 }
 
 } // namespace
 
 int write_and_flush(const char *path, const char *value) {
   {
-    const Tree tree;
+    Tree tree;
     if (tree.code() != 0) return tree.code();
     if (const int result = tree.write(path, value); result != 0) {
       dbg_trace("Fail to write \"%s\" to \"%s\"\n", value, path);
@@ -104,9 +101,9 @@ int write_and_flush(const char *path, const char *value) {
   return 0;
 }
 
-int choose_leaf(const Tree &tree, DuplexLeaves leaves, const char *&chosen) {
+int choose_leaf(Tree &tree, DuplexLeaves leaves, const char *&chosen) {
   Text duplex;
-  if (const int result = tree.read(duplex_leaf, duplex); result != 0) return result;
+  if (const int result = tree.read(key::duplex, duplex); result != 0) return result;
   chosen = equal(duplex, "FDD") ? leaves.fdd : equal(duplex, "TDD") ? leaves.tdd : nullptr;
   if (chosen != nullptr) return 0;
   dbg_trace("Invalid Duplex!\n");
@@ -134,17 +131,15 @@ int getSupportBands(char *out, int len) {
   if (out == nullptr) return 0;
   if (len < 1) return len;
   char duplex[4];
-  if (!load(duplex_leaf, duplex)) return -1;
+  if (!load(key::duplex, duplex)) return -1;
   const LteClient client;
   RrcBandList list = {};
   if (!client.list_bands(list)) return -1;
-  *out = '\0';
+  GrowingText bands(out, static_cast<std::size_t>(len));
   for (int i = 0; i < list.count; ++i) {
     if (!is_of_duplex(list.band[i], duplex)) continue;
-    char piece[8];
-    std::snprintf(piece, sizeof piece, "%d|", list.band[i]);
-    if (*out == '\0') append(out, len, "|");
-    append(out, len, piece); // a band that does not fit does not count as supported
+    if (bands.empty()) bands.add("|");
+    bands.add("%d|", list.band[i]); // a band that does not fit does not count as supported
   }
   return 0;
 }

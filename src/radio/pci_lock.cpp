@@ -16,11 +16,22 @@ namespace {
 constexpr DuplexLeaves list_leaves = {"/tarn/cell_selection/fdd_dedicated_pci_list",
                                       "/tarn/cell_selection/tdd_dedicated_pci_list"};
 constexpr const char *range_leaf = "/tarn/cell_selection/dedicated_pci_range";
-using List = GrowingText<6144>;
 
-int number(const char *text) {
+// What a list is written in before it is stored. Longer than a stack should hold.
+class List : public GrowingText {
+public:
+  List() : List(static_cast<char *>(std::calloc(1, size))) {}
+  bool has_room() const { return room_.writable() != nullptr; }
+
+private:
+  static constexpr std::size_t size = 6144;
+  explicit List(char *room) : GrowingText(room, size), room_(room) {}
+  OwnedText room_;
+};
+
+int number_or_0(const char *text) {
   return leading_number(text_or_empty(text));
-} // no number is 0
+}
 
 struct Cell {
   int earfcn = 0, pci = 0;
@@ -37,8 +48,8 @@ struct Cells {
     int last = 0;
     for (char *piece = pieces.next(";"); piece != nullptr && last + 1 < slots; piece = pieces.next(";")) {
       Cell &cell = slot[++last];
-      cell.earfcn = number(strtok_r(piece, ",", &rest));
-      cell.pci = number(strtok_r(nullptr, ",", &rest));
+      cell.earfcn = number_or_0(strtok_r(piece, ",", &rest));
+      cell.pci = number_or_0(strtok_r(nullptr, ",", &rest));
     }
   }
 };
@@ -62,12 +73,12 @@ bool judge_cell(const Cell &cell, const SupportedBands &bands, BandInfo &info) {
 bool convert(const char *value, List &stored) {
   const Cells cells(value);
   SupportedBands bands;
-  if (!bands.load()) return false;
+  if (!stored.has_room() || !bands.load()) return false;
   for (const Cell &cell : cells.slot) {
     if (cell.earfcn == 0 || cell.pci == 0) continue;
     BandInfo info = {};
     if (!judge_cell(cell, bands, info)) return false;
-    stored.add("%s%d,%d,%d", stored.length == 0 ? "" : ";", info.band, cell.earfcn, cell.pci);
+    stored.add("%s%d,%d,%d", stored.empty() ? "" : ";", info.band, cell.earfcn, cell.pci);
   }
   return true;
 }
@@ -77,15 +88,15 @@ int set_cells(const char *value) {
   if (!convert(value, stored)) return -1;
   const char *leaf = nullptr;
   {
-    const Tree tree;
+    Tree tree;
     if (tree.code() != 0) return tree.code();
     if (const int result = choose_leaf(tree, list_leaves, leaf); result != 0) return result;
   }
-  return write_and_flush(leaf, stored.chars); // an empty list lifts the lock
+  return write_and_flush(leaf, stored); // an empty list lifts the lock
 }
 
 int read_cells(Text &stored) {
-  const Tree tree;
+  Tree tree;
   if (tree.code() != 0) return tree.code();
   const char *leaf = nullptr;
   const int result = choose_leaf(tree, list_leaves, leaf);
@@ -112,28 +123,29 @@ bool split_range(char *range, const char *&start, const char *&end) {
 
 bool is_range(const char *start, const char *end) {
   constexpr int highest = 504; // one more than the PCI of a locked cell
-  const int first = number(start), last = number(end);
+  const int first = number_or_0(start), last = number_or_0(end);
   return first >= 0 && last <= highest && first <= last;
 }
 
 int set_ranges(const char *value) {
   ValueCopy pieces(value);
   List rebuilt;
+  if (!rebuilt.has_room()) return -1;
   const char *start = nullptr, *end = nullptr;
   for (char *range = pieces.next(";"); range != nullptr; range = pieces.next(";"))
-    if (split_range(range, start, end)) rebuilt.add("%s%s,%s", rebuilt.length == 0 ? "" : ";", start, end);
-  if (rebuilt.length == 0) {
+    if (split_range(range, start, end)) rebuilt.add("%s%s,%s", rebuilt.empty() ? "" : ";", start, end);
+  if (rebuilt.empty()) {
     dbg_trace("no pci range set\n");
     return 0;
   }
-  tarn_log_console("pci only lock set:%s,\n", rebuilt.chars);
+  tarn_log_console("pci only lock set:%s,\n", static_cast<const char *>(rebuilt));
   {
-    const Tree tree;
+    Tree tree;
     if (tree.code() != 0) {
       tarn_log_console("init ucfg failed\n");
       return tree.code();
     }
-    if (const int result = tree.write(range_leaf, rebuilt.chars); result != 0) {
+    if (const int result = tree.write(range_leaf, rebuilt); result != 0) {
       dbg_trace("Fail to write \"\" to \"dedicated_pci_range\"\n");
       return result;
     }
@@ -163,15 +175,16 @@ int kovaSetTR069PciLock(const char *value) {
 int kovaGetTR069PciLock(char *buf, unsigned int buflen) {
   Text stored;
   const int result = read_cells(stored);
-  GrowingText<Text::size> list;
+  char room[Text::size];
+  GrowingText list(room);
   ValueCopy entries(result == 0 ? stored : "");
   for (char *entry = entries.next(";"); entry != nullptr; entry = entries.next(";")) {
     char *rest = nullptr;
     strtok_r(entry, ",", &rest); // the band is not shown
     const char *earfcn = strtok_r(nullptr, ",", &rest), *pci = strtok_r(nullptr, ",", &rest);
-    list.add("%s%s,%s", list.length == 0 ? "" : ";", text_or_empty(earfcn), text_or_empty(pci));
+    list.add("%s%s,%s", list.empty() ? "" : ";", text_or_empty(earfcn), text_or_empty(pci));
   }
-  answer(list.chars, buf, buflen);
+  answer(list, buf, buflen);
   return result;
 }
 
@@ -190,7 +203,7 @@ int kovaSetTR069PciOnlyLock(const char *value) {
 }
 
 int kovaGetTR069PciOnlyLock(char *buf, unsigned int buflen) {
-  const Tree tree;
+  Tree tree;
   Text ranges;
   int result = tree.code();
   if (result == 0) result = tree.read(range_leaf, ranges);

@@ -14,12 +14,6 @@ namespace {
 
 constexpr DuplexLeaves list_leaves = {"/tarn/cell_selection/fdd_dedicated_earfcn_list",
                                       "/tarn/cell_selection/tdd_dedicated_earfcn_list"};
-using List = GrowingText<Text::size>;
-
-int number(const char *text) {
-  return leading_number(text);
-} // no number is 0
-
 // A band with its EARFCNs, none of them twice.
 struct PreferredBand {
   static constexpr int most = 20;
@@ -37,14 +31,18 @@ struct PreferredBand {
 };
 
 // The bands of a value, or of the stored pairs: a group is a band and its EARFCNs, and a band named again goes on where
-// it was.
+// it was. On the heap: more than a stack should hold.
 class PreferredBands {
 public:
-  explicit PreferredBands(const char *value) {
+  explicit PreferredBands(const char *value)
+      : memory_(static_cast<char *>(std::calloc(most, sizeof(PreferredBand)))),
+        slot_(reinterpret_cast<PreferredBand *>(memory_.writable())) {
+    if (!has_room()) return;
     ValueCopy groups(value);
     for (char *group = groups.next(";"); group != nullptr; group = groups.next(";"))
       add_group(group);
   }
+  bool has_room() const { return slot_ != nullptr; }
   const PreferredBand *begin() const { return slot_; }
   const PreferredBand *end() const { return slot_ + used_; }
 
@@ -60,11 +58,12 @@ private:
   void add_group(char *group) {
     char *rest = nullptr;
     const char *field = strtok_r(group, ",", &rest);
-    PreferredBand *preferred = field == nullptr ? nullptr : find(number(field));
+    PreferredBand *preferred = field == nullptr ? nullptr : find(leading_number(field));
     while (preferred != nullptr && (field = strtok_r(nullptr, ",", &rest)) != nullptr)
-      if (!preferred->add(number(field))) break;
+      if (!preferred->add(leading_number(field))) break;
   }
-  PreferredBand slot_[most];
+  OwnedText memory_;
+  PreferredBand *slot_;
   int used_ = 0;
 };
 
@@ -112,7 +111,7 @@ bool judge_band(const PreferredBand &preferred, const SupportedBands &supported,
 
 bool judge(const PreferredBands &bands, SharedDuplex *shared) {
   SupportedBands supported;
-  if (!supported.load()) return false;
+  if (!bands.has_room() || !supported.load()) return false;
   for (const PreferredBand &preferred : bands) {
     if (!judge_band(preferred, supported, shared)) return false;
   }
@@ -128,19 +127,20 @@ int set(const char *value) {
     dbg_trace("Invalid Duplex!\n");
     return -1;
   }
-  List pairs;
+  char room[Text::size];
+  GrowingText pairs(room);
   for (const PreferredBand &preferred : bands) {
     for (int i = 0; i < preferred.count; ++i)
-      pairs.add("%s%d,%d", pairs.length == 0 ? "" : ";", preferred.band, preferred.earfcn[i]);
+      pairs.add("%s%d,%d", pairs.empty() ? "" : ";", preferred.band, preferred.earfcn[i]);
   }
-  return write_and_flush(shared.leaf(), pairs.chars);
+  return write_and_flush(shared.leaf(), pairs);
 }
 
 int read(Text &stored) {
-  const Tree tree;
+  Tree tree;
   if (tree.code() != 0) return tree.code();
   Text duplex;
-  if (const int result = tree.read(duplex_leaf, duplex); result != 0) return result;
+  if (const int result = tree.read(key::duplex, duplex); result != 0) return result;
   return tree.read(equal(duplex, "TDD") ? list_leaves.tdd : list_leaves.fdd, stored);
 }
 
@@ -164,13 +164,14 @@ int kovaSetTR069FreqPreferred(const char *value) {
 int kovaGetTR069FreqPreferred(char *buf, unsigned int buflen) {
   Text stored;
   const int result = read(stored);
-  List groups;
+  char room[Text::size];
+  GrowingText groups(room);
   const PreferredBands bands(result == 0 ? stored : "");
   for (const PreferredBand &preferred : bands) {
-    groups.add(groups.length == 0 ? "%d" : ";%d", preferred.band);
+    groups.add(groups.empty() ? "%d" : ";%d", preferred.band);
     for (int i = 0; i < preferred.count; ++i)
       groups.add(",%d", preferred.earfcn[i]);
   }
-  answer(groups.chars, buf, buflen);
-  return result;
+  answer(groups, buf, buflen);
+  return bands.has_room() ? result : -1;
 }

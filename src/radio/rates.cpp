@@ -1,5 +1,5 @@
 // Rates and totals of the first PDN, from the file that the rate sampler keeps.
-#include "src/frame/settings.hpp"
+#include "src/frame/rows.hpp"
 #include "src/frame/trace.hpp"
 
 #include <fcntl.h>
@@ -94,8 +94,8 @@ bool read_rates(Extent extent, Rates &rates) {
   if (!file.is_open()) return false;
   struct sysinfo facts;
   if (sysinfo(&facts) != 0) {
-    dbg_trace("[Error][%s %s:%d] Fail to get sysinfo,errno:%d, reason:%s", __func__, __FILE_NAME__, __LINE__,
-              errno, std::strerror(errno)); // NOLINT(concurrency-mt-unsafe)
+    dbg_trace("[Error][%s %s:%d] Fail to get sysinfo,errno:%u, reason:%s", __func__, __FILE_NAME__, __LINE__,
+              static_cast<unsigned int>(errno), std::strerror(errno)); // NOLINT(concurrency-mt-unsafe)
     return false;
   }
   char line[line_size];
@@ -117,57 +117,39 @@ bool read_rates(Extent extent, Rates &rates) {
   return false;
 }
 
-int answer_number(bool known, unsigned long long number, char *buf, unsigned int buflen) {
-  if (!known) return answer("N/A", buf, buflen);
-  char text[24];
-  std::snprintf(text, sizeof text, "%llu", number);
-  return answer(text, buf, buflen);
-}
-
 // Rates are told in bits per second, in the machine's own word.
 unsigned long bits(unsigned long bytes) {
   return bytes * 8;
 }
 
+template <typename Number>
+int answer_if(bool known, Number number, char *buf, unsigned int buflen) {
+  return known ? answer_number(number, buf, buflen) : answer("N/A", buf, buflen);
+}
+
 int answer_current(unsigned long Sample::*rate, char *buf, unsigned int buflen) {
   Rates rates = {};
   const bool known = read_rates(Extent::newest_only, rates);
-  return answer_number(known, bits(rates.newest.*rate), buf, buflen);
+  return answer_if(known, bits(rates.newest.*rate), buf, buflen);
 }
 
 int answer_total(unsigned long long Sample::*total, char *buf, unsigned int buflen) {
   Rates rates = {};
   const bool known = read_rates(Extent::newest_only, rates);
-  return answer_number(known, rates.newest.*total, buf, buflen);
+  return answer_if(known, rates.newest.*total, buf, buflen);
 }
 
 int answer_extreme(unsigned long Rates::*rate, char *buf, unsigned int buflen) {
   Rates rates = {};
   const bool known = read_rates(Extent::all_samples, rates);
-  return answer_number(known, bits(rates.*rate), buf, buflen);
+  return answer_if(known, bits(rates.*rate), buf, buflen);
 }
 
 } // namespace
 
 } // namespace kova::radio
 
+using namespace kova;
 using namespace kova::radio;
 
-#define GETTER(getter, how, what)                                                                            \
-  int getter(char *buf, unsigned int buflen) {                                                               \
-    return how(&what, buf, buflen);                                                                          \
-  }
-// clang-format off
-GETTER(kovaGetTR069Apn1RecvRateValue,   answer_current, Sample::receive_rate)
-GETTER(kovaGetTR069Apn1SendRateValue,   answer_current, Sample::send_rate)
-GETTER(kovaGetTR069Apn1RecvTotTptValue, answer_total,   Sample::received_bytes)
-GETTER(kovaGetTR069Apn1SendTotTptValue, answer_total,   Sample::sent_bytes)
-GETTER(kovaGetTR069Apn1RecvTotPktValue, answer_total,   Sample::received_packets)
-GETTER(kovaGetTR069Apn1SendTotPktValue, answer_total,   Sample::sent_packets)
-GETTER(kovaGetTR069WANDLCurRateValue,   answer_current, Sample::receive_rate)
-GETTER(kovaGetTR069WANULCurRateValue,   answer_current, Sample::send_rate)
-GETTER(kovaGetTR069WANDLMinRateValue,   answer_extreme, Rates::receive_min)
-GETTER(kovaGetTR069WANDLMaxRateValue,   answer_extreme, Rates::receive_max)
-GETTER(kovaGetTR069WANULMinRateValue,   answer_extreme, Rates::send_min)
-GETTER(kovaGetTR069WANULMaxRateValue,   answer_extreme, Rates::send_max)
-// clang-format on
+#include "src/radio/rates.def"

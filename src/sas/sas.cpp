@@ -1,4 +1,5 @@
 // Spectrum access: what the registration needs, and what is granted.
+#include "platform/keys.hpp"
 #include "src/frame/rows.hpp"
 
 #include <kova/sas.h>
@@ -9,23 +10,6 @@
 namespace kova::sas {
 
 namespace {
-
-// ---- What a setter asks of a value, after its rule and the markup check
-
-bool whatever(const char *) {
-  return true;
-}
-
-template <int least, int most>
-bool degrees(const char *value) {
-  const int number = leading_number(value); // a text that is no number is 0
-  return number >= least && number <= most;
-}
-
-// Grants come through the domain proxy: without it they would have no source.
-bool with_domain_proxy(const char *) {
-  return !equal(load("SAS_USEDP"), "0");
-}
 
 // ---- Stored forms
 
@@ -68,23 +52,41 @@ Text shown_height(const char *stored) {
   return height;
 }
 
-// ---- The family's setter
+// ---- The setters
 
-constexpr int rules = 7;                 // the platform's rule group
-constexpr int no_rule = 0, generic = 49; // items
+bool accepts(const char *value, Rule rule) {
+  return passes_unmarked(rule, value);
+}
+bool accepts(const char *value, const Condition &condition) {
+  return unmarked.holds(value) && condition.holds(value);
+}
 
-int set(Key key, const char *value, int item, bool (*allowed)(const char *), Form *to_stored = nullptr) {
-  value = text_or_empty(value);
-  if (item != no_rule && !passes(kova::rule_of(rules, item), value)) return -1;
-  if (checkXSSattack(value) < 0 || !allowed(value)) return -1;
-  const Text converted = to_stored != nullptr ? to_stored(value) : Text{};
-  const char *stored = to_stored != nullptr ? converted.chars : value;
-  store(key, stored);
-  sasSyslogMessage("set %s=%s", key.text, stored);
+int store_and_log(Key key, const char *value) {
+  store(key, value);
+  sasSyslogMessage("set %s=%s", key.text, value);
   return 0;
 }
 
-int get_as(Form *shown, const char *key, char *buf, unsigned int buflen) {
+template <typename Judge>
+int set(Key key, const char *value, const Judge &judge) {
+  value = text_or_empty(value);
+  return accepts(value, judge) ? store_and_log(key, value) : -1;
+}
+
+template <typename Judge>
+int set_with_domain_proxy(Key key, const char *value, const Judge &judge) {
+  value = text_or_empty(value);
+  return accepts(value, judge) && !equal(load(key::sas_domain_proxy), "0") ? store_and_log(key, value) : -1;
+}
+
+template <Form *stored>
+int set_as(Key key, const char *value, Rule rule) {
+  value = text_or_empty(value);
+  return accepts(value, rule) ? store_and_log(key, stored(value)) : -1;
+}
+
+template <Form *shown>
+int answer_as(Key key, char *buf, unsigned int buflen) {
   return answer(shown(load(key)), buf, buflen);
 }
 
@@ -95,55 +97,9 @@ int get_as(Form *shown, const char *key, char *buf, unsigned int buflen) {
 using namespace kova;
 using namespace kova::sas;
 
+#include "src/sas/sas.def"
+
 int sasGetTr069cbsdSerialNumber(char *buf, unsigned int buflen) {
-  const Text serial = load(runtime("CACHE_SN"));
+  const Text serial = load(runtime(key::serial_number));
   return answer(serial, buf, buflen) == 0 && !serial.empty() ? 0 : -1;
 }
-
-#define CONVERTED(getter, setter, key, item, shown, stored)                                                  \
-  int getter(char *buf, unsigned int buflen) {                                                               \
-    return get_as(shown, key, buf, buflen);                                                                  \
-  }                                                                                                          \
-  int setter(const char *value) {                                                                            \
-    return set(key, value, item, whatever, stored);                                                          \
-  }
-#undef SETTING
-#define SETTING(getter, setter, key, item, allowed)                                                          \
-  STORED(getter, key) KOVA_SET(setter, set(key, value, item, allowed))
-
-// clang-format off
-//      getter                                  setter                                  key                        rule item  and
-SETTING(sasGetTr069enableMode,                  sasSetTr069enableMode,                  "SAS_ENABLEMODE",          generic,   whatever)
-SETTING(sasGetTr069useDP,                       sasSetTr069useDP,                       "SAS_USEDP",               no_rule,   whatever)
-SETTING(sasGetTr069serverURL,                   sasSetTr069serverURL,                   "SAS_ADDRESS",             no_rule,   whatever)
-SETTING(sasGetTr069sas_step_choice,             sasSetTr069sas_step_choice,             "SAS_STEP_CHOICE",         54,        whatever)
-SETTING(sasGetTr069UserId,                      sasSetTr069UserId,                      "SAS_USERID",              generic,   whatever)
-SETTING(sasGetTr069fccId,                       sasSetTr069fccId,                       "SAS_FCCID",               generic,   whatever)
-SETTING(sasGetTr069callSign,                    sasSetTr069callSign,                    "SAS_CALLSIGN",            generic,   whatever)
-SETTING(sasGetTr069cbsdCategory,                sasSetTr069cbsdCategory,                "SAS_CBSD_CATEGORY",       generic,   whatever)
-SETTING(sasGetTr069radioTechnology,             sasSetTr069radioTechnology,             "SAS_RADIO_TECHNOLOGY",    generic,   whatever)
-SETTING(sasGetTr069antennaGain,                 sasSetTr069antennaGain,                 "SAS_ANTENNAGAIN",         generic,   whatever)
-SETTING(sasGetTr069antennaAzimuth,              sasSetTr069antennaAzimuth,              "SAS_ANTENNAAZIMUTH",      no_rule,   (degrees<0, 359>))
-SETTING(sasGetTr069antennaDowntilt,             sasSetTr069antennaDowntilt,             "SAS_ANTENNADOWNTILT",     no_rule,   (degrees<-90, 90>))
-SETTING(sasGetTr069antennaBeamwidth,            sasSetTr069antennaBeamwidth,            "SAS_ANTENNABEAMWIDTH",    no_rule,   (degrees<0, 360>))
-SETTING(sasGetTr069antennaModel,                sasSetTr069antennaModel,                "SAS_ANTENNAMODEL",        generic,   whatever)
-CONVERTED(sasGetTr069CPIlatitude,               sasSetTr069CPIlatitude,                 "SAS_CPI_LATITUDE",        generic,   millionths_from_degrees, degrees_from_millionths)
-CONVERTED(sasGetTr069CPIlongitude,              sasSetTr069CPIlongitude,                "SAS_CPI_LONGITUDE",       generic,   millionths_from_degrees, degrees_from_millionths)
-CONVERTED(sasGetTr069CPIheight,                 sasSetTr069CPIheight,                   "SAS_CPI_HEIGHT",          generic,   shown_height,            stored_height)
-SETTING(sasGetTr069CPIheightType,               sasSetTr069CPIheightType,               "SAS_CPI_HEIGHTTYPE",      generic,   whatever)
-SETTING(sasGetTr069CPIindoorDeployment,         sasSetTr069CPIindoorDeployment,         "SAS_CPI_INDOORDEPLYMENT", generic,  whatever)
-SETTING(sasGetTr069CPIgroupType,                sasSetTr069CPIgroupType,                "SAS_CPI_GROUPTYPE",       generic,   whatever)
-SETTING(sasGetTr069CPIgroupId,                  sasSetTr069CPIgroupId,                  "SAS_CPI_GROUPID",         generic,   whatever)
-SETTING(sasGetTr069CPIcpiId,                    sasSetTr069CPIcpiId,                    "SAS_CPI_CPIID",           generic,   whatever)
-SETTING(sasGetTr069CPIcpiName,                  sasSetTr069CPIcpiName,                  "SAS_CPI_CPINAME",         generic,   whatever)
-SETTING(sasGetTr069CPIinstallCertificationTime, sasSetTr069CPIinstallCertificationTime, "SAS_CPI_INSTALLTIME",     generic,   whatever)
-SETTING(sasGetTr069cellInfobandwidth,           sasSetTr069cellInfobandwidth,           "SAS_CELL_BANDWIDTH",      generic,   whatever)
-SETTING(sasGetTr069cellInfolowFrequency,        sasSetTr069cellInfolowFrequency,        "SAS_CELL_LOW",            generic,   whatever)
-SETTING(sasGetTr069cellInfohighFrequency,       sasSetTr069cellInfohighFrequency,       "SAS_CELL_HIGH",           generic,   whatever)
-SETTING(kovaGetTR069ConfigRadioEnable,          kovaSetTR069ConfigRadioEnable,          "SAS_CONFIG_RADIOENABLE",  generic,   with_domain_proxy)
-SETTING(kovaGetTR069ConfigmaxEirp,              kovaSetTR069ConfigmaxEirp,              "SAS_CONFIG_MAXEIRP",      50,        whatever)
-SETTING(kovaGetTR069ConfiglowFrequency,         kovaSetTR069ConfiglowFrequency,         "SAS_CONFIG_LOW",          51,        whatever)
-SETTING(kovaGetTR069ConfighighFrequency,        kovaSetTR069ConfighighFrequency,        "SAS_CONFIG_HIGH",         52,        whatever)
-SETTING(kovaGetTR069ConfigpowerSpectralDensity, kovaSetTR069ConfigpowerSpectralDensity, "SAS_CONFIG_POWER",        53,        with_domain_proxy)
-SETTING(kovaGetTR069ConfigtransmitExpireTime,   kovaSetTR069ConfigtransmitExpireTime,   "SAS_CONFIG_TRANSEXPIRETIME", 55,     with_domain_proxy)
-SETTING(kovaGetTR069SasOperationStatus, kovaSetTR069SasOperationStatus, runtime("SAS_OPERATION_STATUS"), no_rule, with_domain_proxy)

@@ -19,8 +19,6 @@ using namespace lists;
 
 constexpr const char *list_key = "AclRules";
 
-constexpr const char *wan_side = "0";
-
 enum Field { service_field, start_field, end_field, interface_field, field_count };
 using AclRow = Fields<field_count, 64>;
 
@@ -29,23 +27,18 @@ bool is_ipv6(const char *text) {
   return inet_pton(AF_INET6, text, &address) == 1;
 }
 
-bool complain(const char *message) {
-  dbg_trace("%s", message);
-  return false;
-}
-
 // A host on the WAN side must not have an address of the gateway's network, one on the LAN side must.
 bool judge_address(const AclRow &row, bool is_start) {
   constexpr int empty = -1, in_gateway_network = -4;
   const int code = is_start ? ask(RULE_ACL_START, row[start_field]) : ask(RULE_ACL_END, row[end_field]);
-  if (is_start && code == empty) return complain("Please input start IP address.");
+  if (is_start && code == empty) return refused("Please input start IP address.");
   if (code == -2 || code == -3)
-    return complain(is_start ? "Invalid start IP address." : "Invalid end IP address.");
-  const bool wan = leading_number(row[interface_field]) == leading_number(wan_side); // judged by its range
+    return refused(is_start ? "Invalid start IP address." : "Invalid end IP address.");
+  const bool wan = leading_number(row[interface_field]) == 0; // its range is judged: 0 WAN, 1 LAN
   if (wan && code == in_gateway_network)
-    return complain("IP address can't be the same with gateway address network segment.");
+    return refused("IP address can't be the same with gateway address network segment.");
   if (!wan && code != in_gateway_network)
-    return complain("IP address must be the same with gateway address network segment.");
+    return refused("IP address must be the same with gateway address network segment.");
   return true;
 }
 

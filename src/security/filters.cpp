@@ -4,6 +4,7 @@
 #include "src/frame/set.hpp"
 #include "src/frame/trace.hpp"
 #include "src/lists/row_list.hpp"
+#include "src/security/filters_rows.hpp"
 #include "src/security/mac_url_rows.hpp"
 #include "src/security/manager.hpp"
 

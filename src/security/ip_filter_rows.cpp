@@ -16,13 +16,6 @@ namespace kova::security {
 
 namespace {
 
-// A row that is refused, and why.
-template <typename... What>
-bool refused(const char *why, What... what) {
-  dbg_trace(why, what...); // NOLINT(clang-diagnostic-format-nonliteral)
-  return false;
-}
-
 // The fields whole: the record keeps only the beginning of a comment.
 using RowFields = Fields<10, 64>;
 constexpr int comment_field = 9;

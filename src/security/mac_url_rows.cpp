@@ -47,7 +47,8 @@ int check_mac_row(const char *value, int) {
   return checkMACFilterAllParam(value);
 }
 
-// The position that a repetition may stand at is that of the row before: agents rely on the refusal of a row's own text.
+// The position that a repetition may stand at is that of the row before: agents rely on the refusal of a row's own
+// text.
 int check_url_row(const char *value, int position) {
   return checkUrlFilterParam(value, 1, NumberText(position - 1), load(key::url_mode));
 }

@@ -1,7 +1,8 @@
 // The clock: network time, the current time, date-time texts.
+#include "platform/keys.hpp"
 #include "src/frame/rows.hpp"
 #include "src/frame/shell.hpp"
-#include "src/time/time_rules.hpp"
+#include "src/time/daylight_saving.hpp"
 
 #include <kova/time.h>
 #include <sys/wait.h>
@@ -11,12 +12,13 @@
 #include <cstring>
 #include <ctime>
 
-using kova::Section;
-using kova::Text;
+namespace kova::time {
 
 namespace {
 
-#define NTP_SCRIPT "/etc/sysconfig/script/ntp.sh"
+// The script alone synchronises the clock; with its argument it derives the zone text from the settings.
+constexpr const char *ntp_script = "/etc/sysconfig/script/ntp.sh",
+                     *zone_script = "/etc/sysconfig/script/ntp.sh envTZ";
 
 // Copies at most 31 characters; "%%" reads as "%", any other directive has nothing to format and refuses the text.
 bool copy_date_text(const char *text, char (&copy)[32]) {
@@ -36,15 +38,27 @@ int small_number(const char *field) {
   return static_cast<int>(number < -bound ? -bound : number > bound ? bound : number);
 }
 
-} // namespace
+int set(Key key, const char *value, Rule rule) {
+  return passes(rule, text_or_empty(value)) ? set_as_given(key, value) : -1;
+}
 
-STORED(kovaGetDeviceTimeNTPServer, "NTPServerIP")
-int kovasetDeviceTimeNTPServer(const char *value) {
-  value = kova::text_or_empty(value);
-  if (!kova::passes(kova::time::ntp_server_rule, value)) return -1;
-  kova::store("NTPServerIP", value);
+int set_daylight_saving(Key key, const char *value, Rule rule) {
+  return zone_has_daylight_saving() ? set(key, value, rule) : -1;
+}
+
+int synchronise() {
+  SyncfromNetworkTime();
   return 0;
 }
+
+} // namespace
+
+} // namespace kova::time
+
+using namespace kova;
+using namespace kova::time;
+
+#include "src/time/time.def"
 
 int kovaGetCurrentLocalTime(char *buf, unsigned int) {
   if (buf == nullptr) return -1;
@@ -56,29 +70,19 @@ int kovaGetCurrentLocalTime(char *buf, unsigned int) {
 }
 
 int SyncfromNetworkTime(void) {
-  kova::run(NTP_SCRIPT " envTZ"); // derives the zone text from the settings
-  const Text zone = kova::load("envTZ");
+  run(zone_script);
+  const Text zone = load("envTZ");
   if (!zone.empty()) {
     setenv("TZ", zone, 1); // NOLINT(concurrency-mt-unsafe): the library is called from one thread
     tzset();
   }
-  const int status = std::system(NTP_SCRIPT); // NOLINT(cert-env33-c): device commands are shell lines
+  const int status = std::system(ntp_script); // NOLINT(cert-env33-c): device commands are shell lines
   return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-}
-
-int kovasetNTPApply(const char *value) {
-  if (!kova::equal(kova::text_or_empty(value), "1")) return -1;
-  SyncfromNetworkTime();
-  return 0;
-}
-
-int kovaGetNTPApply(char *, unsigned int) {
-  return 0;
 }
 
 int getDateTime(const char *text, struct tm *tm) {
   char copy[32];
-  if (tm == nullptr || !copy_date_text(kova::text_or_empty(text), copy)) return -1;
+  if (tm == nullptr || !copy_date_text(text_or_empty(text), copy)) return -1;
   int fields[6]; // year, month, day, hour, minute, second
   char *rest = nullptr;
   const char *field = strtok_r(copy, " -T:", &rest);

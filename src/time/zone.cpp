@@ -1,7 +1,6 @@
 // The time zone, as the data model's offset and as the code that the device's web pages share.
+#include "platform/keys.hpp"
 #include "src/frame/settings.hpp"
-#include "src/frame/trace.hpp"
-#include "src/time/time_rules.hpp"
 
 #include <kova/time.h>
 
@@ -13,7 +12,6 @@
 
 namespace {
 
-using kova::Section;
 using kova::Text;
 
 constexpr const char *zone_key = "TZ";
@@ -96,10 +94,10 @@ int kovasetLocalTimeZone(const char *value) {
   for (const Zone &zone : zones) {
     if (!kova::equal(zone.offset, offset)) continue;
     // Before the rule is asked: a refused zone leaves daylight saving off too.
-    if (zone.has_no_daylight_saving) kova::store("NTPDaylightSaving", "0");
+    if (zone.has_no_daylight_saving) kova::store(kova::key::daylight_saving, "0");
     stored = zone.code;
   }
-  if (!kova::passes(kova::time::zone_rule, stored)) return -1;
+  if (!kova::passes(RULE_TIME_ZONE, stored)) return -1;
   kova::store(zone_key, stored);
   return 0;
 }

@@ -17,11 +17,6 @@ namespace kova::voice {
 
 namespace {
 
-bool refused(const char *message, const char *what) {
-  dbg_trace(message, what); // NOLINT(clang-diagnostic-format-nonliteral)
-  return false;
-}
-
 // In which server mode a SIP setting can be set.
 enum class Mode { either, proxy, pcscf };
 
@@ -45,16 +40,21 @@ private:
   Mode mode_;
 };
 
-// ---- Gains: stored doubled
+// ---- Gains: stored doubled, and crossed: each is heard at the other end of the line
 
-int answer_gain(const char *key, char *buf, unsigned int buflen) {
-  return answer_number(load_number(key) / 2, buf, buflen);
+struct Gain {
+  const char *told_key, *set_key;
+};
+constexpr Gain listen_gain = {"Listen_Gain", "Speaker_Gain"}, speaker_gain = {"Speaker_Gain", "Listen_Gain"};
+
+int tell(const Gain &gain, char *buf, unsigned int buflen) {
+  return answer_number(load_number(gain.told_key) / 2, buf, buflen);
 }
 
-int set_gain(const char *key, const char *value) {
-  const int gain = leading_number(text_or_empty(value)); // a text without a number is 0
-  if (gain > 0 || gain < -100 || gain % 20 != 0) return -1;
-  store(key, NumberText(gain * 2));
+int set_gain(const Gain &gain, const char *value, const Condition &condition) {
+  value = text_or_empty(value);
+  if (!condition.holds(value)) return -1;
+  store(gain.set_key, NumberText(leading_number(value) * 2));
   return 0;
 }
 
@@ -120,7 +120,4 @@ int kovasetCompressionType(const char *value) {
   return 0;
 }
 
-// A gain is told from one key and stored under another.
-#define GAIN(getter, key, setter, other_key)                                                                 \
-  COMPUTED(getter, answer_gain, key) KOVA_SET(setter, set_gain(other_key, value))
 #include "src/voice/voice.def"

@@ -155,7 +155,7 @@ TEST_F(Tool, ShowsTheLog) {
   const std::string follow = command_line({"log", "--follow", "--tail", "0"});
   const std::string ask = command_line({"set", "InternetGatewayDevice.LANDevice.1.X_KOVA_LAN.DNSServer2="});
   const std::string seen = "'" + (directory() / "seen").string() + "'";
-  shell(follow + " >" + seen + " & for i in $(seq 100); do " + ask +
+  shell(follow + " >" + seen + " & for i in $(seq 500); do " + ask +
         " >/dev/null; grep -q restart_dhcp_server " + seen + " && break; sleep 0.1; done; kill $!");
   EXPECT_NE(read(directory() / "seen").find("restart_dhcp_server"), std::string::npos);
 }

@@ -26,7 +26,7 @@ protected:
   }
   // Waits until the test has been asked for.
   static std::string once_requested(const std::string &state_key) {
-    return "for i in $(seq 200); do " + command_line({"nvram", "get", "-s", "9", state_key}) +
+    return "for i in $(seq 1000); do " + command_line({"nvram", "get", "-s", "9", state_key}) +
            " 2>/dev/null | grep -q Requested && break; sleep 0.05; done; ";
   }
   // Then stores its end.

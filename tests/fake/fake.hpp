@@ -71,6 +71,8 @@ struct Platform {
   bool knows_memory_and_uptime = true; // does sysinfo() succeed?
   unsigned long total_ram = 0, free_ram = 0;
   std::optional<std::time_t> now; // in place of the clock
+  bool clock_is_readable = true;  // by clock_gettime()
+  bool clock_ends_in_2038 = false;
 
   bool daemon = true;         // is the service daemon there?
   bool daemon_accepts = true; // does it take connections?

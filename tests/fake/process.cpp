@@ -153,6 +153,15 @@ int sysinfo(struct sysinfo *facts) noexcept {
   return 0;
 }
 
+int clock_gettime(clockid_t clock, timespec *now) noexcept {
+  return platform.clock_is_readable ? LIBC(clock_gettime)(clock, now) : -1;
+}
+
+time_t mktime(tm *date) noexcept {
+  constexpr int last_year = 2037 - 1900;
+  return platform.clock_ends_in_2038 && date->tm_year > last_year ? -1 : LIBC(mktime)(date);
+}
+
 time_t time(time_t *into) noexcept {
   timespec now;
   clock_gettime(CLOCK_REALTIME, &now);

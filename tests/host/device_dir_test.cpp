@@ -67,7 +67,7 @@ TEST_F(DeviceDir, IsClaimedForItsUserAlone) {
   EXPECT_EQ(device_dir_state(), DirState::absent);
   fs::create_directory(dir);
   EXPECT_EQ(device_dir_state(), DirState::empty);
-  put(dir / "kova-device", "kova dev"); // a claim that was interrupted
+  put(dir / "kova-device", "kova device 1"); // a claim that was interrupted
   EXPECT_EQ(device_dir_state(), DirState::empty);
   EXPECT_EQ(refusal(), "");
   const std::string claimed = listing(dir);

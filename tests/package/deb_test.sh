@@ -63,7 +63,7 @@ lan=InternetGatewayDevice.LANDevice.1.X_KOVA_LAN
 "$kovactl" device up >"$scratch/up"
 "$kovactl" set $lan.DHCPLeaseTime=3600 >"$scratch/set"
 expect "a value that was set" "$lan.DHCPLeaseTime  3600" "$("$kovactl" get $lan.DHCPLeaseTime)"
-expect "what the service daemon logged" restart_dhcp_server "$("$kovactl" log --tail 1 | awk '{ print $NF }')"
+expect "what the service daemon logged" restart_dhcp_server "$("$kovactl" log --tail 1 | awk 'END { print $NF }')"
 expect "the service daemon" "$root/usr/libexec/kova/kova-serviced" \
   "$(readlink "/proc/$(cat "$KOVA_DEVICE/run/serviced.pid")/exe")"
 "$kovactl" device down >"$scratch/down"

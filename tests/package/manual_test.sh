@@ -24,7 +24,7 @@ leaves() {
 }
 while read -r -a command; do
   grep -qE "^\.It Cm ${command[*]}( |$)" "$page" || fail "the page has no command \"${command[*]}\""
-  for option in $("$kovactl" "${command[@]}" --help | grep -oE -- '--[a-z]+'); do
+  for option in $("$kovactl" "${command[@]}" --help | grep -oE -- '--[a-z-]*[a-z]'); do
     grep -qE -- "$option\b" <<<"$text" || fail "the page has no option \"$option\", which is one of \"${command[*]}\""
   done
 done < <(leaves)

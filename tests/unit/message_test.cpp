@@ -170,10 +170,20 @@ TEST_F(Message, WaitingEndsInTime) {
     errno = EINTR;
     return waits.size() < 3 ? -1 : 0;
   };
-  EXPECT_EQ(msg_receiveWithTimeout(&handle, record.bytes, 36, 1), MSG_ERR_TIMEOUT);
+  EXPECT_EQ(msg_receiveWithTimeout(&handle, record.bytes, 36, 60), MSG_ERR_TIMEOUT);
   ASSERT_EQ(waits.size(), 3U);
   EXPECT_GT(waits[0], waits[1]);
   EXPECT_GT(waits[1], waits[2]);
+
+  waits.clear();
+  platform.wait = [&](int milliseconds) {
+    waits.push_back(milliseconds);
+    platform.clock_is_readable = false;
+    errno = EINTR;
+    return waits.size() < 3 ? -1 : 0;
+  };
+  EXPECT_EQ(msg_receiveWithTimeout(&handle, record.bytes, 36, 1), MSG_ERR_TIMEOUT);
+  EXPECT_EQ(waits, (std::vector<int>{1000, 1000, 1000})); // no longer than the first
 }
 
 TEST_F(Message, ReceivedRecordsFitTheCallersBuffer) {

@@ -4,6 +4,7 @@
 #include <kova/time.h>
 
 #include <chrono>
+#include <climits>
 #include <cstdlib>
 #include <cstring>
 #include <sstream>
@@ -163,6 +164,27 @@ TEST_F(Time, DaylightSavingRulesAndWhatStaysStored) {
   for (const char *value : {"", "2024-03-10", "2024-03-10T02:00", static_cast<const char *>(nullptr)})
     EXPECT_EQ(kovasetDaylightSavingsEnd(value), -1);
   EXPECT_TRUE(platform.done.empty());
+}
+
+TEST_F(Time, EveryDateIsAMomentWhateverTheClockCanTell) {
+  platform.preset(0, "TZ=GMT_000");
+  const auto stored = [](const char *date) {
+    platform.done.clear();
+    EXPECT_EQ(kovasetDaylightSavingsStart(date), 0) << date;
+    return platform.done;
+  };
+  EXPECT_EQ(
+      stored("1969-12-31T23:59:59"), // mktime answers -1
+      (Strings{"nvram 0 NTP_DST_START_M=12", "nvram 0 NTP_DST_START_D=3", "nvram 0 NTP_DST_START_W=5"}));
+  for (const char *date : {"2038-01-20T00:00:00", "2040-02-29T12:00:00", "2100-02-29T12:00:00",
+                           "2399-12-31T23:59:59", "999999-03-10T00:00:00"}) {
+    platform.clock_ends_in_2038 = false;
+    const Strings of_a_long_clock = stored(date);
+    platform.clock_ends_in_2038 = true;
+    EXPECT_EQ(stored(date), of_a_long_clock) << date;
+  }
+  for (const int absurd : {INT_MIN, INT_MAX}) // no arithmetic overflows
+    getDaylightDateTime(absurd, -absurd - 1, absurd);
 }
 
 TEST_F(Time, StoredWeeksThatTheMonthDoesNotHave) {

@@ -1,10 +1,18 @@
 #include "kovactl/agent.hpp"
 
+#include "platform/host/console_admin.hpp"
+#include "platform/host/device_dir.hpp"
+
 #include <kova/frame.h>
 
 namespace kova::ctl {
 
+bool has_device() {
+  return host::device_dir_state() == host::DirState::device;
+}
+
 void boot(const Output &output) {
+  host::console_quiet(true); // what matters of it is in the reasons of a refusal
   const bool existed = device::status().created;
   device::ensure_booted();
   if (!existed) output.note("created a virtual device in " + device::status().directory.string());
@@ -12,7 +20,8 @@ void boot(const Output &output) {
 
 void start_agent(const Output &output) {
   boot(output);
-  in_turn([] { return init_parameters(); }, only_reading); // what it puts right, it puts right at any time
+  // What it puts right may be put right at any time: a reading does not wait for the daemon.
+  in_turn([] { return init_parameters(); }, device::Turn::Kind::reading);
 }
 
 } // namespace kova::ctl

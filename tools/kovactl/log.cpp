@@ -70,19 +70,13 @@ std::vector<Json> LogReader::records() {
   if (stat(file_.c_str(), &now) != 0) return {};
   std::vector<Json> found;
   struct stat before {};
-  const std::filesystem::path earlier = device::earlier_log_file();
+  const std::filesystem::path earlier = file_.string() + ".1";
   if (now.st_ino != inode_ && stat(earlier.c_str(), &before) == 0 && before.st_ino == inode_)
     found = records_in(earlier); // the rest of the log that was put aside meanwhile
   if (now.st_ino != inode_ || now.st_size < offset_) offset_ = 0;
   inode_ = now.st_ino;
   for (Json &record : records_in(file_))
     found.push_back(std::move(record));
-  return found;
-}
-
-std::vector<Json> LogReader::own_records() {
-  std::vector<Json> found = records();
-  std::erase_if(found, [](const Json &record) { return !device::concerns(record, getpid()); });
   return found;
 }
 
@@ -97,6 +91,12 @@ std::vector<Json> LogReader::records_in(const std::filesystem::path &path) {
 
 void LogReader::skip() {
   records();
+}
+
+std::vector<Json> LogReader::own_records() {
+  std::vector<Json> found = records();
+  std::erase_if(found, [](const Json &record) { return !device::concerns(record, getpid()); });
+  return found;
 }
 
 // The daemon takes its clients in the order in which they came: when it confirms this one, earlier ones are served.

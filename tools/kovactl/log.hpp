@@ -15,9 +15,9 @@ class LogReader {
 public:
   explicit LogReader(std::filesystem::path file) : file_(std::move(file)) {}
   std::vector<Json> records();
-  // Of these, what this process asked for.
-  std::vector<Json> own_records();
   void skip();
+  // Only those of what this process asked for.
+  std::vector<Json> own_records();
 
 private:
   std::vector<Json> records_in(const std::filesystem::path &path);

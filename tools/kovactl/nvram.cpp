@@ -39,7 +39,7 @@ std::string absence(int section, const std::string &key) {
 
 ExitStatus get(const Output &output, const Options &options) {
   boot(output);
-  const device::Turn turn(only_reading);
+  const device::Turn turn(device::Turn::Kind::reading);
   const std::vector<host::NvramEntry> all = host::nvram_entries(options.section); // one state of the store
   std::vector<host::NvramEntry> entries;
   for (const std::string &key : options.words) {
@@ -77,7 +77,7 @@ ExitStatus unset(const Output &output, const Options &options) {
 
 ExitStatus list(const Output &output, const ListOptions &options) {
   boot(output);
-  const device::Turn turn(only_reading);
+  const device::Turn turn(device::Turn::Kind::reading);
   std::vector<host::NvramEntry> entries = host::nvram_entries(options.section);
   std::erase_if(entries,
                 [&](const host::NvramEntry &entry) { return !entry.key.starts_with(options.prefix); });
@@ -87,7 +87,7 @@ ExitStatus list(const Output &output, const ListOptions &options) {
 
 std::vector<std::string> complete_key(const std::string &word) {
   std::vector<std::string> found;
-  if (device::status().created)
+  if (has_device())
     for (const host::NvramEntry &entry : host::nvram_entries())
       if (entry.key.starts_with(word)) found.push_back(entry.key);
   return found;

@@ -63,7 +63,7 @@ private:
 
 ExitStatus get(const Output &output, const Options &options) {
   boot(output);
-  const device::Turn turn(only_reading);
+  const device::Turn turn(device::Turn::Kind::reading);
   return show_leaves(output, options.words);
 }
 
@@ -85,7 +85,7 @@ ExitStatus set(const Output &output, const Options &options) {
 
 ExitStatus list(const Output &output, const ListOptions &options) {
   boot(output);
-  const device::Turn turn(only_reading);
+  const device::Turn turn(device::Turn::Kind::reading);
   show(output, host::tree_leaves(options.prefix));
   return Success;
 }
@@ -93,7 +93,7 @@ ExitStatus list(const Output &output, const ListOptions &options) {
 // One level further.
 std::vector<std::string> complete_path(const std::string &word) {
   std::vector<std::string> found;
-  if (!device::status().created) return found;
+  if (!has_device()) return found;
   for (const auto &[path, text] : host::tree_leaves()) {
     if (!path.starts_with(word)) continue;
     const size_t slash = path.find('/', std::max(word.size(), size_t{1}));

@@ -90,7 +90,7 @@ ExitStatus watch(const Output &output, const Options &options) {
   for (int round = 0; options.times == 0 || round < options.times; ++round) {
     if (round > 0) std::this_thread::sleep_for(std::chrono::seconds(options.interval));
     const Reading reading = read(options.paths);
-    if (!reading.faults.empty() && reading.values.empty()) return report(output, only_reading);
+    if (!reading.faults.empty() && reading.values.empty()) return report(output, reading);
     std::vector<Value> changed;
     for (const Value &value : reading.values) {
       const auto [at, is_new] = watched.try_emplace(value.path);
