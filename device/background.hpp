@@ -1,17 +1,21 @@
 // What the background programs of the device have in common.
 #pragma once
 
-#include "device/fd.hpp"
+#include "device/daemons.hpp"
+
+#include <functional>
 
 namespace kova::device {
 
-// The whole of main(): leaves the starter and its terminal, unless called with --foreground, and serves. What goes wrong
-// is the first line of the output, which the starter reads, and in the messages. Answers the exit status.
-int run_in_background(const char *name, int argc, char **argv, void (*serve)());
+// Leaves the starter and its terminal, unless it is to stay in the foreground, and serves while it holds the
+// daemon's pid file. What goes wrong is the first line of the output, which the starter reads, and in the
+// messages. Answers the exit status.
+int run_in_background(const Daemon &daemon, bool foreground, const std::function<void()> &serve);
 
-// Readable when the program is asked to end.
-Fd end_signals();
-// Tells the starter that all is well; later output goes to the messages.
+// Tells the starter that all is well, and lets others at the device, whose lock a starter hands over (as
+// handle 3) so that nobody comes between them; later output goes to the messages.
 void announce_ready();
+// False when somebody has removed the pid file: with the device, or for another daemon.
+bool is_wanted();
 
 } // namespace kova::device

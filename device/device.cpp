@@ -2,22 +2,27 @@
 
 #include "device/error.hpp"
 #include "device/factory.hpp"
-#include "device/fd.hpp"
+#include "device/file_system.hpp"
+#include "device/identity.hpp"
 #include "device/layout.hpp"
 #include "device/log.hpp"
 #include "device/paths.hpp"
-#include "device/radio/feed.hpp"
+#include "device/process.hpp"
 #include "device/service.hpp"
 #include "device/zone.hpp"
 #include "platform/host/nvram_admin.hpp"
 #include "platform/host/tree_admin.hpp"
+#include "src/frame/channel.hpp"
 
-#include <fcntl.h>
 #include <nlohmann/json.hpp>
-#include <sys/file.h>
+#include <unistd.h>
 
-#include <fstream>
+#include <algorithm>
+#include <ctime>
+#include <map>
+#include <ranges>
 #include <set>
+#include <span>
 #include <sstream>
 
 namespace fs = std::filesystem;
@@ -36,38 +41,41 @@ fs::path resetting_mark() {
   return run_dir() / "resetting";
 }
 
-// One process at a time changes the state of the device.
-class Lock {
-public:
-  Lock() : file_(open((run_dir() / "lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0666)) {
-    if (!file_) fail("cannot open " + (run_dir() / "lock").string());
-    while (flock(file_.get(), LOCK_EX) != 0)
-      if (errno != EINTR) fail("cannot lock " + (run_dir() / "lock").string());
-  }
-
-private:
-  Fd file_;
-};
-
-std::string text_of(const fs::path &path) {
-  std::ostringstream text;
-  text << std::ifstream(path).rdbuf();
-  return text.str();
+fs::path serial_file() {
+  return run_dir() / "serial";
+}
+std::string own_serial() {
+  return text_of(serial_file());
 }
 
-void write_mark(const fs::path &path, const std::string &text) {
-  std::ofstream file(path, std::ios::trunc);
-  if (!(file << text).flush()) fail("cannot write " + path.string());
+// One process at a time changes the state of the device.
+Lock state_lock() {
+  return Lock(run_dir() / "lock", Lock::Kind::exclusive, std::chrono::seconds(60),
+              "a change of the device's state");
 }
 
 std::string host_boot() {
   return text_of("/proc/sys/kernel/random/boot_id");
 }
 bool is_created() {
-  return fs::exists(created_mark()) && !fs::exists(resetting_mark());
+  return is_there(created_mark()) && !is_there(resetting_mark());
 }
 bool is_booted() {
-  return is_created() && fs::exists(booted_mark()) && text_of(booted_mark()) == host_boot();
+  return is_created() && is_there(booted_mark()) && text_of(booted_mark()) == host_boot();
+}
+
+// False when there is none. Throws for what is somebody else's.
+bool is_device() {
+  switch (host::device_dir_state()) {
+  case host::DirState::device:
+    return true;
+  case host::DirState::absent:
+  case host::DirState::empty:
+    return false;
+  default:
+    host::claim_device_dir(); // says what is the matter
+    return true;
+  }
 }
 
 void log_change(const char *what) {
@@ -85,7 +93,7 @@ void forget_settings() {
 
 void store_missing_settings() {
   std::vector<host::NvramEntry> missing;
-  for (auto &entry : factory_settings())
+  for (auto &entry : factory_settings(identity_of(own_serial())))
     if (!host::nvram_find(entry.section, entry.key)) missing.push_back(std::move(entry));
   host::nvram_store(missing);
 }
@@ -99,93 +107,183 @@ void store_missing_leaves() {
 
 // Adds what is missing and overwrites nothing: the stores may have been in use before the device was.
 void create() {
-  if (fs::exists(resetting_mark())) forget_settings();
+  if (is_there(resetting_mark())) forget_settings();
   store_missing_settings();
   store_missing_leaves();
-  write_mark(created_mark(), "");
+  write_file(created_mark(), "");
   remove_tree(resetting_mark());
   log_change("created");
 }
 
-void boot() {
-  stop_service();
-  stop_feed();
+void stop_daemons() {
+  for (const Daemon &daemon : std::ranges::reverse_view(daemons))
+    stop_daemon(daemon);
+  remove_tree(on_device("/tmp/mrhd_socket")); // one that was killed has left it
+}
+
+// The machine as device/redirect shows it: when it was started, in seconds of the host's up time, and its LAN
+// address.
+void write_hardware(const Identity &identity) {
+  constexpr time_t seconds_to_boot = 20;
+  timespec host_up_time{};
+  clock_gettime(CLOCK_BOOTTIME, &host_up_time);
+  write_file(run_dir() / "hardware", std::to_string(host_up_time.tv_sec - seconds_to_boot) + " " +
+                                         with_colons(identity.lan_mac) + "\n");
+}
+
+// The device runs without one of these as well.
+void start_others(const Lock &lock) {
+  for (const Daemon &daemon : std::span(daemons).subspan(1)) {
+    if (!is_there(arguments_of(daemon)) || daemon_pid(daemon)) continue;
+    try {
+      start_daemon(daemon, words_of(text_of(arguments_of(daemon))), lock);
+    } catch (const std::exception &error) {
+      log_change(error.what());
+    }
+  }
+}
+
+void boot(const Lock &lock) {
+  stop_daemons();
+  const Identity identity = identity_of(own_serial());
+  write_hardware(identity);
   host::nvram_clear_section(host::runtime_section);
-  host::nvram_store(runtime_facts());
+  host::nvram_store(runtime_facts(identity));
   store_posix_zone();
   lay_out_files();
   lay_out_programs();
-  start_service();
-  settle_feed();
-  write_mark(booted_mark(), host_boot());
+  start_daemon(service_daemon, {}, lock);
+  write_file(booted_mark(), host_boot());
   log_change("booted");
+  start_others(lock);
 }
 
 void stop() {
-  const bool was_up = is_booted() || service_pid() || feed_pid();
+  const auto runs = [](const Daemon &daemon) { return daemon_pid(daemon).has_value(); };
+  const bool was_up = is_booted() || std::ranges::any_of(daemons, runs);
   remove_tree(booted_mark());
-  stop_service();
-  stop_feed();
+  stop_daemons();
   if (was_up) log_change("stopped");
 }
 
+constexpr const char *own_directories[] = {"store", "root", "bin", "log", "run"};
+
 void make_own_directories() {
   host::claim_device_dir();
-  for (const char *name : {"store", "root", "bin", "log", "run"})
+  for (const char *name : own_directories)
     make_directories(host::device_dir() / name);
 }
 
-void bring_up(bool with_service) {
+void settle_serial(const std::optional<std::string> &wanted) {
+  const std::string own = own_serial();
+  if (own.empty())
+    write_file(serial_file(), wanted.value_or(random_serial()));
+  else if (wanted && *wanted != own)
+    throw std::runtime_error("the device in " + host::device_dir().string() + " has the serial number " +
+                             own + ": another one takes a new device");
+}
+
+void settle_feed() {
+  constexpr auto patience = std::chrono::seconds(5);
+  if (feed_wanted() != is_there(feed_mark()))
+    ask_service(switch_feed, feed_wanted() ? "on" : "off", patience);
+}
+
+enum class DeadDaemon { stays, is_started };
+
+void bring_up(const UpOptions &options, DeadDaemon dead) {
+  if (options.serial) identity_of(*options.serial); // ahead of all that changes something
   make_own_directories();
-  const Lock lock;
+  const Lock lock = state_lock();
+  settle_serial(options.serial);
   if (!is_created()) create();
-  if (!is_booted()) return boot();
+  if (!is_booted()) return boot(lock);
   if (!programs_are_ours()) lay_out_programs();
-  if (!with_service) return;
-  settle_feed();
-  if (service_pid()) return;
-  start_service();
+  if (dead == DeadDaemon::stays) return;
+  start_others(lock);
+  if (daemon_pid(service_daemon)) return settle_feed();
+  start_daemon(service_daemon, {}, lock);
   log_change("daemon restarted");
 }
 
 } // namespace
 
-Turn::Turn() : file_(open((run_dir() / "turn").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0666)) {
-  while (file_ >= 0 && flock(file_, LOCK_EX) != 0 && errno == EINTR) {
-  }
-}
-
-Turn::~Turn() {
-  if (file_ >= 0) close(file_);
+Turn::Turn(Kind kind, std::chrono::seconds patience) {
+  if (access(run_dir().c_str(), W_OK) != 0) return;
+  if (kind == Kind::changing) ask_service(channel::connect_announcement, "", std::chrono::seconds(5));
+  lock_.emplace(run_dir() / "turn", kind == Kind::reading ? Lock::Kind::shared : Lock::Kind::exclusive,
+                patience, "another request");
 }
 
 Status status() {
-  return {host::device_dir(), is_created(), is_booted(), service_pid(), feed_pid()};
+  Status status;
+  status.directory = host::device_dir();
+  if (!is_device()) return status;
+  status.created = is_created();
+  status.booted = is_booted();
+  status.serviced = daemon_pid(service_daemon);
+  status.feed = status.serviced && is_there(feed_mark());
+  status.serial = own_serial();
+  return status;
 }
 
+void up(const UpOptions &options) {
+  bring_up(options, DeadDaemon::is_started);
+}
 void up() {
-  bring_up(true);
+  up({});
 }
 
 void ensure_booted() {
-  if (!is_booted() || !programs_are_ours()) bring_up(false);
+  if (!is_device() || !is_booted() || !programs_are_ours()) bring_up({}, DeadDaemon::stays);
 }
 
 void down() {
-  if (!fs::exists(run_dir())) return;
-  const Lock lock;
+  if (!is_device() || !is_there(run_dir())) return;
+  const Lock lock = state_lock();
   stop();
+}
+
+void reboot() {
+  down();
+  up();
 }
 
 void reset() {
   make_own_directories();
   {
-    const Lock lock;
+    const Lock lock = state_lock();
     stop();
-    write_mark(resetting_mark(), "");
-    write_mark(log_file(), "");
+    write_file(resetting_mark(), "");
+    remove_tree(earlier_log_file());
+    write_file(log_file(), "");
   }
   up();
+}
+
+void remove() {
+  if (!is_device()) throw std::runtime_error("there is no device in " + host::device_dir().string());
+  make_own_directories();
+  const Lock lock = state_lock();
+  stop();
+  for (const char *name : own_directories)
+    remove_tree(host::device_dir() / name);
+  host::release_device_dir();
+}
+
+void start(const Daemon &daemon, const std::vector<std::string> &arguments) {
+  ensure_booted();
+  const Lock lock = state_lock();
+  if (daemon_pid(daemon)) return;
+  start_daemon(daemon, arguments, lock);
+  write_file(arguments_of(daemon), text_of_words(arguments));
+}
+
+void stop(const Daemon &daemon) {
+  if (!is_device() || !is_there(run_dir())) return;
+  const Lock lock = state_lock();
+  remove_tree(arguments_of(daemon));
+  stop_daemon(daemon);
 }
 
 } // namespace kova::device

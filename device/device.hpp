@@ -1,21 +1,29 @@
-// The virtual device: a directory that holds what the router holds, a service daemon that stands for its services, and a
-// feed that stands for its radio.
+// The virtual device: a directory that holds what the router holds, and a daemon that stands for its services
+// and its radio. Whatever goes wrong is a std::runtime_error with a text for a person; nothing waits without
+// end.
 //
 // Layout below host::device_dir():
 //   store/   the key/value store and the configuration tree (platform/host)
-//   root/    what the device's absolute paths name: root/tmp/mrhd_socket, root/var/config/..., root/usr/bin/...
-//   bin/     the PATH of device commands: stand-ins that log what they were asked, and a few harmless host tools
-//   log/     device.log, one JSON object a line (device/log.hpp)
-//            and serviced.log, radiod.log, the messages of the daemon and of the feed
-//   run/     serviced.pid, radiod.pid (each locked by the running program), lock (held while the device's state
-//            changes), turn (held for a request), and the marks created, booted (the host boot in which the device was booted) and resetting
+//   root/    what the device's absolute paths name: root/tmp/mrhd_socket, root/var/config/...,
+//   root/usr/bin/... bin/     the PATH of device commands: stand-ins that log what they were asked, and a few
+//   harmless host tools log/     device.log, one JSON object a line (device/log.hpp), and of each daemon
+//   NAME.log, its messages run/     of each daemon NAME.pid, locked while it runs (device/daemons.hpp); lock
+//   (held while the device's state
+//            changes), turn (held for a request), serial (the serial number), hardware (what device/redirect
+//            tells of the machine), and the marks created, booted (the host boot in which the device was
+//            booted), resetting, feed
 #pragma once
+
+#include "device/daemons.hpp"
+#include "device/lock.hpp"
 
 #include <sys/types.h>
 
+#include <chrono>
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace kova::device {
 
@@ -24,33 +32,48 @@ struct Status {
   bool created = false;          // factory settings are in the store
   bool booted = false;           // since the host's last boot
   std::optional<pid_t> serviced; // the running service daemon
-  std::optional<pid_t> radiod;   // the running radio feed
+  bool feed = false;             // it publishes the radio
+  std::string serial;            // "" before the device is created
 };
 
+// Throws for a directory that is not a device, or somebody else's.
 Status status();
 
-// Creates the device with factory settings when it does not exist, boots it when it is not booted (run-time section
-// cleared and seeded, stand-ins laid out, daemon and feed started). Starts again which of them has died; with
-// KOVA_FEED=off in the environment it sees that no feed runs instead. What is up already stays as it is. Throws std::runtime_error with a text for a person.
+struct UpOptions {
+  std::optional<std::string> serial; // of a device to be created; otherwise one is drawn
+};
+
+// Creates the device with factory settings when it does not exist, boots it when it is not booted (run-time
+// section cleared and seeded, stand-ins laid out, daemon started). Starts again a daemon that has died; with
+// KOVA_FEED=off in the environment it sees that no radio is published. What is up already stays as it is.
+void up(const UpOptions &options);
 void up();
 // As up(), but a booted device whose daemon died is left so: the library must do without it then.
 void ensure_booted();
-// Stops the daemon and the feed; the settings stay. The next boot clears the run-time section.
+// Stops the daemons; the settings stay. The next boot clears the run-time section.
 void down();
-// down(), back to factory settings, log emptied, up().
+void reboot();
+// down(), back to factory settings, log emptied, up(). The device stays who it is.
 void reset();
+// down(), then what the device laid out goes, and the directory with it when nothing else is in it.
+void remove();
 
-// Requests of several tools come one after the other, as those of one agent do. A device that may only be read is not
-// waited for.
+// A daemon of device/daemons.hpp, on a device that is booted when it is not; nothing to do when it runs. From
+// then on each boot starts it too, until it is stopped.
+void start(const Daemon &daemon, const std::vector<std::string> &arguments = {});
+void stop(const Daemon &daemon);
+
+// Requests of several tools come one after the other, as those of one agent do: a reading sees one state,
+// whole. Readings wait for changes only. A device that may only be read is not waited for.
 class Turn {
 public:
-  Turn();
-  ~Turn();
-  Turn(const Turn &) = delete;
-  Turn &operator=(const Turn &) = delete;
+  enum class Kind { reading, changing };
+  // Throws when it does not come in that time; for a change also when the daemon hangs, which would not hear
+  // of it.
+  explicit Turn(Kind kind = Kind::changing, std::chrono::seconds patience = std::chrono::seconds(30));
 
 private:
-  int file_;
+  std::optional<Lock> lock_;
 };
 
 std::filesystem::path log_file();

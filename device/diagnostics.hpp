@@ -11,6 +11,9 @@ constexpr std::array<std::string_view, 10> diagnostics_tools = {
     "sec_download_diag", "sec_upload_diag", "sec_udpechoplus_server", "sec_ping_diag", "sec_traceroute_diag",
 };
 
+// In place of options: they come over the input, each word ended by a NUL.
+constexpr std::string_view words_from_input = "-";
+
 // What sets the secondary instance's program, files and keys apart.
 constexpr std::string_view secondary_program = "sec_";
 

@@ -5,6 +5,7 @@
 #include "device/routes.hpp"
 #include "platform/nvram.h"
 
+#include <algorithm>
 #include <array>
 
 namespace kova::device {
@@ -85,13 +86,9 @@ constexpr Setting facts[] = {
     {"dhcp_ip_changed",    "0"}, // the LAN address was changed
     {"dhcp_ipaddr_change", "0"}, // the LAN address was changed within its subnet
     {"TR_UDPECHO_PLUS_SUPPORTED", "1"},
-    {"CACHE_SN",           "KV0000000042"},
-    {"IMEI",               "001010000000042"},
     {"CACHE_HW_VER",       "V1.0"},
     {"HW_VER",             "V1.0"},
     {"TR_MODEM_VER",       "1.0.0"},
-    {"lan_mac",            "021122334400"},
-    {"wlan_mac",           "021122334401"},
     {"curr_user_ip",       "192.168.1.101"}, // the LAN client that manages the device
     {"pcscf_addr_voip",    "192.0.2.60"},    // P-CSCF that the mobile network named
 };
@@ -99,7 +96,7 @@ constexpr Setting facts[] = {
 
 } // namespace
 
-std::vector<host::NvramEntry> factory_settings() {
+std::vector<host::NvramEntry> factory_settings(const Identity &identity) {
   std::vector<host::NvramEntry> entries;
   const auto add = [&entries](std::string key, std::string value) {
     entries.push_back({host::configuration_section, std::move(key), std::move(value)});
@@ -113,6 +110,12 @@ std::vector<host::NvramEntry> factory_settings() {
     add(std::string("TR_") + key, primary);
     add(std::string("S_TR_") + key, secondary);
   }
+  const auto stored = [&entries](const char *key) {
+    return std::ranges::find(entries, key, &host::NvramEntry::key)->value;
+  };
+  const std::string user = stored("TR_OUI") + "-" + stored("TR_ProductClass") + "-" + identity.serial;
+  add("TR_ACS_USER", user);
+  add("S_TR_ACS_USER", user);
   for (std::size_t i = 0; i < networks.size(); i++) {
     const std::string number = std::to_string(i) + "_";
     const Network &network = networks[i];
@@ -155,7 +158,7 @@ std::vector<std::pair<std::string, std::string>> factory_tree() {
   return leaves;
 }
 
-std::vector<host::NvramEntry> runtime_facts() {
+std::vector<host::NvramEntry> runtime_facts(const Identity &identity) {
   std::vector<host::NvramEntry> entries;
   const auto add = [&entries](const char *key, std::string value) {
     entries.push_back({host::runtime_section, key, std::move(value)});
@@ -165,6 +168,11 @@ std::vector<host::NvramEntry> runtime_facts() {
       add(key, value);
   for (auto &reading : Radio().readings())
     entries.push_back(std::move(reading));
+  add("CACHE_SN", identity.serial);
+  add("IMEI", identity.imei);
+  add("imei_infostr", identity.imei);
+  add("lan_mac", identity.lan_mac);
+  add("wlan_mac", identity.wlan_mac);
   const std::string interface = default_interface();
   const auto [address, netmask] = address_of(interface);
   add("curr_data_if", interface);
@@ -174,7 +182,7 @@ std::vector<host::NvramEntry> runtime_facts() {
   add("mgmt_ipaddr", address);
   add("TR_UDPCR_PATH", address.empty() ? "" : address + ":7547");
   add("S_TR_UDPCR_PATH", address.empty() ? "" : address + ":7550");
-  // The host's up time at which the device's LTE connection came up: now.
+  // The up time at which the LTE connection came up: now.
   add("lte_conn_uptime", std::to_string(tarn_get_uptime()));
   return entries;
 }

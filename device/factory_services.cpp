@@ -1,5 +1,5 @@
-// Factory settings of what the router does for its users: packet filters and routes, telephone, accounts, watchdog,
-// spectrum access.
+// Factory settings of what the router does for its users: packet filters and routes, telephone, accounts,
+// watchdog, spectrum access.
 #include "device/factory_tables.hpp"
 
 namespace kova::device {

@@ -6,7 +6,7 @@ namespace {
 // clang-format off
 constexpr Setting identity[] = {
     {"TR_MF",           "Example Networks"},
-    {"TR_OUI",          "021122"},              // of nobody: locally administered
+    {"TR_OUI",          "021122"},              // of nobody: locally administered; see identity.cpp
     {"ProductName",     "KV100"},
     {"WEB_NAME",        "LTE outdoor router"},
     {"TR_ProductClass", "KV100"},
@@ -21,7 +21,6 @@ constexpr Setting identity[] = {
 constexpr InstanceSetting management[] = {
     {"ENABLE",        "1",                                "0"},
     {"ACS_URL",       "http://acs.example.com:7547/",     "http://acs2.example.com:7547/"},
-    {"ACS_USER",      "021122-KV100-KV0000000042",        "021122-KV100-KV0000000042"},
     {"ACS_PASS",      "acs secret",                       "second acs secret"},
     {"INFORM_ENABLE", "1",                                "1"},
     {"INFORM_INTERVAL", "300",                            "300"},  // seconds
@@ -96,7 +95,6 @@ constexpr Setting radio[] = {
     {"lte_cur_bandwidth", "20000"},             // kHz
     {"lte_roam_state",    "0"},
     {"imsi_infostr",      "001010123456789"},
-    {"imei_infostr",      "001010000000042"},
     {"wan_primary_dns",   "192.0.2.53"},
     {"wan_secondary_dns", "198.51.100.53"},
 };

@@ -1,4 +1,5 @@
-// The rows of the factory settings and run-time facts, but those of the LAN, the WAN and WiFi, which stand in factory.cpp.
+// The rows of the factory settings and run-time facts, but those of the LAN, the WAN and WiFi, which stand in
+// factory.cpp.
 #pragma once
 
 #include <span>

@@ -1,10 +1,9 @@
-#include "device/error.hpp"
+#include "device/file_system.hpp"
 #include "device/layout.hpp"
 #include "device/paths.hpp"
 
 #include <cstdio>
 #include <ctime>
-#include <fstream>
 #include <string>
 
 namespace fs = std::filesystem;
@@ -61,11 +60,10 @@ std::string stations() {
   return text;
 }
 
-void write_file(std::string_view device_path, const std::string &text) {
+void place(std::string_view device_path, const std::string &text) {
   const fs::path path = on_device(device_path);
   make_directories(path.parent_path());
-  std::ofstream file(path, std::ios::trunc);
-  if (!(file << text).flush()) fail("cannot write " + path.string());
+  write_file(path, text);
 }
 
 } // namespace
@@ -74,14 +72,14 @@ void lay_out_files() {
   remove_tree(on_device("/tmp"));
   for (const char *directory : {"/tmp", "/var/log", "/var/config", "/etc/sysconfig/script", "/bin"})
     make_directories(on_device(directory));
-  write_file("/var/config/tarn_dhcpd.leases", leases());
-  write_file("/proc/net/arp", neighbours());
-  write_file("/proc/wlan0/sta_info", stations());
+  place("/var/config/tarn_dhcpd.leases", leases());
+  place("/proc/net/arp", neighbours());
+  place("/proc/wlan0/sta_info", stations());
   for (const char *path :
        {"/proc/wlan0-va0/sta_info", "/proc/wlan0-va1/sta_info", "/proc/wlan0-va2/sta_info"})
-    write_file(path, no_stations());
-  write_file("/tmp/voip-call-status.txt", "Idle\n");
-  write_file("/tmp/voip-reg-status.txt", "Registered\n");
+    place(path, no_stations());
+  place("/tmp/voip-call-status.txt", "Idle\n");
+  place("/tmp/voip-reg-status.txt", "Registered\n");
 }
 
 } // namespace kova::device

@@ -6,7 +6,8 @@
 
 namespace kova::device {
 
-// A program of this installation that is no command for people. Throws std::runtime_error when it is not there.
+// A program of this installation that is no command for people. Throws std::runtime_error when it is not
+// there.
 std::filesystem::path helper_program(std::string_view name);
 
 // Lays out bin/ and the programs under root/ anew.

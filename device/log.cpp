@@ -1,85 +1,77 @@
 #include "device/log.hpp"
 
 #include "device/date_time.hpp"
-#include "device/device.hpp"
-#include "device/fd.hpp"
+#include "device/file_system.hpp"
 #include "device/paths.hpp"
 
 #include <fcntl.h>
 #include <nlohmann/json.hpp>
-#include <unistd.h>
+#include <sys/file.h>
+#include <sys/stat.h>
 
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <exception>
+
+namespace fs = std::filesystem;
 
 namespace kova::device {
 namespace {
 
-// Length of the well-formed UTF-8 character at the start of the text, 0 when there is none.
-std::size_t character_length(std::string_view text) {
-  const auto at = [text](std::size_t i) {
-    return i < text.size() ? static_cast<unsigned char>(text[i]) : 0U;
-  };
-  const auto follows = [at](std::size_t i) { return (at(i) & 0xC0U) == 0x80U; };
-  const unsigned first = at(0), second = at(1);
-  if (first < 0x80) return 1;
-  if (first >= 0xC2 && first <= 0xDF && follows(1)) return 2;
-  if (first >= 0xE0 && first <= 0xEF && follows(1) && follows(2)) {
-    const bool overlong = first == 0xE0 && second < 0xA0, surrogate = first == 0xED && second > 0x9F;
-    return overlong || surrogate ? 0 : 3;
-  }
-  if (first >= 0xF0 && first <= 0xF4 && follows(1) && follows(2) && follows(3)) {
-    const bool overlong = first == 0xF0 && second < 0x90, beyond = first == 0xF4 && second > 0x8F;
-    return overlong || beyond ? 0 : 4;
-  }
-  return 0;
+constexpr off_t longest_log = 4 << 20; // bytes
+
+fs::path earlier(const fs::path &path) {
+  return path.string() + ".1";
 }
 
-std::string with_escaped_bytes(std::string_view text) {
-  std::string out;
-  while (!text.empty()) {
-    const std::size_t length = character_length(text);
-    if (length > 0) {
-      out += text.substr(0, length);
-    } else {
-      char escape[8];
-      std::snprintf(escape, sizeof escape, "\\x%02x", static_cast<unsigned char>(text[0]));
-      out += escape;
-    }
-    text.remove_prefix(length > 0 ? length : 1);
-  }
-  return out;
+bool is_full(const Fd &file) {
+  struct stat status = {};
+  return fstat(file.get(), &status) == 0 && status.st_size > longest_log;
 }
 
-void escape_bytes(nlohmann::json &value) {
-  if (value.is_string())
-    value = with_escaped_bytes(value.get_ref<const std::string &>());
-  else if (value.is_structured())
-    for (auto &item : value)
-      escape_bytes(item);
-}
-
-void append(const std::string &line) {
-  const Fd file(open(log_file().c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0666));
-  if (file && write(file.get(), line.data(), line.size()) == static_cast<ssize_t>(line.size())) return;
-  std::fprintf(stderr, "kova: cannot write %s: %s\n", log_file().c_str(), std::strerror(errno));
+Fd open_to_append(const fs::path &path) {
+  return Fd(open(path.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, host::private_file));
 }
 
 } // namespace
 
-std::filesystem::path log_file() {
+Fd open_log(const fs::path &path) {
+  Fd file = open_to_append(path);
+  if (!file || !is_full(file) || flock(file.get(), LOCK_EX | LOCK_NB) != 0) return file;
+  // Of those who see that it is full, one at a time comes here, and the next finds another file at the path.
+  if (is_at(path, file.get())) rename(path.c_str(), earlier(path).c_str());
+  return open_to_append(path);
+}
+
+fs::path log_file() {
   return log_dir() / "device.log";
+}
+fs::path earlier_log_file() {
+  return earlier(log_file());
 }
 
 void log_record(nlohmann::json record) {
   try {
-    escape_bytes(record);
     record["time"] = date_time(now(), Fraction::milliseconds);
-    append(record.dump() + '\n');
+    if (const pid_t asking = asking_process(); asking != 0 && record.value("pid", asking) != asking)
+      record["asker"] = asking;
+    const std::string line = record.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace) + '\n';
+    const Fd file = open_log(log_file());
+    if (file && write(file.get(), line.data(), line.size()) == static_cast<ssize_t>(line.size())) return;
+    std::fprintf(stderr, "kova: cannot write %s: %s\n", log_file().c_str(), std::strerror(errno));
   } catch (const std::exception &error) {
     std::fprintf(stderr, "kova: cannot log: %s\n", error.what());
   }
+}
+
+pid_t asking_process() {
+  const char *pid = std::getenv("KOVA_ASKING_PID");
+  return pid == nullptr ? 0 : std::atoi(pid);
+}
+
+bool concerns(const nlohmann::json &record, pid_t asking) {
+  return record.value("pid", 0) == asking || record.value("asker", 0) == asking;
 }
 
 } // namespace kova::device

@@ -1,9 +1,11 @@
 // Where things lie below the device's directory.
 #pragma once
 
+#include "device/daemons.hpp"
 #include "platform/host/device_dir.hpp"
 
 #include <filesystem>
+#include <string>
 #include <string_view>
 
 namespace kova::device {
@@ -16,6 +18,20 @@ inline std::filesystem::path bin_dir() {
 }
 inline std::filesystem::path log_dir() {
   return host::device_dir() / "log";
+}
+inline std::filesystem::path pid_file_of(const Daemon &daemon) {
+  return run_dir() / (std::string(daemon.name) + ".pid");
+}
+// Is there from the daemon's start until it is stopped: the words that it was started with.
+inline std::filesystem::path arguments_of(const Daemon &daemon) {
+  return run_dir() / (std::string(daemon.name) + ".arguments");
+}
+inline std::filesystem::path messages_of(const Daemon &daemon) {
+  return log_dir() / (std::string(daemon.name) + ".log");
+}
+// Is there while the daemon publishes the radio.
+inline std::filesystem::path feed_mark() {
+  return run_dir() / "feed";
 }
 
 // Where an absolute path of the device lies: on_device("/tmp/mrhd_socket").

@@ -1,9 +1,10 @@
 #include "device/pid_file.hpp"
 
 #include "device/error.hpp"
+#include "device/file_system.hpp"
+#include "platform/host/device_dir.hpp"
 
 #include <fcntl.h>
-#include <sys/stat.h>
 
 #include <string>
 
@@ -11,30 +12,22 @@ namespace kova::device {
 namespace {
 
 struct flock whole_file() {
-  struct flock lock {};
+  struct flock lock = {};
   lock.l_type = F_WRLCK;
   lock.l_whence = SEEK_SET;
   return lock;
-}
-
-// The file at the path may be another one by now: its owner removes it when it ends.
-bool is_at(const std::filesystem::path &path, int fd) {
-  struct stat open_file {
-  }, named_file{};
-  return fstat(fd, &open_file) == 0 && stat(path.c_str(), &named_file) == 0 &&
-         open_file.st_ino == named_file.st_ino && open_file.st_dev == named_file.st_dev;
 }
 
 } // namespace
 
 PidFile::PidFile(const std::filesystem::path &path) : path_(path) {
   do {
-    file_ = Fd(open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0666));
+    file_ = Fd(open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, host::private_file));
     if (!file_) fail("cannot open " + path.string());
     struct flock lock = whole_file();
     if (fcntl(file_.get(), F_SETLK, &lock) != 0)
       throw std::runtime_error("another daemon holds " + path.string());
-  } while (!is_at(path, file_.get()));
+  } while (!is_at(path, file_.get())); // its owner removes it when it ends
   const std::string text = std::to_string(getpid()) + "\n";
   if (ftruncate(file_.get(), 0) != 0 || write(file_.get(), text.data(), text.size()) < 0)
     fail("cannot write " + path.string());

@@ -1,5 +1,6 @@
 #include "device/diagnostics.hpp"
 #include "device/error.hpp"
+#include "device/file_system.hpp"
 #include "device/layout.hpp"
 #include "device/paths.hpp"
 
@@ -30,7 +31,8 @@ constexpr const char *host_tools[] = {"awk", "cat", "cp", "cut",   "grep", "head
                                       "rm",  "sed", "sh", "sleep", "tr"};
 
 bool is_program(const fs::path &path) {
-  return !fs::is_directory(path) && access(path.c_str(), X_OK) == 0;
+  std::error_code error;
+  return access(path.c_str(), X_OK) == 0 && !fs::is_directory(path, error);
 }
 
 // The usual directories come first, so that a person's own wrappers do not become part of the device.
@@ -44,14 +46,16 @@ std::optional<fs::path> find_host_tool(const char *name) {
   return std::nullopt;
 }
 
-// In place of what is there.
-void link(const fs::path &target, const fs::path &path) {
-  make_directories(path.parent_path());
-  remove_tree(path);
-  on_path("cannot create", path, [&target](const auto &p, auto &e) {
-    fs::create_symlink(target, p, e);
-    return true;
-  });
+// Nothing else in it is the device's.
+void remove_links_in(const fs::path &directory) {
+  std::error_code error;
+  for (fs::directory_iterator entry(directory, error), end; !error && entry != end; entry.increment(error))
+    if (entry->is_symlink(error)) remove_tree(entry->path());
+}
+
+fs::path own_directory() {
+  std::error_code error;
+  return fs::read_symlink("/proc/self/exe", error).parent_path();
 }
 
 fs::path diagnostics_program(std::string_view tool) {
@@ -63,9 +67,10 @@ fs::path diagnostics_program(std::string_view tool) {
 fs::path helper_program(std::string_view name) {
   const char *override_dir = std::getenv("KOVA_LIBEXEC");
   const fs::path directory = override_dir != nullptr && *override_dir != '\0'
-                                 ? fs::absolute(override_dir)
-                                 : fs::read_symlink("/proc/self/exe").parent_path() / KOVA_LIBEXEC_FROM_BIN;
-  fs::path program = (directory / name).lexically_normal();
+                                 ? fs::path(override_dir)
+                                 : own_directory() / KOVA_LIBEXEC_FROM_BIN;
+  std::error_code error;
+  fs::path program = fs::absolute(directory / name, error).lexically_normal();
   if (!is_program(program))
     throw std::runtime_error("program " + program.string() +
                              " is missing (KOVA_LIBEXEC names another directory)");
@@ -74,20 +79,20 @@ fs::path helper_program(std::string_view name) {
 
 void lay_out_programs() {
   const fs::path stand_in = helper_program("kova-standin"), diagnostics = helper_program("kova-diag");
-  remove_tree(bin_dir());
   make_directories(bin_dir());
+  remove_links_in(bin_dir());
   for (const char *name : host_tools) {
     if (const auto program = find_host_tool(name))
-      link(*program, bin_dir() / name);
+      make_link(*program, bin_dir() / name);
     else
       std::fprintf(stderr, "kova: this host has no %s; device commands that use it fail\n", name);
   }
   for (const char *path : placed_stand_ins)
-    link(stand_in, on_device(path));
+    make_link(stand_in, on_device(path));
   for (const std::string_view tool : diagnostics_tools)
-    link(diagnostics, diagnostics_program(tool));
+    make_link(diagnostics, diagnostics_program(tool));
   for (const char *name : stand_ins)
-    link(stand_in, bin_dir() / name);
+    make_link(stand_in, bin_dir() / name);
 }
 
 bool programs_are_ours() {

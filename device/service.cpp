@@ -1,136 +1,143 @@
 #include "device/service.hpp"
 
-#include "device/arguments.hpp"
 #include "device/error.hpp"
-#include "device/fd.hpp"
+#include "device/file_system.hpp"
 #include "device/layout.hpp"
+#include "device/log.hpp"
 #include "device/paths.hpp"
 #include "device/pid_file.hpp"
+#include "device/process.hpp"
+#include "src/frame/channel.hpp"
 
 #include <fcntl.h>
+#include <kova/frame.h>
 #include <poll.h>
-#include <spawn.h>
-#include <sys/wait.h>
+#include <sys/socket.h>
+#include <sys/un.h>
 
-#include <chrono>
+#include <algorithm>
 #include <csignal>
-#include <string>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
 #include <thread>
-#include <vector>
 
 namespace kova::device {
 namespace {
 
-constexpr auto patience = std::chrono::seconds(10);
+using Clock = std::chrono::steady_clock;
 
-// Input from nowhere, output (the daemon's first line) to the pipe, messages to a file.
-class SpawnActions {
-public:
-  SpawnActions(int out, const std::string &messages) {
-    posix_spawn_file_actions_init(&actions_);
-    posix_spawn_file_actions_adddup2(&actions_, out, STDOUT_FILENO); // first: out may be one of the other two
-    posix_spawn_file_actions_addopen(&actions_, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
-    posix_spawn_file_actions_addopen(&actions_, STDERR_FILENO, messages.c_str(),
-                                     O_WRONLY | O_CREAT | O_APPEND, 0666);
-  }
-  ~SpawnActions() { posix_spawn_file_actions_destroy(&actions_); }
-  SpawnActions(const SpawnActions &) = delete;
-  SpawnActions &operator=(const SpawnActions &) = delete;
-  const posix_spawn_file_actions_t *get() const { return &actions_; }
+constexpr auto to_come_up = std::chrono::seconds(20), to_end = std::chrono::seconds(5);
 
-private:
-  posix_spawn_file_actions_t actions_;
-};
-
-std::vector<std::string> daemon_environment() {
-  const std::string name = "KOVA_DEVICE=";
-  std::vector<std::string> variables{name + host::device_dir().string()};
-  for (char **variable = environ; *variable != nullptr; variable++)
-    if (!std::string_view(*variable).starts_with(name)) variables.emplace_back(*variable);
-  return variables;
-}
-
-void spawn(const std::string &program, const SpawnActions &actions) {
-  char *const arguments[] = {const_cast<char *>(program.c_str()), nullptr};
-  std::vector<std::string> variables = daemon_environment();
-  pid_t pid = 0;
-  const int error =
-      posix_spawn(&pid, program.c_str(), actions.get(), nullptr, arguments, pointers_to(variables).data());
-  if (error != 0) fail("cannot start " + program, error);
-  // It leaves at once; the daemon is its child, which nobody here has to wait for.
-  while (waitpid(pid, nullptr, 0) < 0 && errno == EINTR) {
+// Until the descriptor is ready for it; false when that takes too long.
+bool await(int fd, short event, Clock::time_point end) {
+  pollfd wanted{fd, event, 0};
+  while (true) {
+    const auto left = std::chrono::ceil<std::chrono::milliseconds>(end - Clock::now()).count();
+    const int ready = poll(&wanted, 1, static_cast<int>(std::max<decltype(left)>(left, 0)));
+    if (ready >= 0 || errno != EINTR) return ready > 0;
   }
 }
 
-std::string first_line(int fd) {
+std::string first_line(const Fd &file) {
+  const auto end = Clock::now() + to_come_up;
   std::string line;
-  pollfd readable{fd, POLLIN, 0};
-  char byte = 0;
-  while (poll(&readable, 1, static_cast<int>(std::chrono::milliseconds(patience).count())) > 0 &&
-         read(fd, &byte, 1) == 1 && byte != '\n')
+  for (char byte = 0; await(file.get(), POLLIN, end) && read(file.get(), &byte, 1) == 1 && byte != '\n';)
     line += byte;
   return line;
 }
 
-bool ends_within_patience(const Daemon &daemon, pid_t pid) {
-  const auto deadline = std::chrono::steady_clock::now() + patience;
+bool ends_in_time(const Daemon &daemon, pid_t pid) {
+  const auto end = Clock::now() + to_end;
   while (daemon_pid(daemon) == pid) {
-    if (std::chrono::steady_clock::now() > deadline) return false;
+    if (Clock::now() > end) return false;
     std::this_thread::sleep_for(std::chrono::milliseconds(5));
   }
   return true;
 }
 
-// "ready", or what went wrong.
-std::string start_once(const Daemon &daemon) {
-  int ends[2];
-  if (pipe2(ends, O_CLOEXEC) != 0) fail("cannot create a pipe");
-  const Fd reading(ends[0]);
-  Fd writing(ends[1]);
-  const std::string messages = log_dir() / daemon.messages;
-  spawn(helper_program(daemon.program), SpawnActions(writing.get(), messages));
-  writing.close();
-  const std::string answer = first_line(reading.get());
-  return answer.empty() ? "see " + messages : answer;
+// Named through its directory, whose own name may be longer than an address has room for.
+Fd connected_to_service() {
+  const Fd directory(open(on_device("/tmp").c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+  sockaddr_un address{.sun_family = AF_UNIX, .sun_path = {}};
+  std::snprintf(address.sun_path, sizeof address.sun_path, "/proc/self/fd/%d/mrhd_socket", directory.get());
+  Fd connection(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
+  if (connect(connection.get(), reinterpret_cast<const sockaddr *>(&address), sizeof address) != 0)
+    connection.close();
+  return connection;
 }
 
 } // namespace
 
 std::optional<pid_t> daemon_pid(const Daemon &daemon) {
-  return pid_file_owner(run_dir() / daemon.pid_file);
+  return pid_file_owner(pid_file_of(daemon));
 }
 
-void start_daemon(const Daemon &daemon) {
-  std::string answer = start_once(daemon);
-  if (answer != "ready" && daemon_pid(daemon)) {
-    // One that was still on its way, its starter having been killed, came first.
-    stop_daemon(daemon);
-    answer = start_once(daemon);
-  }
-  if (answer != "ready") throw std::runtime_error(std::string(daemon.what) + " does not come up: " + answer);
+void start_daemon(const Daemon &daemon, const std::vector<std::string> &arguments, const Lock &device_lock) {
+  const std::string program = helper_program(daemon.program);
+  const std::filesystem::path messages = messages_of(daemon);
+  Pipe answer;
+  Program started{.path = program,
+                  .words = {program},
+                  .output = answer.writing.get(),
+                  .extra = device_lock.handle(),
+                  .variables = {"KOVA_DEVICE=" + host::device_dir().string()}};
+  if (daemon.argument != nullptr) started.words.emplace_back(daemon.argument);
+  started.words.insert(started.words.end(), arguments.begin(), arguments.end());
+  const Fd message_file = open_log(messages);
+  started.messages = message_file.get();
+  pid_t process = 0;
+  if (const int error = start_program(process, started); error != 0) fail("cannot start " + program, error);
+  answer.writing.close();
+  const std::string line = first_line(answer.reading);
+  if (line.empty()) stop_daemon(daemon);
+  await_end(process); // the daemon is its child, which nobody here has to wait for
+  if (line != "ready")
+    throw std::runtime_error(std::string(daemon.what) +
+                             " does not come up: " + (line.empty() ? "see " + messages.string() : line));
 }
 
 void stop_daemon(const Daemon &daemon) {
   if (const auto pid = daemon_pid(daemon)) {
     kill(*pid, SIGTERM);
-    if (!ends_within_patience(daemon, *pid)) kill(*pid, SIGKILL);
-    if (!ends_within_patience(daemon, *pid))
-      fail(std::string(daemon.what) + " (process " + std::to_string(*pid) + ") does not end");
+    if (!ends_in_time(daemon, *pid)) kill(*pid, SIGKILL);
+    if (!ends_in_time(daemon, *pid))
+      throw std::runtime_error(std::string(daemon.what) + " (process " + std::to_string(*pid) +
+                               ") does not end");
   }
-  remove_tree(run_dir() / daemon.pid_file); // one that was killed has left it
+  remove_tree(pid_file_of(daemon)); // one that was killed has left it
 }
 
-std::optional<pid_t> service_pid() {
-  return daemon_pid(service_daemon);
+std::optional<uint32_t> ask_service(uint32_t command, const std::string &payload,
+                                    std::chrono::seconds patience) {
+  const auto end = Clock::now() + patience;
+  const Fd connection = connected_to_service();
+  if (!connection && errno != EAGAIN) return std::nullopt; // EAGAIN: so many wait for it already
+  MsgRecord header{}, reply{};
+  std::memcpy(&header.magic, channel::magic, sizeof channel::magic);
+  header.sourcePid = static_cast<uint32_t>(getpid());
+  header.sourceType = channel::agent_type;
+  header.destinationType = channel::daemon_type;
+  header.command = command;
+  header.confirm = 1;
+  header.length = static_cast<uint32_t>(payload.size());
+  std::string record(reinterpret_cast<const char *>(&header), sizeof header);
+  record += payload;
+  const bool sent = connection && send(connection.get(), record.data(), record.size(), MSG_NOSIGNAL) ==
+                                      static_cast<ssize_t>(record.size());
+  if (sent && await(connection.get(), POLLIN, end)) {
+    if (recv(connection.get(), &reply, sizeof reply, MSG_DONTWAIT) == sizeof reply) return reply.wordData;
+    return std::nullopt; // it has ended meanwhile
+  }
+  const auto pid = daemon_pid(service_daemon);
+  if (!pid) return std::nullopt;
+  throw std::runtime_error(std::string(service_daemon.what) + " (process " + std::to_string(*pid) +
+                           ") does not answer: kovactl device reboot starts another");
 }
 
-void start_service() {
-  start_daemon(service_daemon);
-}
-
-void stop_service() {
-  stop_daemon(service_daemon);
-  remove_tree(on_device("/tmp/mrhd_socket")); // likewise
+bool feed_wanted() {
+  const char *variable = std::getenv("KOVA_FEED");
+  return variable == nullptr || std::string_view(variable) != "off";
 }
 
 } // namespace kova::device

@@ -15,8 +15,8 @@ struct DaylightSaving {
   Changeover start, end;
 };
 
-// The code is "MEZ_001", "A_09:30" or the like, or an offset: "+13:30". Anything else reads as UTC. The rows of a month
-// lie otherwise each year, so the text holds for the one year.
+// The code is "MEZ_001", "A_09:30" or the like, or an offset: "+13:30". Anything else reads as UTC. The rows
+// of a month lie otherwise each year, so the text holds for the one year.
 std::string posix_zone(std::string_view code, const std::optional<DaylightSaving> &saving, int year);
 // Stores the text of the stored settings, for this year, as "envTZ".
 void store_posix_zone();

@@ -80,6 +80,7 @@ constexpr None operation(const char *, None none) {
 #define CODED_GETTER(getter)                              KOVA_READ(getter)
 #define SETTING(getter, setter, key, rule, how)           KOVA_WRITE(getter, setter, rule)
 #define CONDITIONAL(getter, setter, key, condition, how)  KOVA_WRITE(getter, setter, condition)
+#define CONVERTED(getter, told, setter, key, judge, how)  KOVA_WRITE(getter, setter, judge)
 #define SECRET(getter, text, setter, key, rule, how)      KOVA_WRITE(getter, setter, rule)
 #define CODED(getter, setter, may_be)                     KOVA_WRITE(getter, setter, may_be)
 #define CODED_CHECKED(getter, setter, checker, may_be)    KOVA_JUDGED(getter, setter, checker, may_be)
@@ -108,10 +109,6 @@ constexpr None operation(const char *, None none) {
 #define LONE(getter, setter, checker, key, condition)               KOVA_JUDGED(getter, setter, checker, condition)
 #define STATISTIC(getter, key, what)                                KOVA_READ(getter)
 #define JUDGE(setter, may_be)                                       .settable = true, .set = KOVA_ACCESSOR(setter), .allowed = may_be
-#define PROVISIONED(getter, setter, key)                  KOVA_WRITE(getter, setter, anything)
-#define IGNORED(getter, setter, key)                      KOVA_WRITE(getter, setter, anything)
-#define EDGE(getter, setter, edge)                        KOVA_WRITE(getter, setter, anything)
-#define CONVERTED(getter, setter, key, rule, shown, stored) KOVA_WRITE(getter, setter, rule)
 #define CIPHER(getter, setter, key, cipher_key)           KOVA_WRITE(getter, setter, security_modes)
 #define INDEXED(getter, how, what)                        KOVA_READ(getter)
 // clang-format on

@@ -33,7 +33,8 @@ std::vector<Interlock> all() {
     found.push_back({filter + "Black.*", filter + "Mode", {"1"}, "0", words + "uses its white list"});
     found.push_back({filter + "White.*", filter + "Mode", {"0"}, "1", words + "uses its black list"});
   }
-  found.push_back({firewall + "ACL.[0-9]*", firewall + "ACL.Enable", off, "1", "access control is off"});
+  for (const char *rows : {"ACL.", "ACL.[0-9]*"})
+    found.push_back({firewall + rows, firewall + "ACL.Enable", off, "1", "access control is off"});
   const std::string sip = voice + "SIP.", enable = sip + "X_KOVA_Enable", mode = sip + "X_KOVA_ServerMode";
   for (const std::string &member :
        {sip + "X_KOVA_ServerMode", sip + "X_KOVA_PCSCF*", sip + "Proxy*", sip + "Registrar*",

@@ -1,6 +1,7 @@
 // Adding and deleting rows of lists.
 #include "request/failed_writes.hpp"
 #include "request/paths.hpp"
+#include "request/reasons.hpp"
 #include "request/request.hpp"
 
 namespace kova::request {
@@ -29,9 +30,12 @@ Fault no_row(const std::string &instance) {
 template <typename Change>
 std::optional<Fault> changed(const model::RowList &list, const std::string &path, Change change) {
   const FailedWrites failed_writes;
-  if (change() != 0)
+  forget_reasons();
+  if (change() != 0) {
+    const std::string why = reason({path, ""});
     return Fault{path, FaultCode::InvalidArguments,
-                 "the device refuses it now: " + std::string(list.meaning)};
+                 "the device refuses it now: " + (why.empty() ? std::string(list.meaning) : why)};
+  }
   if (failed_writes.any()) return Fault{path, FaultCode::InternalError, "the device could not store it"};
   return std::nullopt;
 }

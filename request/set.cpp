@@ -2,6 +2,7 @@
 #include "request/failed_writes.hpp"
 #include "request/paths.hpp"
 #include "request/pending_values.hpp"
+#include "request/reasons.hpp"
 #include "request/request.hpp"
 #include "request/shortened.hpp"
 #include "request/value_types.hpp"
@@ -14,9 +15,10 @@
 namespace kova::request {
 namespace {
 
-Fault refused(const Assignment &assignment, const std::string &reason = "") {
+Fault refused(const Assignment &assignment, std::string why = "") {
+  if (why.empty()) why = reason(assignment);
   return {assignment.path, FaultCode::InvalidValue,
-          quoted(assignment.value) + " is refused" + (reason.empty() ? "" : ": " + reason)};
+          quoted(assignment.value) + " is refused" + (why.empty() ? "" : ": " + why)};
 }
 
 std::optional<Fault> check_row(const model::RowName &row, const std::string &path) {
@@ -53,6 +55,7 @@ std::optional<Fault> check(const model::Parameter &parameter, Assignment &assign
 std::vector<Fault> check_each(std::span<Assignment> request) {
   std::vector<Fault> faults;
   for (Assignment &assignment : request) {
+    forget_reasons();
     const std::string &path = assignment.path;
     std::optional<Fault> fault;
     if (const auto row = model::row_at(path))
@@ -72,15 +75,19 @@ bool check_together(std::span<const Assignment> request, std::vector<Fault> &fau
   for (const Assignment &assignment : request)
     size += assignment.path.size() + 1;
   std::string names(size, '\0');
+  forget_reasons();
   if (kovaCheckTR069ParameterValues(names.data(), static_cast<int>(names.size())) == 0) return true;
 
+  std::string why;
   std::string_view rest = names.c_str();
   while (!rest.empty()) {
     const std::string path(rest.substr(0, rest.find(';')));
     rest.remove_prefix(std::min(rest.size(), path.size() + 1));
+    if (faults.empty()) why = reason_of_combination(request, path);
     const auto given = std::ranges::find(request, path, &Assignment::path);
     const std::string value = given != request.end() ? quoted(given->value) + " " : "";
-    faults.push_back({path, FaultCode::InvalidValue, value + "does not go with the other values"});
+    faults.push_back({path, FaultCode::InvalidValue,
+                      value + "does not go with the other values" + (why.empty() ? "" : ": " + why)});
   }
   return false;
 }
@@ -101,6 +108,7 @@ std::optional<Fault> refused_by_setter(const Assignment &assignment) {
 
 std::optional<Fault> store_one(const Assignment &assignment) {
   const FailedWrites failed_writes;
+  forget_reasons();
   auto fault = refused_by_setter(assignment);
   if (!failed_writes.any()) return fault;
   return Fault{assignment.path, FaultCode::InternalError, "the device could not store it"};
@@ -152,6 +160,7 @@ Setting set_values(std::span<const Assignment> given) {
   result.faults = check_each(request);
   if (!result.faults.empty() || !check_together(request, result.faults)) {
     forget_pending_values();
+    forget_reasons();
     result.not_stored = last_mentions(given);
     return result;
   }

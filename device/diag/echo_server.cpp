@@ -5,6 +5,7 @@
 #include "device/diag/failure.hpp"
 #include "device/diag/host.hpp"
 #include "device/fd.hpp"
+#include "device/file_system.hpp"
 #include "device/paths.hpp"
 
 #include <arpa/inet.h>
@@ -186,7 +187,7 @@ private:
   }
 
   void write_statistics() {
-    replace_file(file_, statistics_.file_content());
+    device::write_file(file_, statistics_.file_content());
     written_at_ = Clock::now();
     unwritten_ = false;
   }

@@ -1,14 +1,10 @@
 #include "device/diag/host.hpp"
 
-#include "device/arguments.hpp"
 #include "device/diag/failure.hpp"
-#include "device/error.hpp"
-#include "device/fd.hpp"
+#include "device/process.hpp"
 
-#include <fcntl.h>
 #include <net/if.h>
 #include <netdb.h>
-#include <spawn.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
 
@@ -29,23 +25,17 @@ void end_both(int signal) {
 }
 
 // Output and messages go to the pipe.
-pid_t spawn(std::vector<std::string> &words, int out) {
-  posix_spawn_file_actions_t actions;
-  posix_spawn_file_actions_init(&actions);
-  posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
-  posix_spawn_file_actions_adddup2(&actions, out, STDOUT_FILENO);
-  posix_spawn_file_actions_adddup2(&actions, out, STDERR_FILENO);
+pid_t start(const std::vector<std::string> &words, const device::Fd &out) {
   pid_t pid = 0;
-  const int error =
-      posix_spawnp(&pid, words[0].c_str(), &actions, nullptr, device::pointers_to(words).data(), environ);
-  posix_spawn_file_actions_destroy(&actions);
+  const int error = device::start_program(
+      pid, {.path = words[0], .words = words, .output = out.get(), .messages = out.get()});
   if (error == ENOENT) throw Failure(state::internal, "this host has no program " + words[0]);
   if (error != 0) throw Failure(state::internal, "cannot start " + words[0] + ": " + std::strerror(error));
   return pid;
 }
 
-void read_lines(int fd, const std::function<void(std::string_view)> &take_line) {
-  const std::unique_ptr<FILE, decltype(&fclose)> stream(fdopen(fd, "r"), fclose);
+void read_lines(device::Fd from, const std::function<void(std::string_view)> &take_line) {
+  const std::unique_ptr<FILE, decltype(&fclose)> stream(fdopen(from.release(), "r"), fclose);
   std::array<char, 4096> line{};
   while (fgets(line.data(), line.size(), stream.get()) != nullptr) {
     const std::string_view text(line.data());
@@ -61,21 +51,13 @@ void end_with_parent_and_child() {
   prctl(PR_SET_PDEATHSIG, SIGTERM);
 }
 
-int run_program(std::vector<std::string> words, const std::function<void(std::string_view)> &take_line) {
-  std::array<int, 2> ends{};
-  if (pipe2(ends.data(), O_CLOEXEC) != 0) throw Failure(state::internal, "cannot create a pipe");
-  device::Fd writing(ends[1]);
-  try {
-    child = spawn(words, writing.get());
-  } catch (...) {
-    ::close(ends[0]);
-    throw;
-  }
-  writing.close();
-  read_lines(ends[0], take_line);
-  int status = 0;
-  while (waitpid(static_cast<pid_t>(child), &status, 0) < 0 && errno == EINTR) {
-  }
+int run_program(const std::vector<std::string> &words,
+                const std::function<void(std::string_view)> &take_line) {
+  device::Pipe pipe;
+  child = start(words, pipe.writing);
+  pipe.writing.close();
+  read_lines(std::move(pipe.reading), take_line);
+  const int status = device::await_end(static_cast<pid_t>(child));
   child = 0;
   return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
 }
@@ -94,15 +76,6 @@ std::string numeric_address(const std::string &host) {
 void expect_interface(const std::string &name) {
   if (!name.empty() && if_nametoindex(name.c_str()) == 0)
     throw Failure(state::other, "there is no interface " + name);
-}
-
-void replace_file(const std::string &path, std::string_view content) {
-  const std::string draft = path + ".new";
-  FILE *file = fopen(draft.c_str(), "we");
-  if (file == nullptr) device::fail("cannot write " + draft);
-  const bool written = fwrite(content.data(), 1, content.size(), file) == content.size();
-  if (fclose(file) != 0 || !written || rename(draft.c_str(), path.c_str()) != 0)
-    device::fail("cannot write " + path);
 }
 
 } // namespace kova::diag

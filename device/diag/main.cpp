@@ -7,15 +7,19 @@
 #include "device/diag/transfer.hpp"
 #include "device/diagnostics.hpp"
 #include "device/log.hpp"
+#include "device/process.hpp"
 
 #include <nlohmann/json.hpp>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <iostream>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace {
 
@@ -68,9 +72,8 @@ const std::vector<Test> &tests() {
 }
 
 struct CommandLine {
-  std::string tool; // "sec_ping_diag"
-  int argc;
-  const char *const *argv;
+  std::string tool;               // "sec_ping_diag"
+  std::vector<std::string> words; // behind it
   bool secondary() const { return tool != device::without_instance(tool); }
 };
 
@@ -84,7 +87,7 @@ int run_test(const Test &test, const CommandLine &line) {
   keys.await_request();
   ExitStatus status = bad_command_line;
   try {
-    const Options options = diag::options_of(line.tool, line.argc, line.argv);
+    const Options options = diag::options_of(line.tool, line.words);
     status = ended_in_error;
     keys.store(test.run(options), diag::state::complete);
     return ended_well;
@@ -98,7 +101,7 @@ int run_test(const Test &test, const CommandLine &line) {
 int run_echo_server(const CommandLine &line) {
   ExitStatus status = bad_command_line;
   try {
-    const Options options = diag::options_of(line.tool, line.argc, line.argv);
+    const Options options = diag::options_of(line.tool, line.words);
     status = ended_in_error;
     diag::serve_echo(options);
     return ended_well;
@@ -121,6 +124,13 @@ int run_tool(const CommandLine &line) {
   }
 }
 
+// The first is the program's name.
+std::vector<std::string> words_of_input() {
+  auto words = device::words_of({std::istreambuf_iterator<char>(std::cin), {}});
+  if (!words.empty()) words.erase(words.begin());
+  return words;
+}
+
 int print_names(FILE *to) {
   std::fputs("kova-diag: is called by the name of a diagnostics program of the device:\n", to);
   for (const std::string_view tool : device::diagnostics_tools)
@@ -132,12 +142,15 @@ int print_names(FILE *to) {
 } // namespace
 
 int main(int argc, char **argv) {
+  umask(077);
+  std::vector<std::string> words(argv + std::min(argc, 1), argv + argc);
   const std::string_view called = argc > 0 ? argv[0] : "";
   const std::string tool(called.substr(called.rfind('/') + 1));
-  const bool asks_for_help = argc == 2 && std::string_view(argv[1]) == "--help";
+  const bool asks_for_help = words == std::vector<std::string>{"--help"};
   if (std::ranges::find(device::diagnostics_tools, tool) == device::diagnostics_tools.end())
     return print_names(asks_for_help ? stdout : stderr);
-  if (!asks_for_help) return run_tool({tool, argc, argv});
+  if (words == std::vector<std::string>{std::string(device::words_from_input)}) words = words_of_input();
+  if (!asks_for_help) return run_tool({tool, words});
   std::fputs(diag::usage(tool).c_str(), stdout);
   return ended_well;
 }

@@ -5,6 +5,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <functional>
@@ -54,7 +55,10 @@ public:
       app_.add_flag("-S", said_secondary_, "Secondary management instance, which the name says already");
     add_options(without_instance(tool));
   }
-  void parse(int argc, const char *const *argv) { app_.parse(argc, argv); }
+  void parse(std::vector<std::string> words) {
+    std::ranges::reverse(words); // as CLI11 takes them
+    app_.parse(std::move(words));
+  }
   std::string help() const { return app_.help(); }
 
 private:
@@ -141,10 +145,10 @@ std::string usage(std::string_view tool) {
   return CommandLine(tool, options).help();
 }
 
-Options options_of(std::string_view tool, int argc, const char *const *argv) {
+Options options_of(std::string_view tool, const std::vector<std::string> &words) {
   Options options;
   try {
-    CommandLine(tool, options).parse(argc, argv);
+    CommandLine(tool, options).parse(words);
   } catch (const CLI::ParseError &error) {
     throw Failure(state::other, error.what());
   }

@@ -3,6 +3,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace kova::diag {
 
@@ -14,7 +15,7 @@ struct Options {
 
 // What --help prints about a program; tool: its name, "sec_ping_diag".
 std::string usage(std::string_view tool);
-// Throws Failure for what is no command line of this program.
-Options options_of(std::string_view tool, int argc, const char *const *argv);
+// Of the words behind the program's name. Throws Failure for what is no command line of this program.
+Options options_of(std::string_view tool, const std::vector<std::string> &words);
 
 } // namespace kova::diag

@@ -9,7 +9,8 @@
 
 namespace kova::diag {
 
-// What the lines of the host's ping tell. Each answer has its line; the summary, whose form differs more, is not read.
+// What the lines of the host's ping tell. Each answer has its line; the summary, whose form differs more, is
+// not read.
 class PingAnswers {
 public:
   explicit PingAnswers(double longest_ms) : longest_ms_(longest_ms) {}

@@ -27,8 +27,9 @@ std::string time_text(const timespec &time) {
   return time.tv_sec == 0 ? unknown_time : device::date_time(time, device::Fraction::microseconds);
 }
 
-// The agent sends the launch before it stores "Requested", which would replace the state of a test that was faster.
-// An aborted test leaves "Requested" behind: what stands there from the beginning counts after a while only.
+// The agent sends the launch before it stores "Requested", which would replace the state of a test that was
+// faster. An aborted test leaves "Requested" behind: what stands there from the beginning counts after a
+// while only.
 void ResultKeys::await_request() const {
   const auto begin = std::chrono::steady_clock::now();
   bool stood_there = true;

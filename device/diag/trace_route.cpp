@@ -2,6 +2,7 @@
 
 #include "device/diag/failure.hpp"
 #include "device/diag/host.hpp"
+#include "device/file_system.hpp"
 #include "device/paths.hpp"
 
 #include <cmath>
@@ -30,8 +31,8 @@ std::string joined(const std::vector<std::string> &hosts) {
 
 } // namespace
 
-// " 2  192.0.2.1  0.412 ms 192.0.2.9  0.388 ms !H *": number; then for each packet the time, behind the address where it
-// is another one than before, or "*".
+// " 2  192.0.2.1  0.412 ms 192.0.2.9  0.388 ms !H *": number; then for each packet the time, behind the
+// address where it is another one than before, or "*".
 void Route::take_line(std::string_view line) {
   std::istringstream words{std::string(line)};
   unsigned long number = 0;
@@ -76,7 +77,7 @@ Results trace_route(const Options &options) {
                                  });
   if (status != 0) throw Failure(state::other, "traceroute: " + message);
   if (options.save_to_file)
-    replace_file(
+    device::write_file(
         device::on_device(options.secondary ? "/tmp/sec_tracerouteResults" : "/tmp/tracerouteResults"),
         route.hops());
   return route.results();

@@ -1,4 +1,5 @@
-// What the modem of a router sees that stands still in a cell with some traffic: values that move slowly and hang together.
+// What the modem of a router sees that stands still in a cell with some traffic: values that move slowly and
+// hang together.
 #pragma once
 
 #include "device/radio/rate_file.hpp"

@@ -2,6 +2,7 @@
 
 #include "device/error.hpp"
 #include "device/fd.hpp"
+#include "platform/host/device_dir.hpp"
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -41,7 +42,7 @@ void RateFile::add(const RateSample &sample) {
   std::string text;
   for (const RateSample &one : samples_)
     text += line(one);
-  const Fd file(open(path_.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | O_NONBLOCK, 0644));
+  const Fd file(open(path_.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | O_NONBLOCK, host::private_file));
   if (!file) fail("cannot open " + path_.string());
   if (!lock_soon(file)) return;
   if (ftruncate(file.get(), 0) != 0 ||

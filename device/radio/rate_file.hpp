@@ -16,8 +16,9 @@ struct RateSample {
 class RateFile {
 public:
   explicit RateFile(std::filesystem::path path) : path_(std::move(path)) {}
-  // Writes the last samples while it holds the file's lock, as its readers do. A reader that does not give the lock back
-  // does not stop the sampler: the next writing has this sample too. Throws std::runtime_error when it cannot write.
+  // Writes the last samples while it holds the file's lock, as its readers do. A reader that does not give
+  // the lock back does not stop the sampler: the next writing has this sample too. Throws std::runtime_error
+  // when it cannot write.
   void add(const RateSample &sample);
 
 private:

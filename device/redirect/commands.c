@@ -1,5 +1,5 @@
-// Commands. What a shell line of the device runs, sees only the device: its PATH, its environment, and this library
-// preloaded, which redirects the paths of the programs in their turn.
+// Commands. What a shell line of the device runs, sees only the device: its PATH, its environment, and this
+// library preloaded, which redirects the paths of the programs in their turn.
 #include "device/redirect/paths.h"
 
 #include <dlfcn.h>
@@ -64,8 +64,8 @@ __attribute__((format(printf, 2, 3))) static bool add(Environment *environment, 
   return length >= 0;
 }
 
-// A list of paths is split at its separators and knows no quoting. A path that holds one is named through a file
-// handle, which the children inherit.
+// A list of paths is split at its separators and knows no quoting. A path that holds one is named through a
+// file handle, which the children inherit.
 static bool add_path(Environment *environment, const char *name, const char *path, const char *separators,
                      int *inherited) {
   if (strpbrk(path, separators) == NULL) return add(environment, "%s=%s", name, path);

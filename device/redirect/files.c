@@ -1,5 +1,5 @@
-// File calls with a path of the device are answered from below its directory. Both spellings of the calls with large
-// file offsets are here, since programs use either.
+// File calls with a path of the device are answered from below its directory. Both spellings of the calls
+// with large file offsets are here, since programs use either.
 #include "device/redirect/paths.h"
 
 #include <dirent.h>
@@ -48,7 +48,8 @@ int __openat_2(int at, const char *path, int flags);
 int __openat64_2(int at, const char *path, int flags);
 
 // clang-format off
-// NOLINTBEGIN(clang-analyzer-valist.Uninitialized): not seen to be started when several files are checked in one run
+// NOLINTBEGIN(clang-analyzer-valist.Uninitialized): not seen to be started when several files are checked in
+// one run
 OPEN(open,     (const char *path, int flags, ...),         PATH, flags)
 OPEN(open64,   (const char *path, int flags, ...),         PATH, flags)
 OPEN(openat,   (int at, const char *path, int flags, ...), at, PATH, flags)

@@ -1,7 +1,7 @@
 /* Which absolute paths belong to the device, and where they lie below its directory.
  *
- * This library is preloaded into foreign programs and runs between vfork and exec: it allocates nothing on these
- * paths, keeps no state that a call changes, and needs nothing but libc. */
+ * This library is preloaded into foreign programs and runs between vfork and exec: it allocates nothing on
+ * these paths, keeps no state that a call changes, and needs nothing but libc. */
 #ifndef DEVICE_REDIRECT_PATHS_H
 #define DEVICE_REDIRECT_PATHS_H
 

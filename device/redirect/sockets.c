@@ -12,8 +12,8 @@
 
 typedef int AddressCall(int fd, const struct sockaddr *address, socklen_t length);
 
-// A socket path has room for about a hundred characters, which a device's directory may well exceed. The socket's own
-// directory, held open, gives it a short name.
+// A socket path has room for about a hundred characters, which a device's directory may well exceed. The
+// socket's own directory, held open, gives it a short name.
 static int call_by_short_name(AddressCall *call, int fd, const char *path, struct sockaddr_un *address) {
   const char *name = strrchr(path, '/') + 1;
   char directory[DEVICE_PATH_ROOM];
@@ -28,6 +28,15 @@ static int call_by_short_name(AddressCall *call, int fd, const char *path, struc
   return result;
 }
 
+// A daemon that hangs takes no connection when enough of them wait for it: nobody waits for that without end.
+static void bound_wait(int fd) {
+  const struct timeval patience = {.tv_sec = 5};
+  struct timeval own = {0};
+  socklen_t length = sizeof own;
+  if (getsockopt(fd, SOL_SOCKET, SO_SNDTIMEO, &own, &length) == 0 && own.tv_sec == 0 && own.tv_usec == 0)
+    setsockopt(fd, SOL_SOCKET, SO_SNDTIMEO, &patience, sizeof patience);
+}
+
 static int call_on_device(AddressCall *call, int fd, const struct sockaddr *address, socklen_t length) {
   const size_t start = offsetof(struct sockaddr_un, sun_path);
   if (address == NULL || length <= start || address->sa_family != AF_UNIX) return call(fd, address, length);
@@ -40,6 +49,7 @@ static int call_on_device(AddressCall *call, int fd, const struct sockaddr *addr
   char room[DEVICE_PATH_ROOM];
   const char *path = device_path(asked, room);
   if (path == asked) return call(fd, address, length);
+  bound_wait(fd);
   if (strlen(path) >= sizeof own.sun_path) return call_by_short_name(call, fd, path, &own);
   memcpy(own.sun_path, path, strlen(path));
   return call(fd, (const struct sockaddr *)&own, sizeof own);

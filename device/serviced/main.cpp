@@ -1,24 +1,21 @@
-// The service daemon of the virtual device: accepts what agents ask of the device's services, logs it, and runs the
-// diagnostics tests.
+// The daemon of the virtual device: accepts what agents ask of the device's services, logs it, runs the
+// diagnostics tests, and publishes the radio.
 #include "device/background.hpp"
-#include "device/daemons.hpp"
-#include "device/error.hpp"
+#include "device/file_system.hpp"
 #include "device/log.hpp"
 #include "device/paths.hpp"
-#include "device/pid_file.hpp"
-#include "device/serviced/any_readable.hpp"
+#include "device/radio/feed.hpp"
+#include "device/service.hpp"
 #include "device/serviced/running_tests.hpp"
 #include "device/serviced/server.hpp"
 #include "src/frame/channel.hpp"
 
 #include <nlohmann/json.hpp>
-#include <sys/inotify.h>
-#include <sys/socket.h>
-#include <sys/un.h>
-#include <unistd.h>
+#include <sys/resource.h>
 
 #include <cstdio>
 #include <string>
+#include <string_view>
 
 namespace {
 
@@ -51,50 +48,51 @@ void log_malformed(pid_t client, const std::string &why) {
                       {"reason", why}});
 }
 
-// A daemon whose device was removed has no more to do, and nobody would find it to end it. The directory of the stores
-// is the one in which it has no file open itself; an open file keeps its directory from being seen to go.
-device::Fd removal_of_device() {
-  device::Fd events(inotify_init1(IN_CLOEXEC));
-  inotify_add_watch(events.get(), (host::device_dir() / "store").c_str(), IN_DELETE_SELF | IN_ONLYDIR);
-  return events;
-}
-
-constexpr const char *socket_name = "mrhd_socket";
-
-// Works in the socket's directory, whose full name may be longer than a socket address has room for.
-device::Fd listen_on_socket() {
-  const auto directory = device::on_device("/tmp");
-  if (chdir(directory.c_str()) != 0) device::fail("cannot enter " + directory.string());
-  unlink(socket_name);
-  device::Fd listener(socket(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0));
-  sockaddr_un address{.sun_family = AF_UNIX, .sun_path = {}};
-  std::snprintf(address.sun_path, sizeof address.sun_path, "%s", socket_name);
-  if (!listener || bind(listener.get(), reinterpret_cast<const sockaddr *>(&address), sizeof address) != 0 ||
-      listen(listener.get(), SOMAXCONN) != 0)
-    device::fail("cannot listen on " + (directory / socket_name).string());
-  return listener;
+uint32_t settle_feed(device::Feed &feed, bool wanted) {
+  constexpr uint32_t done = 0, failed = 1;
+  try {
+    wanted ? feed.start() : feed.stop();
+    return done;
+  } catch (const std::exception &error) {
+    std::fprintf(stderr, "radio feed: %s\n", error.what());
+    return failed;
+  }
 }
 
 void serve() {
-  const device::PidFile pid_file(device::run_dir() / device::service_daemon.pid_file);
-  const device::Fd signals = device::end_signals(), removal = removal_of_device();
-  const device::Fd stop = device::any_readable({signals.get(), removal.get()});
-  const device::Fd listener = listen_on_socket();
-  device::RunningTests tests;
-  const auto take_request = [&tests](const device::Request &request) {
-    log_request(request);
-    return tests.handle(request);
-  };
-  device::announce_ready();
-  device::Server(listener.get(), stop.get(), {take_request, log_malformed}, {},
-                 {tests.events(), [&tests] { tests.look_after(); }})
-      .run();
+  device::Loop loop;
+  device::RunningTests tests(loop);
+  device::Feed feed(loop);
+  {
+    const auto take_request = [&](const device::Request &request) {
+      if (request.command == device::switch_feed) return settle_feed(feed, request.payload == "on");
+      log_request(request);
+      return tests.handle(request);
+    };
+    const device::Server server(loop, "/tmp/mrhd_socket", {take_request, log_malformed}, {});
+    // Whose device was removed has no more to do, and nobody would find it to end it.
+    device::Timer watch(loop, [&loop] {
+      if (!device::is_wanted()) loop.stop();
+    });
+    watch.start(std::chrono::seconds(1), std::chrono::seconds(1));
+    const auto end = [&loop] { loop.stop(); };
+    const device::Signal terminated(loop, SIGTERM, end), interrupted(loop, SIGINT, end),
+        hung_up(loop, SIGHUP, end);
+    settle_feed(feed, device::feed_wanted());
+    device::announce_ready();
+    loop.run();
+    feed.stop();
+  }
   tests.stop_all();
-  unlink(socket_name);
 }
 
 } // namespace
 
 int main(int argc, char **argv) {
-  return device::run_in_background(device::service_daemon.program, argc, argv, serve);
+  const bool foreground = argc == 2 && std::string_view(argv[1]) == "--foreground";
+  if (argc > 1 && !foreground) {
+    std::fputs("usage: kova-serviced [--foreground]\n", stderr);
+    return 2;
+  }
+  return device::run_in_background(device::service_daemon, foreground, serve);
 }

@@ -1,18 +1,12 @@
 #include "device/serviced/running_tests.hpp"
 
-#include "device/arguments.hpp"
 #include "device/diagnostics.hpp"
 #include "device/log.hpp"
 #include "device/paths.hpp"
-#include "device/serviced/any_readable.hpp"
+#include "device/process.hpp"
 
-#include <fcntl.h>
 #include <nlohmann/json.hpp>
-#include <poll.h>
-#include <spawn.h>
 #include <sys/prctl.h>
-#include <sys/signalfd.h>
-#include <sys/timerfd.h>
 #include <sys/wait.h>
 
 #include <algorithm>
@@ -52,7 +46,7 @@ bool is_tool_of(std::string_view kind, std::string_view name) {
          without_instance(name) == kind;
 }
 
-std::vector<std::string> words_of(std::string_view line) {
+std::vector<std::string> words_in(std::string_view line) {
   std::vector<std::string> words;
   while (true) {
     line.remove_prefix(std::min(line.find_first_not_of(blanks), line.size()));
@@ -75,58 +69,26 @@ uint32_t refused(const Request &request, const std::string &why) {
   return failed;
 }
 
-// A process group of its own, so that what the test starts ends with it; no input, and none of the daemon's signals.
-class TestProcess {
-public:
-  TestProcess() {
-    posix_spawnattr_init(&attributes_);
-    posix_spawnattr_setflags(&attributes_,
-                             POSIX_SPAWN_SETPGROUP | POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
-    posix_spawnattr_setpgroup(&attributes_, 0);
-    sigset_t signals;
-    sigemptyset(&signals);
-    posix_spawnattr_setsigmask(&attributes_, &signals);
-    sigfillset(&signals);
-    posix_spawnattr_setsigdefault(&attributes_, &signals);
-    posix_spawn_file_actions_init(&actions_);
-    posix_spawn_file_actions_addopen(&actions_, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
-  }
-  ~TestProcess() {
-    posix_spawnattr_destroy(&attributes_);
-    posix_spawn_file_actions_destroy(&actions_);
-  }
-  TestProcess(const TestProcess &) = delete;
-  TestProcess &operator=(const TestProcess &) = delete;
-
-  int spawn(pid_t &pid, const std::filesystem::path &program, std::vector<std::string> words) const {
-    return posix_spawn(&pid, program.c_str(), &actions_, &attributes_, pointers_to(words).data(), environ);
-  }
-
-private:
-  posix_spawnattr_t attributes_;
-  posix_spawn_file_actions_t actions_;
-};
-
-Fd ended_children() {
-  sigset_t child;
-  sigemptyset(&child);
-  sigaddset(&child, SIGCHLD);
-  sigprocmask(SIG_BLOCK, &child, nullptr);
-  return Fd(signalfd(-1, &child, SFD_CLOEXEC | SFD_NONBLOCK));
-}
-
-void drain(const Fd &fd) {
-  char bytes[1024];
-  while (read(fd.get(), bytes, sizeof bytes) > 0) {
-  }
+// The words go to the program's input, where nobody sees the passwords among them, as a command line would
+// show them. A pipe has room for all that one request can bring.
+int start_test(pid_t &pid, const std::string &program, const std::vector<std::string> &words,
+               uint32_t asking_pid) {
+  Pipe input;
+  const std::string lines = text_of_words(words);
+  if (write(input.writing.get(), lines.data(), lines.size()) != static_cast<ssize_t>(lines.size()))
+    return errno;
+  return start_program(pid, {.path = program,
+                             .words = {words[0], std::string(words_from_input)},
+                             .input = input.reading.get(),
+                             .variables = {"KOVA_ASKING_PID=" + std::to_string(asking_pid)},
+                             .own_group = true});
 }
 
 } // namespace
 
-RunningTests::RunningTests(std::chrono::milliseconds grace)
-    : grace_(grace), children_(ended_children()),
-      timer_(timerfd_create(CLOCK_MONOTONIC, TFD_CLOEXEC | TFD_NONBLOCK)),
-      events_(any_readable({children_.get(), timer_.get()})) {
+RunningTests::RunningTests(Loop &loop, std::chrono::milliseconds grace)
+    : loop_(loop), grace_(grace), child_ended_(loop, SIGCHLD, [this] { look_after(); }),
+      overdue_(loop, [this] { kill_overdue(); }) {
   prctl(PR_SET_CHILD_SUBREAPER, 1);
 }
 
@@ -140,7 +102,7 @@ uint32_t RunningTests::handle(const Request &request) {
 
 uint32_t RunningTests::launch(std::string_view kind, const Request &request) {
   constexpr std::string_view directory = "/bin/";
-  Launch launch{words_of(request.payload), request.pid};
+  Launch launch{words_in(request.payload), request.pid};
   if (request.payload.find('\0') != std::string::npos) return refused(request, "a command line with a NUL");
   if (launch.words.empty()) return refused(request, "no command line");
   const std::string &program = launch.words[0];
@@ -167,7 +129,8 @@ uint32_t RunningTests::abort(std::string_view kind, const Request &request) {
 bool RunningTests::start(const std::string &tool, const Launch &launch) {
   Test &test = tests_[tool];
   test = {};
-  const int error = TestProcess().spawn(test.pid, on_device(launch.words[0]), launch.words);
+  test.asking_pid = launch.asking_pid;
+  const int error = start_test(test.pid, on_device(launch.words[0]), launch.words, launch.asking_pid);
   if (error != 0) {
     test.pid = 0;
     log_device(launch.asking_pid, "cannot start " + tool + ": " + std::strerror(error));
@@ -185,16 +148,13 @@ void RunningTests::stop(Test &test) {
   if (test.kill_at) return;
   kill(-test.pid, SIGTERM);
   test.kill_at = Clock::now() + grace_;
-  set_timer();
+  if (!overdue_.runs()) overdue_.start(grace_);
 }
 
 void RunningTests::look_after() {
-  drain(children_);
-  drain(timer_);
   for (auto &[tool, test] : tests_)
     if (test.running() && reap(tool, test))
       if (const auto next = std::exchange(test.next, {})) start(tool, *next);
-  kill_overdue();
 }
 
 // True when the test has ended.
@@ -206,7 +166,7 @@ bool RunningTests::reap(const std::string &tool, Test &test) {
   kill(-test.pid, SIGKILL);
   while (waitpid(-test.pid, nullptr, 0) > 0) {
   }
-  nlohmann::json fields{{"program", tool}};
+  nlohmann::json fields{{"program", tool}, {"asker", test.asking_pid}};
   const bool exited = end.si_code == CLD_EXITED;
   fields[exited ? "status" : "signal"] = end.si_status;
   const std::string how = test.kill_at && !exited ? end.si_status == SIGKILL ? " killed" : " stopped"
@@ -219,24 +179,16 @@ bool RunningTests::reap(const std::string &tool, Test &test) {
 }
 
 void RunningTests::kill_overdue() {
-  for (auto &[tool, test] : tests_)
-    if (test.running() && test.kill_at && Clock::now() >= *test.kill_at) {
+  auto left = Clock::duration::max();
+  for (auto &[tool, test] : tests_) {
+    if (!test.running() || !test.kill_at) continue;
+    const auto until_then = *test.kill_at - Clock::now();
+    if (until_then <= Clock::duration::zero())
       kill(-test.pid, SIGKILL);
-      test.kill_at = Clock::time_point::max();
-    }
-  set_timer();
-}
-
-void RunningTests::set_timer() {
-  auto first = Clock::time_point::max();
-  for (const auto &[tool, test] : tests_)
-    if (test.running() && test.kill_at) first = std::min(first, *test.kill_at);
-  itimerspec when{};
-  if (first != Clock::time_point::max()) {
-    const auto left = std::max<int64_t>(std::chrono::nanoseconds(first - Clock::now()).count(), 1);
-    when.it_value = {left / 1'000'000'000, static_cast<long>(left % 1'000'000'000)};
+    else
+      left = std::min(left, until_then);
   }
-  timerfd_settime(timer_.get(), 0, &when, nullptr);
+  if (left != Clock::duration::max()) overdue_.start(std::chrono::ceil<std::chrono::milliseconds>(left));
 }
 
 bool RunningTests::any_running() const {
@@ -248,11 +200,8 @@ void RunningTests::stop_all() {
     test.next.reset();
     if (test.running()) stop(test);
   }
-  while (any_running()) {
-    pollfd ready{events_.get(), POLLIN, 0};
-    poll(&ready, 1, -1);
-    look_after();
-  }
+  while (any_running())
+    loop_.run_once();
 }
 
 } // namespace kova::device

@@ -1,7 +1,8 @@
-// The diagnostics tests that agents ask for, as processes: at most one of each program, started without a shell.
+// The diagnostics tests that agents ask for, as processes: at most one of each program, started without a
+// shell.
 #pragma once
 
-#include "device/fd.hpp"
+#include "device/serviced/loop.hpp"
 #include "device/serviced/records.hpp"
 
 #include <sys/types.h>
@@ -17,17 +18,14 @@ namespace kova::device {
 class RunningTests {
 public:
   // Time to end after being asked to; then a test is killed.
-  explicit RunningTests(std::chrono::milliseconds grace = std::chrono::seconds(2));
+  explicit RunningTests(Loop &loop, std::chrono::milliseconds grace = std::chrono::seconds(2));
   RunningTests(const RunningTests &) = delete;
   RunningTests &operator=(const RunningTests &) = delete;
 
   // Starts or stops a test where the request is about one. Answers 0, or 1 for one that was refused or could
   // not be started.
   uint32_t handle(const Request &request);
-  // Readable when look_after has something to do: a test has ended, or its time is up.
-  int events() const { return events_.get(); }
-  void look_after();
-  // Returns when none runs.
+  // Runs the loop until none runs.
   void stop_all();
 
 private:
@@ -39,6 +37,7 @@ private:
   };
   struct Test {
     pid_t pid = 0; // 0: does not run
+    uint32_t asking_pid = 0;
     std::optional<Clock::time_point> kill_at;
     std::optional<Launch> next; // waits for the end of the running one
     bool running() const { return pid != 0; }
@@ -48,14 +47,16 @@ private:
   uint32_t abort(std::string_view kind, const Request &request);
   bool start(const std::string &tool, const Launch &launch);
   void stop(Test &test);
+  void look_after();
   bool reap(const std::string &tool, Test &test);
   void kill_overdue();
-  void set_timer();
   bool any_running() const;
 
+  Loop &loop_;
   const std::chrono::milliseconds grace_;
   std::map<std::string, Test> tests_; // by program
-  Fd children_, timer_, events_;
+  Signal child_ended_;
+  Timer overdue_;
 };
 
 } // namespace kova::device

@@ -1,84 +1,89 @@
 #include "device/serviced/server.hpp"
 
 #include <sys/socket.h>
+#include <unistd.h>
 
 #include <algorithm>
-#include <cerrno>
 
 namespace kova::device {
 namespace {
 
-// Places of the descriptors that are polled; the connections follow.
-constexpr std::size_t stop_place = 0, listener_place = 1, watch_place = 2, first_connection = 3;
+uv_stream_t *stream_of(const Owned<uv_pipe_t> &pipe) {
+  return reinterpret_cast<uv_stream_t *>(pipe.get());
+}
 
-pid_t client_of(int socket) {
+int descriptor_of(const Owned<uv_pipe_t> &pipe) {
+  uv_os_fd_t descriptor = -1;
+  uv_fileno(reinterpret_cast<const uv_handle_t *>(pipe.get()), &descriptor);
+  return descriptor;
+}
+
+pid_t client_of(const Owned<uv_pipe_t> &pipe) {
   ucred credentials{};
   socklen_t length = sizeof credentials;
-  return getsockopt(socket, SOL_SOCKET, SO_PEERCRED, &credentials, &length) == 0 ? credentials.pid : 0;
+  return getsockopt(descriptor_of(pipe), SOL_SOCKET, SO_PEERCRED, &credentials, &length) == 0
+             ? credentials.pid
+             : 0;
+}
+
+Owned<uv_pipe_t> new_pipe(Loop &loop) {
+  Owned<uv_pipe_t> pipe(new uv_pipe_t{});
+  uv_pipe_init(loop, pipe.get(), 0);
+  return pipe;
 }
 
 } // namespace
 
-void Server::run() {
-  while (true) {
-    const bool can_accept = !is_full() || anyone_silent();
-    std::vector<pollfd> events = polled(can_accept);
-    if (poll(events.data(), events.size(), poll_timeout(can_accept)) < 0 && errno != EINTR) return;
-    if (events[stop_place].revents != 0) return;
-    for (std::size_t i = 0; i < connections_.size(); i++)
-      if (events[first_connection + i].revents != 0) serve(connections_[i]);
-    refuse_overdue();
-    std::erase_if(connections_, [](const Connection &connection) { return !connection.socket; });
-    if (events[listener_place].revents != 0) accept_waiting();
-    if (events[watch_place].revents != 0) watch_.ready();
-  }
+Server::Server(Loop &loop, const char *path, Handlers handlers, Limits limits)
+    : loop_(loop), handlers_(std::move(handlers)), limits_(limits), rounds_(loop, [this] { look_after(); }),
+      listener_(new_pipe(loop)) {
+  const auto accept = [](uv_stream_t *listener, int) {
+    auto *server = static_cast<Server *>(listener->data);
+    server->one_waits_ = true;
+    server->accept_waiting();
+  };
+  const std::string what = std::string("cannot listen on ") + path;
+  listener_->data = this;
+  unlink(path);
+  expect_done(uv_pipe_bind(listener_.get(), path), what);
+  expect_done(uv_listen(stream_of(listener_), SOMAXCONN, accept), what);
 }
 
-std::vector<pollfd> Server::polled(bool can_accept) const {
-  std::vector<pollfd> events{
-      {stop_, POLLIN, 0}, {can_accept ? listener_ : -1, POLLIN, 0}, {watch_.fd, POLLIN, 0}};
-  for (const Connection &connection : connections_)
-    events.push_back({connection.socket.get(), POLLIN, 0});
-  return events;
-}
-
-bool Server::anyone_silent() const {
-  return std::ranges::any_of(connections_, [this](const Connection &connection) {
-    return Clock::now() - connection.last_heard >= limits_.silence;
-  });
-}
-
-// Milliseconds until the first unfinished record is overdue, or somebody has been silent for long enough.
-int Server::poll_timeout(bool can_accept) const {
-  auto first = Clock::time_point::max();
-  for (const Connection &connection : connections_) {
-    if (connection.stream.waiting() > 0)
-      first = std::min(first, connection.record_begun + limits_.record_time);
-    if (!can_accept) first = std::min(first, connection.last_heard + limits_.silence);
-  }
-  if (first == Clock::time_point::max()) return -1;
-  const auto left = std::chrono::ceil<std::chrono::milliseconds>(first - Clock::now()).count();
-  return static_cast<int>(std::max(left, std::chrono::milliseconds::rep{0}));
-}
-
-void Server::serve(Connection &connection) {
-  char bytes[4096];
-  const ssize_t count = recv(connection.socket.get(), bytes, sizeof bytes, MSG_DONTWAIT);
-  if (count > 0) return take_bytes(connection, {bytes, static_cast<std::size_t>(count)});
-  if (count < 0 && (errno == EAGAIN || errno == EINTR)) return;
-  if (const std::size_t waiting = connection.stream.waiting(); waiting > 0)
-    return refuse(connection, "closed after " + std::to_string(waiting) + " bytes of a record");
-  connection.socket.close();
+// libuv takes the next one in when the one that waits was accepted.
+void Server::accept_waiting() {
+  if (!one_waits_ || (is_full() && !make_room())) return;
+  one_waits_ = false;
+  Connection &connection =
+      connections_.emplace_back(this, new_pipe(loop_), RecordStream(), now(), now(), now());
+  connection.pipe->data = &connection;
+  const auto room = [](uv_handle_t *handle, size_t, uv_buf_t *buffer) {
+    auto &bytes = static_cast<Connection *>(handle->data)->server->bytes_;
+    *buffer = uv_buf_init(bytes.data(), static_cast<unsigned>(bytes.size()));
+  };
+  const auto take = [](uv_stream_t *stream, ssize_t count, const uv_buf_t *buffer) {
+    auto &from = *static_cast<Connection *>(stream->data);
+    Server &server = *from.server;
+    if (count > 0) server.take_bytes(from, {buffer->base, static_cast<std::size_t>(count)});
+    if (count < 0) server.end(from);
+    server.forget_ended();
+    server.accept_waiting();
+  };
+  if (uv_accept(stream_of(listener_), stream_of(connection.pipe)) != 0 ||
+      uv_read_start(stream_of(connection.pipe), room, take) != 0)
+    connections_.pop_back();
+  constexpr auto round = Milliseconds(20);
+  if (!rounds_.runs()) rounds_.start(round, round);
 }
 
 void Server::take_bytes(Connection &connection, std::string_view bytes) {
-  connection.last_heard = Clock::now();
-  if (connection.stream.waiting() == 0) connection.record_begun = connection.last_heard;
+  connection.last_heard = now();
+  if (connection.stream.waiting() == 0) connection.record_begun = now();
   connection.stream.append(bytes);
   try {
     while (const auto request = connection.stream.next()) {
-      connection.record_begun = connection.last_heard;
-      if (!answer(connection, *request)) return connection.socket.close();
+      connection.record_begun = now();
+      connection.open = answer(connection, *request);
+      if (!connection.open) return;
     }
   } catch (const Malformed &why) {
     refuse(connection, why.what());
@@ -89,46 +94,55 @@ void Server::take_bytes(Connection &connection, std::string_view bytes) {
 bool Server::answer(Connection &connection, const Request &request) {
   const uint32_t result = handlers_.request(request);
   if (request.confirm == 0) return true;
-  const MsgRecord reply = confirmation_of(request, result, static_cast<uint32_t>(getpid()));
-  return send(connection.socket.get(), &reply, sizeof reply, MSG_DONTWAIT | MSG_NOSIGNAL) == sizeof reply;
+  MsgRecord reply = confirmation_of(request, result, static_cast<uint32_t>(getpid()));
+  const uv_buf_t buffer = uv_buf_init(reinterpret_cast<char *>(&reply), sizeof reply);
+  return uv_try_write(stream_of(connection.pipe), &buffer, 1) == sizeof reply;
 }
 
 void Server::refuse(Connection &connection, const std::string &why) {
-  handlers_.malformed(client_of(connection.socket.get()), why);
-  connection.socket.close();
+  handlers_.malformed(client_of(connection.pipe), why);
+  connection.open = false;
 }
 
-void Server::refuse_overdue() {
+void Server::end(Connection &connection) {
+  if (const std::size_t waiting = connection.stream.waiting(); waiting > 0 && connection.open)
+    refuse(connection, "closed after " + std::to_string(waiting) + " bytes of a record");
+  connection.open = false;
+}
+
+void Server::take_what_is_there(Connection &connection) {
+  const ssize_t count = recv(descriptor_of(connection.pipe), bytes_.data(), bytes_.size(), MSG_DONTWAIT);
+  if (count > 0) take_bytes(connection, {bytes_.data(), static_cast<std::size_t>(count)});
+}
+
+// Drops one connection, and loses no request that had come by then.
+bool Server::make_room() {
+  while (is_full()) {
+    const auto silent = std::ranges::min_element(connections_, {}, &Connection::last_heard);
+    const bool anyone_silent = now() - silent->last_heard >= limits_.silence;
+    Connection &dropped = anyone_silent ? *silent : connections_.front(); // the oldest
+    if (!anyone_silent && now() - dropped.accepted < limits_.turn) return false;
+    const auto last_heard = dropped.last_heard;
+    take_what_is_there(dropped);
+    if (dropped.open && anyone_silent && dropped.last_heard != last_heard) continue; // it has just spoken
+    dropped.open = false;
+    forget_ended();
+  }
+  return true;
+}
+
+void Server::look_after() {
   for (Connection &connection : connections_)
-    if (connection.stream.waiting() > 0 && Clock::now() - connection.record_begun >= limits_.record_time)
+    if (connection.stream.waiting() > 0 && now() - connection.record_begun >= limits_.record_time)
       refuse(connection,
              "gave up after " + std::to_string(connection.stream.waiting()) + " bytes of a record");
+  forget_ended();
+  accept_waiting();
+  if (connections_.empty()) rounds_.stop();
 }
 
-void Server::accept_waiting() {
-  while (!is_full() || make_room()) {
-    Fd socket(accept4(listener_, nullptr, nullptr, SOCK_CLOEXEC));
-    if (!socket && (errno == EMFILE || errno == ENFILE)) {
-      if (make_room()) continue;
-      poll(nullptr, 0, 10); // until another process lets go of some
-    }
-    if (!socket) return;
-    const auto now = Clock::now();
-    connections_.push_back({std::move(socket), {}, now, now});
-  }
-}
-
-// Drops the connection that has been silent for longest.
-bool Server::make_room() {
-  while (true) {
-    const auto silent = std::ranges::min_element(connections_, {}, &Connection::last_heard);
-    if (silent == connections_.end() || Clock::now() - silent->last_heard < limits_.silence) return false;
-    const auto last_heard = silent->last_heard;
-    serve(*silent);
-    if (silent->socket && silent->last_heard != last_heard) continue; // it has just spoken
-    connections_.erase(silent);
-    return true;
-  }
+void Server::forget_ended() {
+  connections_.remove_if([](const Connection &connection) { return !connection.open; });
 }
 
 } // namespace kova::device

@@ -1,16 +1,17 @@
-// Serves the connections of the service daemon in one poll loop. No client can hold it up: connections are bounded in
-// number, records in length and in the time they may take to arrive.
+// Serves the connections of the service daemon. No client can hold it up: connections are bounded in number,
+// records in length and in the time they may take to arrive.
 #pragma once
 
-#include "device/fd.hpp"
+#include "device/serviced/loop.hpp"
 #include "device/serviced/records.hpp"
 
-#include <poll.h>
 #include <sys/types.h>
 
+#include <array>
 #include <chrono>
 #include <functional>
-#include <vector>
+#include <list>
+#include <string>
 
 namespace kova::device {
 
@@ -20,49 +21,49 @@ public:
     std::function<uint32_t(const Request &)> request; // answers the result code of a confirmation
     std::function<void(pid_t client, const std::string &why)> malformed;
   };
-  // Another descriptor of the daemon's, and what to do when it is readable.
-  struct Watch {
-    int fd = -1;
-    std::function<void()> ready;
-  };
   struct Limits {
     std::size_t connections = 64;
-    // Beyond that number, who has been silent for so long makes room; a client that has just come may still speak.
-    std::chrono::milliseconds silence = std::chrono::milliseconds(100);
-    std::chrono::milliseconds record_time = std::chrono::seconds(5);
+    // Beyond that number, who has been silent for so long makes room, and if nobody is, who has been there
+    // for longest and had its turn.
+    std::chrono::milliseconds silence{100}, turn{1000};
+    std::chrono::milliseconds record_time{5000};
   };
 
-  // listener: a listening socket that does not block. The loop ends when stop becomes readable.
-  Server(int listener, int stop, Handlers handlers, Limits limits, Watch watch)
-      : listener_(listener), stop_(stop), handlers_(std::move(handlers)), limits_(limits),
-        watch_(std::move(watch)) {}
-  void run();
+  // Throws std::runtime_error when it cannot listen on the path.
+  Server(Loop &loop, const char *path, Handlers handlers, Limits limits);
+  Server(const Server &) = delete;
+  Server &operator=(const Server &) = delete;
 
 private:
-  using Clock = std::chrono::steady_clock;
+  using Milliseconds = std::chrono::milliseconds;
   struct Connection {
-    Fd socket;
+    Server *server;
+    Owned<uv_pipe_t> pipe;
     RecordStream stream;
-    Clock::time_point record_begun, last_heard;
+    Milliseconds accepted, last_heard, record_begun;
+    bool open = true;
   };
 
-  std::vector<pollfd> polled(bool can_accept) const;
-  int poll_timeout(bool can_accept) const;
+  Milliseconds now() const { return Milliseconds(uv_now(loop_)); }
   bool is_full() const { return connections_.size() >= limits_.connections; }
-  bool anyone_silent() const;
-  void serve(Connection &connection);
+  void accept_waiting();
   void take_bytes(Connection &connection, std::string_view bytes);
   bool answer(Connection &connection, const Request &request);
   void refuse(Connection &connection, const std::string &why);
-  void refuse_overdue();
-  void accept_waiting();
+  void end(Connection &connection);
+  void take_what_is_there(Connection &connection);
   bool make_room();
+  void look_after();
+  void forget_ended();
 
-  int listener_, stop_;
+  Loop &loop_;
   Handlers handlers_;
   Limits limits_;
-  Watch watch_;
-  std::vector<Connection> connections_;
+  std::list<Connection> connections_;
+  std::array<char, 4096> bytes_{};
+  bool one_waits_ = false;
+  Timer rounds_; // while there are connections
+  Owned<uv_pipe_t> listener_;
 };
 
 } // namespace kova::device

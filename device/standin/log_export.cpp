@@ -1,5 +1,5 @@
-#include "device/device.hpp"
-#include "device/error.hpp"
+#include "device/file_system.hpp"
+#include "device/log.hpp"
 #include "device/paths.hpp"
 #include "device/standin/tools.hpp"
 
@@ -54,26 +54,27 @@ std::string line_of(const nlohmann::json &record) {
 }
 
 std::deque<std::string> last_lines() {
-  std::ifstream log(log_file(), std::ios::ate | std::ios::binary);
-  const std::streamoff size = log.tellg();
-  log.seekg(std::max<std::streamoff>(0, size - tail));
-  if (size > tail) log.ignore(std::numeric_limits<std::streamsize>::max(), '\n'); // the rest of a record
   std::deque<std::string> lines;
-  for (std::string text; std::getline(log, text);) {
-    const auto record = nlohmann::json::parse(text, nullptr, false);
-    if (!record.is_object()) continue;
-    lines.push_back(line_of(record));
-    if (lines.size() > lines_kept) lines.pop_front();
+  for (const auto &path : {earlier_log_file(), log_file()}) {
+    std::ifstream log(path, std::ios::ate | std::ios::binary);
+    const std::streamoff size = log.tellg();
+    log.seekg(std::max<std::streamoff>(0, size - tail));
+    if (size > tail) log.ignore(std::numeric_limits<std::streamsize>::max(), '\n'); // the rest of a record
+    for (std::string text; std::getline(log, text);) {
+      const auto record = nlohmann::json::parse(text, nullptr, false);
+      if (!record.is_object()) continue;
+      lines.push_back(line_of(record));
+      if (lines.size() > lines_kept) lines.pop_front();
+    }
   }
   return lines;
 }
 
 void export_log() {
-  const auto path = on_device("/tmp/M4412_Log.dat");
-  std::ofstream file(path, std::ios::trunc);
+  std::string text;
   for (const std::string &line : last_lines())
-    file << line;
-  if (!file.flush()) fail("cannot write " + path.string());
+    text += line;
+  write_file(on_device("/tmp/M4412_Log.dat"), text);
 }
 
 } // namespace

@@ -1,15 +1,15 @@
-// Stands for the device's programs: called by the name of one, it logs what that one was asked and, but for a few tools
-// whose answer others rely on, does nothing else.
+// Stands for the device's programs: called by the name of one, it logs what that one was asked and, but for a
+// few tools whose answer others rely on, does nothing else.
 #include "device/log.hpp"
 #include "device/routes.hpp"
 #include "device/standin/tools.hpp"
 
 #include <arpa/inet.h>
 #include <nlohmann/json.hpp>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cstdio>
-#include <cstdlib>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -20,10 +20,10 @@ using namespace kova;
 
 using device::Arguments;
 
-// The process of the agent, where the path redirection tells; else whoever started this program.
+// The agent, where the path redirection tells; else whoever started this program.
 int asking_process() {
-  const char *pid = std::getenv("KOVA_ASKING_PID");
-  return pid != nullptr ? std::atoi(pid) : getppid();
+  const int asking = device::asking_process();
+  return asking != 0 ? asking : getppid();
 }
 
 void log_command(const std::string &program, const Arguments &arguments) {
@@ -97,6 +97,7 @@ int print_routes(bool numeric) {
 } // namespace
 
 int main(int argc, char **argv) {
+  umask(077);
   const Arguments arguments(argv + (argc > 0 ? 1 : 0), argv + argc);
   const std::string_view called = argc > 0 ? argv[0] : "";
   const std::string program(called.substr(called.rfind('/') + 1));

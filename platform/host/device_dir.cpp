@@ -163,6 +163,12 @@ void claim_device_dir() {
                            std::generic_category().message(failed));
 }
 
+void release_device_dir() {
+  const fs::path dir = device_dir();
+  unlink((dir / mark_name).c_str());
+  rmdir(dir.c_str());
+}
+
 int store_readable(const fs::path &store) {
   switch (state_of(store.parent_path())) {
   case DirState::device:

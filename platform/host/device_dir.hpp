@@ -31,6 +31,8 @@ DirState device_dir_state();
 // Does nothing to a device. Throws std::runtime_error, a line for a person, when it is neither missing, empty
 // nor a device.
 void claim_device_dir();
+// Takes the mark away, and the directory when nothing else is in it.
+void release_device_dir();
 
 // The store lies in "store" below the device directory.
 std::filesystem::path store_dir();

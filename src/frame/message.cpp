@@ -154,7 +154,9 @@ int msg_receive(MsgHandle *handle, void *buf, int size) {
   if (handle == nullptr || buf == nullptr || size < static_cast<int>(header_size)) return MSG_ERR_ARGUMENT;
   if (!is_open(handle)) return MSG_ERR_CLOSED;
 
-  alignas(MsgRecord) unsigned char area[receive_area] = {};
+  const kova::OwnedText memory(static_cast<char *>(std::calloc(1, receive_area)));
+  char *area = memory.writable();
+  if (area == nullptr) return MSG_ERR_RECEIVE; // and nothing is taken from the socket
   const auto *rec = reinterpret_cast<const MsgRecord *>(area);
   const ssize_t header = recv(handle->fd, area, header_size, 0);
   if (header < 0) return MSG_ERR_RECEIVE;

@@ -38,6 +38,9 @@
 #define SETTING(getter, setter, key, rule, how)         STORED(getter, key) KOVA_SET(setter, how(key, value, rule))
 #define CONDITIONAL(getter, setter, key, condition, how)  STORED(getter, key) KOVA_SET(setter, how(key, value, condition))
 #define SECRET(getter, text, setter, key, rule, how)    CONSTANT(getter, text) KOVA_SET(setter, how(key, value, rule))
+// Neither told nor set as it is stored: `told` is its getter, `how` judges and stores as above.
+#define CONVERTED(getter, told, setter, key, judge, how) \
+  KOVA_GET(getter, told(key, buf, buflen)) KOVA_SET(setter, how(key, value, judge))
 // Told as stored; the checker judges by condition and rule and parks the value in the slot of its group, so that the
 // setter only stores. `set_judged` and `check` are the family's.
 #define GROUPED(getter, setter, checker, key, group, slot, condition, rule) \

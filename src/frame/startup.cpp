@@ -5,11 +5,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <cstdio>
-#include <cstdlib>
-
-using kova::Section;
-
 int isFTR(void) {
   constexpr int no = 0, yes = 1, unknown = -1;
   constexpr const char *tag_key = "TR_TAG"; // one tag for both instances: they are one executable
@@ -18,8 +13,7 @@ int isFTR(void) {
   struct stat facts;
   if (stat(executable, &facts) != 0) return unknown;
 
-  char modified[32];
-  std::snprintf(modified, sizeof modified, "%ld", static_cast<long>(facts.st_mtime));
+  const kova::NumberText modified(facts.st_mtime);
   char recorded[32];
   kova::load(tag_key, recorded);
   if (kova::equal(recorded, modified)) return no;
@@ -33,7 +27,7 @@ int init_parameters(void) {
   // Earlier firmware shipped an inform interval of 3000 seconds; ACS fleets expect 300.
   char interval[15];
   kova::load("TR_INFORM_INTERVAL", interval);
-  if (kova::leading_number(interval) == 3000) { // a text that is no number is not 3000
+  if (kova::leading_number(interval) == 3000) {
     kova::store("TR_INFORM_INTERVAL", "300");
     kova::store("S_TR_INFORM_INTERVAL", "300");
   }

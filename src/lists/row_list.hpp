@@ -14,8 +14,8 @@ inline constexpr std::size_t first_255 = 255, whole_text = SIZE_MAX;
 // How much of a row survives when another row is set or deleted.
 inline constexpr std::size_t keeps_255 = 255, keeps_63 = 63;
 
-// What may be edited when: nothing but rows of a family that is on, and none of the list that its mode leaves unused.
-// Deleting does not ask whether the family is on.
+// When a list may be edited: rows are added and set only while the family is on, and nothing touches the list that the
+// family's mode leaves unused.
 struct Interlock {
   const char *enable_key = nullptr; // nullptr: always on
   const char *mode_key = nullptr;   // nullptr: no mode

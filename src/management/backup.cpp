@@ -11,10 +11,8 @@
 
 namespace {
 
-using kova::Section;
-
-#define BACKUP_FILE "/var/log/.backup_settings"
-constexpr const char *backup_file = BACKUP_FILE;
+constexpr const char *backup_file = "/var/log/.backup_settings",
+                     *remove_backup = "rm -rf /var/log/.backup_settings";
 constexpr int line_size = 255; // a longer line is cut, and loses its newline
 
 constexpr const char *kept_settings[] = {
@@ -56,7 +54,7 @@ int restore() {
   while (std::fgets(line, sizeof line, file) != nullptr)
     restore_line(line);
   std::fclose(file);
-  kova::run("rm -rf " BACKUP_FILE);
+  kova::run(remove_backup);
   return 0;
 }
 

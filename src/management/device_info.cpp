@@ -40,9 +40,13 @@ int answer_model(Key key, char *buf, unsigned int buflen) {
   return model.writable() != nullptr ? answer(model, buf, buflen) : 0;
 }
 
-int set_provisioning(Key key, const char *value) {
+int set_and_synchronise(Key key, const char *value, const Condition &) {
   set_as_given(key, value);
   SyncfromNetworkTime();
+  return 0;
+}
+
+int ignore(Key, const char *, const Condition &) {
   return 0;
 }
 
@@ -53,10 +57,6 @@ int set_provisioning(Key key, const char *value) {
 using namespace kova;
 using namespace kova::management;
 
-// Setting one has the clock synchronised; setting the other changes nothing.
-#define PROVISIONED(getter, setter, key)                                                                     \
-  COMPUTED(getter, answer_whole, key) KOVA_SET(setter, set_provisioning(key, value))
-#define IGNORED(getter, setter, key) STORED(getter, key) KOVA_SET(setter, (static_cast<void>(value), 0))
 #include "src/management/device_info.def"
 
 int kovaGetTR069SerialNumber(char *buf, unsigned int buflen) {

@@ -31,14 +31,18 @@ struct PreferredBand {
 };
 
 // The bands of a value, or of the stored pairs: a group is a band and its EARFCNs, and a band named again goes on where
-// it was.
+// it was. On the heap: more than a stack should hold.
 class PreferredBands {
 public:
-  explicit PreferredBands(const char *value) {
+  explicit PreferredBands(const char *value)
+      : memory_(static_cast<char *>(std::calloc(most, sizeof(PreferredBand)))),
+        slot_(reinterpret_cast<PreferredBand *>(memory_.writable())) {
+    if (!has_room()) return;
     ValueCopy groups(value);
     for (char *group = groups.next(";"); group != nullptr; group = groups.next(";"))
       add_group(group);
   }
+  bool has_room() const { return slot_ != nullptr; }
   const PreferredBand *begin() const { return slot_; }
   const PreferredBand *end() const { return slot_ + used_; }
 
@@ -58,7 +62,8 @@ private:
     while (preferred != nullptr && (field = strtok_r(nullptr, ",", &rest)) != nullptr)
       if (!preferred->add(leading_number(field))) break;
   }
-  PreferredBand slot_[most];
+  OwnedText memory_;
+  PreferredBand *slot_;
   int used_ = 0;
 };
 
@@ -106,7 +111,7 @@ bool judge_band(const PreferredBand &preferred, const SupportedBands &supported,
 
 bool judge(const PreferredBands &bands, SharedDuplex *shared) {
   SupportedBands supported;
-  if (!supported.load()) return false;
+  if (!bands.has_room() || !supported.load()) return false;
   for (const PreferredBand &preferred : bands) {
     if (!judge_band(preferred, supported, shared)) return false;
   }
@@ -168,5 +173,5 @@ int kovaGetTR069FreqPreferred(char *buf, unsigned int buflen) {
       groups.add(",%d", preferred.earfcn[i]);
   }
   answer(groups, buf, buflen);
-  return result;
+  return bands.has_room() ? result : -1;
 }

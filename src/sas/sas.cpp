@@ -79,12 +79,14 @@ int set_with_domain_proxy(Key key, const char *value, const Judge &judge) {
   return accepts(value, judge) && !equal(load(key::sas_domain_proxy), "0") ? store_and_log(key, value) : -1;
 }
 
-int set_as(Form *stored, Key key, const char *value, Rule rule) {
+template <Form *stored>
+int set_as(Key key, const char *value, Rule rule) {
   value = text_or_empty(value);
   return accepts(value, rule) ? store_and_log(key, stored(value)) : -1;
 }
 
-int answer_as(Form *shown, Key key, char *buf, unsigned int buflen) {
+template <Form *shown>
+int answer_as(Key key, char *buf, unsigned int buflen) {
   return answer(shown(load(key)), buf, buflen);
 }
 
@@ -95,9 +97,6 @@ int answer_as(Form *shown, Key key, char *buf, unsigned int buflen) {
 using namespace kova;
 using namespace kova::sas;
 
-// A value that is not stored in the form in which it is told and set.
-#define CONVERTED(getter, setter, key, rule, shown, stored)                                                  \
-  KOVA_GET(getter, answer_as(shown, key, buf, buflen)) KOVA_SET(setter, set_as(stored, key, value, rule))
 #include "src/sas/sas.def"
 
 int sasGetTr069cbsdSerialNumber(char *buf, unsigned int buflen) {

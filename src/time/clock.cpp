@@ -16,7 +16,9 @@ namespace kova::time {
 
 namespace {
 
-#define NTP_SCRIPT "/etc/sysconfig/script/ntp.sh"
+// The script alone synchronises the clock; with its argument it derives the zone text from the settings.
+constexpr const char *ntp_script = "/etc/sysconfig/script/ntp.sh",
+                     *zone_script = "/etc/sysconfig/script/ntp.sh envTZ";
 
 // Copies at most 31 characters; "%%" reads as "%", any other directive has nothing to format and refuses the text.
 bool copy_date_text(const char *text, char (&copy)[32]) {
@@ -56,8 +58,6 @@ int synchronise() {
 using namespace kova;
 using namespace kova::time;
 
-// One end of the period of daylight saving.
-#define EDGE(getter, setter, edge) COMPUTED(getter, answer_edge, edge) KOVA_SET(setter, set_edge(edge, value))
 #include "src/time/time.def"
 
 int kovaGetCurrentLocalTime(char *buf, unsigned int) {
@@ -70,13 +70,13 @@ int kovaGetCurrentLocalTime(char *buf, unsigned int) {
 }
 
 int SyncfromNetworkTime(void) {
-  run(NTP_SCRIPT " envTZ"); // derives the zone text from the settings
+  run(zone_script);
   const Text zone = load("envTZ");
   if (!zone.empty()) {
     setenv("TZ", zone, 1); // NOLINT(concurrency-mt-unsafe): the library is called from one thread
     tzset();
   }
-  const int status = std::system(NTP_SCRIPT); // NOLINT(cert-env33-c): device commands are shell lines
+  const int status = std::system(ntp_script); // NOLINT(cert-env33-c): device commands are shell lines
   return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 

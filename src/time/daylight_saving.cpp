@@ -69,7 +69,7 @@ bool zone_has_daylight_saving() {
   return false;
 }
 
-int set_edge(const Edge &edge, const char *value) {
+int set_edge(const Edge &edge, const char *value, const Condition &) {
   tm date;
   if (!zone_has_daylight_saving() || getDateTime(value, &date) != 0) return -1;
   normalise(date);

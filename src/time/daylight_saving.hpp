@@ -1,6 +1,7 @@
 // Daylight saving: the weekdays on which it starts and ends.
 #pragma once
 
+#include "src/frame/conditions.hpp"
 #include "src/frame/settings.hpp"
 
 namespace kova::time {
@@ -18,6 +19,6 @@ inline constexpr Edge end = {"NTP_DST_END_M",     "NTP_DST_END_W",    "NTP_DST_E
 bool zone_has_daylight_saving();
 // The edge as a date of the current year; set from a date.
 int answer_edge(const Edge &edge, char *buf, unsigned int buflen);
-int set_edge(const Edge &edge, const char *value);
+int set_edge(const Edge &edge, const char *value, const Condition &);
 
 } // namespace kova::time

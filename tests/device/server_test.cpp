@@ -1,17 +1,16 @@
 // The service daemon's protocol and loop against clients that do not behave.
+#include "device/fd.hpp"
 #include "device/serviced/server.hpp"
 #include "src/frame/channel.hpp"
 
 #include <gtest/gtest.h>
-#include <sys/eventfd.h>
 #include <sys/socket.h>
 #include <sys/un.h>
 
 #include <atomic>
 #include <cstring>
 #include <filesystem>
-#include <memory>
-#include <mutex>
+#include <future>
 #include <thread>
 
 namespace kova::device {
@@ -47,22 +46,27 @@ protected:
     ASSERT_NE(mkdtemp(directory_.data()), nullptr);
     address_.sun_family = AF_UNIX;
     std::snprintf(address_.sun_path, sizeof address_.sun_path, "%s/socket", directory_.c_str());
-    listener_ = Fd(socket(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK, 0));
-    ASSERT_EQ(bind(listener_.get(), reinterpret_cast<sockaddr *>(&address_), sizeof address_), 0);
-    ASSERT_EQ(listen(listener_.get(), SOMAXCONN), 0);
     Server::Handlers handlers{
         [this](const Request &request) {
           requests_++;
           return request.command == 0x10000005 ? 5U : 0U;
         },
         [this](pid_t client, const std::string &) { malformed_ += client == getpid(); }};
-    loop_ = std::thread([this, handlers] {
-      Server(listener_.get(), stop_.get(), handlers, {.connections = 4, .record_time = 60ms}, {}).run();
+    std::promise<uv_async_t *> started;
+    loop_ = std::thread([this, handlers, &started] {
+      Loop loop;
+      const Owned<uv_async_t> stop(new uv_async_t{});
+      uv_async_init(loop, stop.get(), [](uv_async_t *sent) { uv_stop(sent->loop); });
+      const Server server(loop, address_.sun_path, handlers,
+                          {.connections = 4, .turn = 200ms, .record_time = 60ms});
+      started.set_value(stop.get());
+      loop.run();
     });
+    stop_ = started.get_future().get();
   }
   void TearDown() override {
-    eventfd_write(stop_.get(), 1);
-    if (loop_.joinable()) loop_.join();
+    uv_async_send(stop_);
+    loop_.join();
     std::filesystem::remove_all(directory_);
   }
 
@@ -94,7 +98,7 @@ protected:
 
   std::string directory_;
   sockaddr_un address_{};
-  Fd listener_, stop_{eventfd(0, 0)};
+  uv_async_t *stop_ = nullptr;
   std::atomic<int> requests_ = 0, malformed_ = 0;
   std::thread loop_;
 };
@@ -127,6 +131,26 @@ TEST_F(ServerTest, ClientsThatNeverCloseMakeRoomForOthers) {
   EXPECT_EQ(malformed_, 0);
 }
 
+TEST_F(ServerTest, ClientsThatNeverStopTalkingMakeRoomToo) {
+  std::atomic<bool> done = false;
+  std::vector<std::thread> talkers(4);
+  for (std::thread &talker : talkers)
+    talker = std::thread([&] {
+      while (!done) {
+        const Fd client = connected();
+        const std::string request = record(0x10000006);
+        while (!done && send(client.get(), request.data(), request.size(), MSG_NOSIGNAL) > 0)
+          std::this_thread::sleep_for(1ms);
+      }
+    });
+  while (requests_ < 100)
+    std::this_thread::sleep_for(1ms);
+  EXPECT_EQ(confirmed(connected()), 5U);
+  done = true;
+  for (std::thread &talker : talkers)
+    talker.join();
+}
+
 TEST_F(ServerTest, LosesNoneOfThousandsOfShortConnections) {
   constexpr int clients = 4, each = 500;
   std::vector<std::thread> threads(clients);
@@ -137,7 +161,7 @@ TEST_F(ServerTest, LosesNoneOfThousandsOfShortConnections) {
     });
   for (std::thread &thread : threads)
     thread.join();
-  for (int i = 0; i < 500 && requests_ < 2 * clients * each; i++)
+  for (int i = 0; i < 6000 && requests_ < 2 * clients * each; i++)
     std::this_thread::sleep_for(10ms);
   EXPECT_EQ(requests_, 2 * clients * each);
   EXPECT_EQ(malformed_, 0);

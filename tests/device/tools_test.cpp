@@ -72,6 +72,9 @@ TEST(LogExport, LeavesTheLastRecordsAsLinesForPeople) {
   ASSERT_EQ(lines.size(), 4U);
   EXPECT_EQ(lines[2].substr(sizeof "2026-11-21 04:11:11"), "command ifconfig eth0 down");
 
+  // A log that was put aside goes on.
+  fs::rename(device.directory() / "log/device.log", device.directory() / "log/device.log.1");
+  EXPECT_EQ(exported_lines(device).size(), 5U);
   std::ofstream(device.directory() / "log/device.log", std::ios::app) << "{\"half a rec\n[1]\n7\n{}\n";
   for (std::size_t i = 0; i < 2000; i++)
     device::log_record(

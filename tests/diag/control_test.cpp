@@ -1,4 +1,5 @@
 // How the service daemon starts, stops and replaces tests.
+#include "device/log.hpp"
 #include "diag/agent.hpp"
 
 #include <fstream>
@@ -25,8 +26,8 @@ protected:
     install(name, "trap '' TERM\necho up >> '" + (device_.top() / name).string() +
                       "'\nsleep 60 & wait\nsleep 60\n");
   }
-  bool is_up(const std::string &name, const std::string &times = "up\n") const {
-    return eventually([&] { return text_of(name) == times; });
+  bool is_up(const std::string &name, std::size_t times) const {
+    return eventually([&] { return text_of(name).size() == 3 * times; });
   }
 };
 
@@ -55,6 +56,9 @@ TEST_F(Control, AnyOtherChangeStopsATestWithoutAResult) {
       ASSERT_TRUE(has_child(run));
       request({SETTING(IPPingDiagnosticsCount, "7")});
       EXPECT_TRUE(comes_into_log(tool("ping_diag") + " stopped"));
+      for (const char *kind : {"command", "device"})
+        EXPECT_TRUE(device::concerns(device_.log(kind).back(), getpid()) &&
+                    !device::concerns(device_.log(kind).back(), getppid()));
       EXPECT_TRUE(is_gone(run));
       EXPECT_EQ(stored("PINGDIAG_STATE") + stored("PINGDIAG_SUC_CNT"), "Requested");
       request({SETTING(IPPingDiagnosticsCount, "8")}); // nothing left to stop
@@ -83,7 +87,6 @@ TEST_F(Control, AFastTestDoesNotLoseItsStateToTheRequestThatStartedIt) {
     for (const char *before : {"None", "Requested"}) { // "Requested": left by a test that was aborted
       store("DLDIAG_STATE", before);
       mrhd_launch_dlDiag("/bin/download_diag -u http://127.0.0.1:1/");
-      std::this_thread::sleep_for(100ms);
       store("DLDIAG_STATE", "Requested");
       EXPECT_EQ(end_state("DLDIAG"), "Error_InitConnectionFailed");
       std::this_thread::sleep_for(100ms);
@@ -94,19 +97,19 @@ TEST_F(Control, AFastTestDoesNotLoseItsStateToTheRequestThatStartedIt) {
 
 TEST_F(Control, WordsReachTheProgramAsTheyAreAndNoShell) {
   as_agent(false, [&] {
-    install("download_diag", "for word in \"$@\"; do echo \"[$word]\"; done > '" +
-                                 (device_.top() / "new").string() + "'\nmv '" +
-                                 (device_.top() / "new").string() + "' '" +
+    // None of them stands on the command line, which everybody sees.
+    install("download_diag", "{ echo \"$@\"; tr '\\0' '|'; } > '" + (device_.top() / "new").string() +
+                                 "'\nmv '" + (device_.top() / "new").string() + "' '" +
                                  (device_.top() / "words").string() + "'\n");
     const std::string trap = (device_.top() / "trap").string();
     const std::vector<std::pair<std::string, std::string>> urls{
-        {"http://h/$(touch<" + trap + ")", "[-u]\n[http://h/$(touch<" + trap + ")]\n"},
-        {"`touch\t" + trap + "`", "[-u]\n[`touch]\n[" + trap + "`]\n"},
-        {"a'b\"c\\ | *\n>&2", "[-u]\n[a'b\"c\\]\n[|]\n[*]\n[>&2]\n"},
+        {"http://h/$(touch<" + trap + ")", "-u|http://h/$(touch<" + trap + ")|"},
+        {"`touch\t" + trap + "`", "-u|`touch|" + trap + "`|"},
+        {"a'b\"c\\ : *\n>&2", "-u|a'b\"c\\|:|*|>&2|"},
     };
     for (const auto &one : urls) {
       request({SETTING(DownloadDiagnosticsURL, one.first), SETTING(DownloadDiagnosticsState, "Requested")});
-      EXPECT_TRUE(eventually([&] { return text_of("words") == one.second; }))
+      EXPECT_TRUE(eventually([&] { return text_of("words") == "-\n/bin/download_diag|" + one.second; }))
           << one.first << text_of("words");
     }
     EXPECT_FALSE(fs::exists(trap));
@@ -133,24 +136,23 @@ TEST_F(Control, AStubbornTestIsKilledAndHoldsUpNobody) {
   as_agent(false, [&] {
     install_stubborn("ping_diag");
     ASSERT_EQ(confirmed(launch_ping, "/bin/ping_diag 1"), 0);
-    ASSERT_TRUE(is_up("ping_diag"));
-    const auto begin = std::chrono::steady_clock::now();
-    for (int i = 2; i <= 200; i++) // the last one comes to run, after the first
+    ASSERT_TRUE(is_up("ping_diag", 1));
+    for (int i = 2; i <= 50; i++) // the last one comes to run, after the first
       ASSERT_EQ(confirmed(launch_ping, "/bin/ping_diag " + std::to_string(i)), 0);
-    EXPECT_LT(std::chrono::steady_clock::now() - begin, 2s);
-    EXPECT_TRUE(is_up("ping_diag", "up\nup\n"));
-    EXPECT_TRUE(is_logged("ping_diag killed"));
-    const auto runs = device_.log("command");
-    ASSERT_EQ(runs.size(), 2U);
-    EXPECT_EQ(runs[1].at("args"), std::vector<std::string>{"200"});
-    EXPECT_EQ(confirmed(launch_ping, "/bin/ping_diag 201"), 0);
+    const std::vector<std::string> last{"50"};
+    ASSERT_TRUE(eventually([&] { return device_.log("command").back().at("args") == last; }));
+    EXPECT_TRUE(comes_into_log("ping_diag killed"));
+    const auto runs = runs_of("ping_diag");
+    EXPECT_LT(runs.size(), 50U);
+    ASSERT_TRUE(is_up("ping_diag", runs.size()));
+    EXPECT_EQ(confirmed(launch_ping, "/bin/ping_diag 51"), 0);
     EXPECT_EQ(confirmed(abort_ping, "ping_diag"), 0); // the one that waits too
-    EXPECT_TRUE(eventually([&] { return is_gone(runs[1].at("process")); }));
-    EXPECT_EQ(device_.log("command").size(), 2U);
+    EXPECT_TRUE(eventually([&] { return is_gone(runs.back()); }));
+    EXPECT_EQ(runs_of("ping_diag").size(), runs.size());
     EXPECT_EQ(confirmed(launch_ping, "/bin/ping_diag"), 0);
-    ASSERT_TRUE(is_up("ping_diag", "up\nup\nup\n"));
+    ASSERT_TRUE(is_up("ping_diag", runs.size() + 1));
     device::down();
-    EXPECT_TRUE(is_gone(runs_of("ping_diag")[2]));
+    EXPECT_TRUE(is_gone(runs_of("ping_diag").back()));
   });
 }
 

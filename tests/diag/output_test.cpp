@@ -1,5 +1,4 @@
 // What the programs of different hosts write, command lines, and the statistics file.
-#include "device/arguments.hpp"
 #include "device/diag/echo_statistics.hpp"
 #include "device/diag/failure.hpp"
 #include "device/diag/options.hpp"
@@ -9,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <iterator>
 #include <map>
 #include <sstream>
 
@@ -81,12 +81,10 @@ TEST(Route, ListsTheHostOfEachHop) {
 
 Options parsed(const std::string &line) {
   std::istringstream words(line);
-  std::vector<std::string> texts;
-  for (std::string word; words >> word;)
-    texts.push_back(word);
-  std::vector<char *> arguments = device::pointers_to(texts);
-  return options_of(texts[0].substr(texts[0].rfind('/') + 1), static_cast<int>(texts.size()),
-                    arguments.data());
+  std::string program;
+  words >> program;
+  return options_of(program.substr(program.rfind('/') + 1),
+                    {std::istream_iterator<std::string>(words), std::istream_iterator<std::string>()});
 }
 
 TEST(CommandLines, OfBothInstances) {

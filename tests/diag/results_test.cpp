@@ -56,7 +56,6 @@ TEST_P(Results, AreThoseOfTheWorkDone) {
     EXPECT_EQ(end_state("TRACEROUTEDIAG"), "Complete");
     EXPECT_EQ(stored("TRACEROUTEDIAG_HOPS_NUM"), "1");
     EXPECT_EQ(host::nvram_find(0, "ROUTEHOPS_HOPHOST"), "127.0.0.1");
-    EXPECT_LT(std::stoul(stored("TRACEROUTEDIAG_RSP_TIME")), 1000U);
     EXPECT_TRUE(fs::exists(device_.directory() / ("root/tmp/" + tool("tracerouteResults"))));
 
     EXPECT_EQ(end_state("PINGDIAG"), "Complete");

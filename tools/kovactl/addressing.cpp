@@ -1,5 +1,7 @@
 #include "kovactl/addressing.hpp"
 
+#include "request/allowed.hpp"
+
 #include <fnmatch.h>
 
 #include <algorithm>
@@ -48,8 +50,12 @@ std::string listed(const std::vector<std::string> &paths) {
 // As far as they can be counted up.
 std::vector<std::string> values_of(const std::string &path) {
   const model::Parameter *parameter = model::find(path);
-  if (parameter && parameter->type == model::Type::Boolean) return {"0", "1"};
-  return {};
+  if (!parameter) return {};
+  if (parameter->type == model::Type::Boolean) return {"0", "1"};
+  std::vector<std::string> values;
+  for (const auto &[word, meaning] : allowed_values(*parameter).words)
+    values.push_back(word);
+  return values;
 }
 
 } // namespace

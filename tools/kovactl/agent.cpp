@@ -1,10 +1,18 @@
 #include "kovactl/agent.hpp"
 
+#include "platform/host/console_admin.hpp"
+#include "platform/host/device_dir.hpp"
+
 #include <kova/frame.h>
 
 namespace kova::ctl {
 
+bool has_device() {
+  return host::device_dir_state() == host::DirState::device;
+}
+
 void boot(const Output &output) {
+  host::console_quiet(true); // what matters of it is in the reasons of a refusal
   const bool existed = device::status().created;
   device::ensure_booted();
   if (!existed) output.note("created a virtual device in " + device::status().directory.string());

@@ -3,39 +3,64 @@
 
 #include "kovactl/command.hpp"
 #include "kovactl/commands.hpp"
+#include "platform/host/device_dir.hpp"
+
+#include <algorithm>
+#include <filesystem>
 
 namespace kova::ctl {
 namespace {
 
 struct Options {};
+struct Place {
+  std::string directory;
+};
 
 std::string running(std::optional<pid_t> daemon) {
   return daemon ? "running, pid " + std::to_string(*daemon) : "not running";
 }
 
-Json process_id(std::optional<pid_t> daemon) {
-  return daemon ? Json(*daemon) : Json();
+const char *state_of(const device::Status &status) {
+  return !status.created ? "not created" : status.booted ? "up" : "down";
 }
 
-void show(const Output &output, const device::Status &status) {
-  const char *state = !status.created ? "not created" : status.booted ? "up" : "down";
+Json as_json(const device::Status &status) {
+  return {{"directory", status.directory}, {"created", status.created},
+          {"booted", status.booted},       {"serviced", status.serviced ? Json(*status.serviced) : Json()},
+          {"feed", status.feed},           {"serial", status.serial}};
+}
+
+ExitStatus show(const Output &output, const device::Status &status) {
   if (output.json())
-    output.print(Json{{"directory", status.directory},
-                      {"created", status.created},
-                      {"booted", status.booted},
-                      {"serviced", process_id(status.serviced)},
-                      {"radiod", process_id(status.radiod)}});
+    output.print(as_json(status));
   else
     output.print(Table{{{"directory"}, {status.directory.string()}},
-                       {{"device"}, {state, Style::Bold}},
+                       {{"device"}, {state_of(status), Style::Bold}},
                        {{"service daemon"}, {running(status.serviced)}},
-                       {{"radio feed"}, {running(status.radiod)}}});
+                       {{"radio feed"}, {status.feed ? "on" : "off"}},
+                       {{"serial number"}, {status.serial}}});
+  return Success;
+}
+
+ExitStatus up(const Output &output, const device::UpOptions &options) {
+  device::up(options);
+  return show(output, device::status());
 }
 
 template <void (*act)()>
 ExitStatus act_and_show(const Output &output, const Options &) {
   act();
-  show(output, device::status());
+  return show(output, device::status());
+}
+
+ExitStatus remove(const Output &output, const Options &) {
+  const device::Status before = device::status();
+  if (!before.created) return output.failure("there is no device in " + before.directory.string());
+  device::remove();
+  if (output.json())
+    output.print(Json{{"removed", before.directory}});
+  else
+    output.print(Table{{{"removed " + before.directory.string()}}});
   return Success;
 }
 
@@ -45,17 +70,53 @@ ExitStatus show_status(const Output &output, const Options &) {
   return status.booted && status.serviced ? Success : NotRunning;
 }
 
+// Those in the directory, which may be one itself.
+std::vector<device::Status> devices_in(const std::filesystem::path &directory) {
+  std::vector<std::filesystem::path> places{directory};
+  std::error_code error;
+  for (const auto &entry : std::filesystem::directory_iterator(directory, error))
+    if (entry.is_directory(error)) places.push_back(entry.path());
+  std::ranges::sort(places);
+  std::vector<device::Status> found;
+  for (const std::filesystem::path &place : places) {
+    setenv("KOVA_DEVICE", place.c_str(), 1);
+    if (host::device_dir_state() == host::DirState::device) found.push_back(device::status());
+  }
+  return found;
+}
+
+ExitStatus list(const Output &output, const Place &place) {
+  const std::filesystem::path here = host::device_dir();
+  const auto devices =
+      devices_in(place.directory.empty() ? here.parent_path() : std::filesystem::path(place.directory));
+  Json array = Json::array();
+  Table table{heading({"DIRECTORY", "DEVICE", "SERIAL NUMBER"})};
+  for (const device::Status &status : devices) {
+    array.push_back(as_json(status));
+    table.push_back({{status.directory.string(), Style::Bold}, {state_of(status)}, {status.serial}});
+  }
+  output.json() ? output.print(array) : output.print(table);
+  return Success;
+}
+
 } // namespace
 
 void add_device(Commands &commands) {
   Commands group = commands.group("device", "The virtual device itself");
-  group.add<Options>("up", "Create the device if need be, boot it, start its service daemon",
-                     act_and_show<device::up>);
+  auto [upping, options] = group.add<device::UpOptions>(
+      "up", "Create the device if need be, boot it, start its service daemon", up);
+  upping.add_option("--serial", options.serial, "The serial number of a device to be created")
+      ->type_name("TEXT");
   group.add<Options>("down", "Stop the service daemon; the settings stay", act_and_show<device::down>);
+  group.add<Options>("reboot", "Stop and boot the device", act_and_show<device::reboot>);
   group.add<Options>("reset", "Back to factory settings: all settings and the log are lost",
                      act_and_show<device::reset>);
   group.add<Options>("status", "Show where the device is and whether it runs: exit status 3 if not all does",
                      show_status);
+  auto [listing, place] =
+      group.add<Place>("list", "Show the devices beside this one, or those in a directory", list);
+  listing.add_option("DIR", place.directory)->type_name("");
+  group.add<Options>("remove", "Stop the device and remove it with all its settings", remove);
 }
 
 } // namespace kova::ctl

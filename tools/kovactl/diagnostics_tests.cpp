@@ -3,6 +3,8 @@
 #include "kovactl/agent.hpp"
 
 #include <algorithm>
+#include <filesystem>
+#include <fstream>
 #include <thread>
 
 namespace kova::ctl {
@@ -19,16 +21,33 @@ bool runs(const DiagnosticsTest &test) {
   return test.state == requested && test.failure.empty();
 }
 
+// The test's program tells the reason where the daemon tells its own messages.
+std::filesystem::path messages() {
+  return device::log_file().parent_path() / "serviced.log";
+}
+
+std::string why(const DiagnosticsTest &test) {
+  const std::string mark = test.state + ": ";
+  std::ifstream file(messages());
+  file.seekg(static_cast<std::streamoff>(test.earlier_messages));
+  std::string found;
+  for (std::string line; std::getline(file, line);)
+    if (const size_t at = line.find(mark); at != std::string::npos)
+      found = ": " + line.substr(at + mark.size());
+  return found;
+}
+
 void look_at(DiagnosticsTest &test) {
   const std::string path = test.object + std::string(state_parameter);
-  const Reading reading = in_turn([&] { return get_values(std::span(&path, 1)); });
+  const Reading reading =
+      in_turn([&] { return get_values(std::span(&path, 1)); }, device::Turn::Kind::reading);
   if (reading.values.empty()) {
     test.failure = "the state of " + test.name() + " cannot be read";
     return;
   }
   test.state = reading.values.front().text;
   if (test.state.starts_with("Error") || test.state == "None")
-    test.failure = test.name() + " ended in " + test.state;
+    test.failure = test.name() + " ended in " + test.state + why(test);
 }
 
 // Removed when the waiting is over.
@@ -61,10 +80,12 @@ std::string DiagnosticsTest::name() const {
 }
 
 std::vector<DiagnosticsTest> tests_asked_for(std::span<const Assignment> request) {
+  std::error_code none;
+  const std::uintmax_t size = std::filesystem::file_size(messages(), none), earlier = none ? 0 : size;
   std::vector<DiagnosticsTest> tests;
   for (const auto &[path, value] : last_mentions(request))
     if (path.ends_with("." + std::string(state_parameter)) && value == requested)
-      tests.push_back({path.substr(0, path.size() - state_parameter.size()), value, {}, ""});
+      tests.push_back({path.substr(0, path.size() - state_parameter.size()), value, {}, "", earlier});
   return tests;
 }
 

@@ -5,6 +5,7 @@
 #include "kovactl/request.hpp"
 
 #include <chrono>
+#include <cstdint>
 #include <span>
 #include <string>
 #include <vector>
@@ -16,6 +17,7 @@ struct DiagnosticsTest {
   std::string state;
   std::chrono::milliseconds duration{}; // as far as it was waited for
   std::string failure;                  // "" when the test came to its end and found something
+  std::uintmax_t earlier_messages = 0;  // bytes of the daemon's messages before the test
 
   std::string name() const;
 };

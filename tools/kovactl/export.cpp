@@ -20,7 +20,8 @@ bool fits_a_line(const std::string &value) {
 
 ExitStatus export_configuration(const Output &output, const Options &options) {
   start_agent(output);
-  const Configuration configuration = in_turn([&] { return get_configuration(options.prefix); });
+  const Configuration configuration =
+      in_turn([&] { return get_configuration(options.prefix); }, device::Turn::Kind::reading);
   if (output.json()) {
     Json values = Json::array();
     for (const auto &[path, value] : configuration.values)

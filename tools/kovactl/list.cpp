@@ -24,13 +24,13 @@ bool is_list(const Listed &listed) {
 
 // Whatever begins so, with the rows that a list has now behind their list. The paths of rows live in `names`.
 std::vector<Listed> with_rows(std::string_view prefix, std::deque<std::string> &names) {
-  const bool has_rows = device::status().created;
+  const bool has_rows = has_device();
   std::vector<Listed> found;
   for (const Listed &listed : starting_with("")) {
     if (listed.path.starts_with(prefix)) found.push_back(listed);
     if (!has_rows || !is_list(listed)) continue;
     const model::RowList &list = *std::ranges::find(model::lists(), listed.path, &model::RowList::path);
-    const size_t count = in_turn([&] { return list.rows().size(); });
+    const size_t count = in_turn([&] { return list.rows().size(); }, device::Turn::Kind::reading);
     for (size_t i = 1; i <= count; ++i) {
       const std::string &path =
           names.emplace_back(list.instance(static_cast<int>(i)) + std::string(list.member()));

@@ -1,6 +1,7 @@
 // log: what the device was asked to do.
 #include "kovactl/log.hpp"
 
+#include "device/log.hpp"
 #include "kovactl/agent.hpp"
 #include "kovactl/command.hpp"
 #include "kovactl/commands.hpp"
@@ -10,6 +11,7 @@
 
 #include <kova/frame.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <chrono>
@@ -66,11 +68,21 @@ std::string description(const Json &record) {
 std::vector<Json> LogReader::records() {
   struct stat now {};
   if (stat(file_.c_str(), &now) != 0) return {};
+  std::vector<Json> found;
+  struct stat before {};
+  const std::filesystem::path earlier = file_.string() + ".1";
+  if (now.st_ino != inode_ && stat(earlier.c_str(), &before) == 0 && before.st_ino == inode_)
+    found = records_in(earlier); // the rest of the log that was put aside meanwhile
   if (now.st_ino != inode_ || now.st_size < offset_) offset_ = 0;
   inode_ = now.st_ino;
+  for (Json &record : records_in(file_))
+    found.push_back(std::move(record));
+  return found;
+}
 
+std::vector<Json> LogReader::records_in(const std::filesystem::path &path) {
   std::vector<Json> found;
-  std::ifstream file(file_, std::ios::binary);
+  std::ifstream file(path, std::ios::binary);
   file.seekg(offset_);
   for (std::string line; std::getline(file, line) && !file.eof(); offset_ = file.tellg())
     found.push_back(parsed(line));
@@ -79,6 +91,12 @@ std::vector<Json> LogReader::records() {
 
 void LogReader::skip() {
   records();
+}
+
+std::vector<Json> LogReader::own_records() {
+  std::vector<Json> found = records();
+  std::erase_if(found, [](const Json &record) { return !device::concerns(record, getpid()); });
+  return found;
 }
 
 // The daemon takes its clients in the order in which they came: when it confirms this one, earlier ones are served.

@@ -16,8 +16,12 @@ public:
   explicit LogReader(std::filesystem::path file) : file_(std::move(file)) {}
   std::vector<Json> records();
   void skip();
+  // Only those of what this process asked for.
+  std::vector<Json> own_records();
 
 private:
+  std::vector<Json> records_in(const std::filesystem::path &path);
+
   std::filesystem::path file_;
   std::streamoff offset_ = 0;
   ino_t inode_ = 0;

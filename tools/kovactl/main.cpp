@@ -13,6 +13,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
+#include <filesystem>
 #include <iostream>
 
 namespace kova::ctl {
@@ -114,6 +115,8 @@ ExitStatus CommandLine::run(const Output &output) const {
     return output.complete() ? status : Failure;
   } catch (const request::UsageError &error) {
     return output.failure(error.what(), BadUsage);
+  } catch (const std::filesystem::filesystem_error &error) {
+    return output.failure(error.path1().string() + ": " + error.code().message());
   } catch (const std::exception &error) {
     return output.failure(error.what());
   }

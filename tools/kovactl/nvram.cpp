@@ -83,7 +83,7 @@ ExitStatus list(const Output &output, const ListOptions &options) {
 
 std::vector<std::string> complete_key(const std::string &word) {
   std::vector<std::string> found;
-  if (device::status().created)
+  if (has_device())
     for (const host::NvramEntry &entry : host::nvram_entries())
       if (entry.key.starts_with(word)) found.push_back(entry.key);
   return found;

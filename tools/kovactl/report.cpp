@@ -3,6 +3,7 @@
 #include "kovactl/addressing.hpp"
 #include "kovactl/agent.hpp"
 #include "kovactl/log.hpp"
+#include "request/allowed.hpp"
 
 #include <algorithm>
 #include <sstream>
@@ -24,12 +25,32 @@ Json as_json(const Fault &fault) {
   return json;
 }
 
+// What it may be set to; of a list the form of its rows.
+std::string allowed(const Listed &listed) {
+  if (const model::Parameter *parameter = model::find(listed.path)) return allowed_values(*parameter).text;
+  for (const model::RowList &list : model::lists())
+    if (listed.path.starts_with(list.object())) return std::string(list.form);
+  return "";
+}
+
+template <typename Shape>
+void add_name(Json &json, const char *what, const model::Accessor<Shape> &accessor) {
+  if (accessor) json[what] = accessor.name;
+}
+
 Json as_json(const Listed &listed) {
-  return {{"path", listed.path},
-          {"type", model::name(listed.type)},
-          {"access", model::name(listed.access)},
-          {"unit", listed.unit},
-          {"meaning", listed.meaning}};
+  Json json{{"path", listed.path},
+            {"type", model::name(listed.type)},
+            {"access", model::name(listed.access)},
+            {"unit", listed.unit},
+            {"meaning", listed.meaning}};
+  if (std::string text = allowed(listed); !text.empty()) json["allowed"] = std::move(text);
+  if (const model::Parameter *parameter = model::find(listed.path)) {
+    add_name(json, "getter", parameter->get);
+    add_name(json, "setter", parameter->set);
+    add_name(json, "checker", parameter->check);
+  }
+  return json;
 }
 
 template <typename Range>
@@ -99,7 +120,7 @@ Json refusal_as_json(const Setting &setting) {
 }
 
 Reading results_of(const DiagnosticsTest &test) {
-  return in_turn([&] { return get_values(std::span(&test.object, 1)); });
+  return in_turn([&] { return get_values(std::span(&test.object, 1)); }, device::Turn::Kind::reading);
 }
 
 Json as_json(const Reading &reading) {
@@ -144,12 +165,13 @@ void show(const Output &output, const Setting &setting, const Aftermath &afterma
 } // namespace
 
 Reading read(std::span<const std::string> words) {
-  return in_turn([&] {
+  const auto read_all = [&] {
     Addressed found = addressed(words, Kind::anything);
     Reading reading = get_values(found.paths);
     reading.faults.insert(reading.faults.begin(), found.faults.begin(), found.faults.end());
     return reading;
-  });
+  };
+  return in_turn(read_all, device::Turn::Kind::reading);
 }
 
 Reading read_back(std::span<const Assignment> assignments) {
@@ -164,7 +186,7 @@ Reading outcome(const Setting &setting, std::span<const DiagnosticsTest> tests) 
   std::vector<Assignment> others = setting.stored;
   for (const DiagnosticsTest &test : tests)
     std::erase_if(others, [&](const Assignment &stored) { return stored.path.starts_with(test.object); });
-  Reading reading = in_turn([&] { return read_back(others); });
+  Reading reading = in_turn([&] { return read_back(others); }, device::Turn::Kind::reading);
   for (const DiagnosticsTest &test : tests)
     append(reading, results_of(test));
   return reading;
@@ -224,13 +246,14 @@ ExitStatus report(const Output &output, const RowChange &change,
 
 void report(const Output &output, std::span<const Listed> catalogue) {
   if (output.json()) return output.print(as_array(catalogue));
-  Table table{heading({"PATH", "TYPE", "ACCESS", "UNIT", "MEANING"})};
+  Table table{heading({"PATH", "TYPE", "ACCESS", "UNIT", "MEANING", "ALLOWED"})};
   for (const Listed &listed : catalogue)
     table.push_back({{std::string(listed.path), Style::Bold},
                      {std::string(model::name(listed.type))},
                      {std::string(model::name(listed.access))},
                      {std::string(listed.unit)},
-                     {std::string(listed.meaning)}});
+                     {std::string(listed.meaning)},
+                     {allowed(listed)}});
   output.print_wide(table);
 }
 

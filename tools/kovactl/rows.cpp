@@ -31,7 +31,7 @@ ExitStatus change_row(const Output &output, const Options &options, Kind kind, C
     changed = change(found.paths.front());
     if (!options.with_log) return;
     await_service();
-    log = reader.records();
+    log = reader.own_records();
   });
   return report(output, changed, log);
 }

@@ -108,14 +108,10 @@ ExitStatus set(const Output &output, const Options &options) {
     return output.failure("no service daemon is running: the test will not start; nothing was stored");
 
   Setting setting;
+  LogReader log(device::log_file());
   in_turn([&] {
-    LogReader log(device::log_file());
     log.skip();
     setting = carry_out(request, options.file.has_value());
-    if (options.with_log) {
-      await_service();
-      aftermath.log = log.records();
-    }
     if (setting.accepted && aftermath.tests.empty()) aftermath.now = read_back(setting.stored);
   });
   if (!served && !setting.stored.empty())
@@ -125,6 +121,10 @@ ExitStatus set(const Output &output, const Options &options) {
   else
     aftermath.tests.clear();
   if (!aftermath.tests.empty()) aftermath.now = outcome(setting, aftermath.tests);
+  if (options.with_log) {
+    await_service();
+    aftermath.log = log.own_records();
+  }
   return report(output, setting, aftermath);
 }
 

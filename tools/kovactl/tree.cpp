@@ -90,7 +90,7 @@ ExitStatus list(const Output &output, const ListOptions &options) {
 // One level further.
 std::vector<std::string> complete_path(const std::string &word) {
   std::vector<std::string> found;
-  if (!device::status().created) return found;
+  if (!has_device()) return found;
   for (const auto &[path, text] : host::tree_leaves()) {
     if (!path.starts_with(word)) continue;
     const size_t slash = path.find('/', std::max(word.size(), size_t{1}));

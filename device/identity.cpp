@@ -1,0 +1,76 @@
+#include "device/identity.hpp"
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdio>
+#include <random>
+#include <stdexcept>
+
+namespace kova::device {
+namespace {
+
+// FNV-1a: the same on every host, unlike std::hash.
+uint64_t hash_of(const std::string &text) {
+  uint64_t hash = 0xcbf29ce484222325;
+  for (const char c : text)
+    hash = (hash ^ static_cast<unsigned char>(c)) * 0x100000001b3;
+  return hash ^ hash >> 32;
+}
+
+template <typename... Arguments>
+std::string formatted(const char *format, Arguments... arguments) {
+  char text[64];
+  std::snprintf(text, sizeof text, format, arguments...);
+  return text;
+}
+
+// The Luhn digit: with it, the sum of all digits, every second from the right doubled, ends in 0.
+char check_digit(const std::string &digits) {
+  int sum = 0;
+  bool doubled = true;
+  for (auto digit = digits.rbegin(); digit != digits.rend(); ++digit, doubled = !doubled) {
+    const int value = (*digit - '0') * (doubled ? 2 : 1);
+    sum += value > 9 ? value - 9 : value;
+  }
+  return static_cast<char>('0' + (10 - sum % 10) % 10);
+}
+
+// In the range of test equipment.
+std::string imei_of(uint64_t hash) {
+  const std::string digits = formatted("00101000%06u", static_cast<unsigned>((hash >> 24) % 1'000'000));
+  return digits + check_digit(digits);
+}
+
+bool belongs_to_serial(char c) {
+  return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '-' || c == '_' ||
+         c == '.';
+}
+
+} // namespace
+
+Identity identity_of(const std::string &serial) {
+  constexpr std::size_t longest = 32;
+  if (serial.empty() || serial.size() > longest || !std::ranges::all_of(serial, belongs_to_serial))
+    throw std::runtime_error("\"" + serial +
+                             "\" is no serial number: 1 to 32 letters, digits, \"-\", \"_\" and \".\"");
+  const uint64_t hash = hash_of(serial);
+  const auto mac = [hash](unsigned port) {
+    return formatted("021122%05X%u", static_cast<unsigned>(hash & 0xFFFFFU), port);
+  };
+  return {serial, imei_of(hash), mac(0), mac(1)};
+}
+
+std::string random_serial() {
+  std::random_device chance;
+  return formatted("KV%010llu",
+                   static_cast<unsigned long long>((uint64_t{chance()} << 32 | chance()) % 10'000'000'000));
+}
+
+std::string with_colons(const std::string &mac) {
+  std::string text = mac;
+  for (std::size_t at = 10; at > 0; at -= 2)
+    text.insert(at, ":");
+  return text;
+}
+
+} // namespace kova::device
