@@ -5,8 +5,7 @@
 namespace kova::agent {
 namespace {
 
-request::RowChange changed(request::RowChange (*change)(const std::string &), const std::string &object) {
-  request::RowChange result = change(object);
+request::RowChange expect_done(request::RowChange result) {
   if (result.fault) throw RpcFault{result.fault->code, result.fault->detail};
   return result;
 }
@@ -16,7 +15,7 @@ request::RowChange changed(request::RowChange (*change)(const std::string &), co
 void add_object(Store &, const pugi::xml_node &call, pugi::xml_node answer) {
   const std::string object = text_argument(call, "ObjectName", longest_name),
                     key = text_argument(call, "ParameterKey", longest_key);
-  const request::RowChange row = changed(request::add_row, object);
+  const request::RowChange row = expect_done(request::add_row(object));
   store_parameter_key(key);
   add(answer, "InstanceNumber", std::to_string(row.instance));
   add(answer, "Status", "0");
@@ -25,7 +24,7 @@ void add_object(Store &, const pugi::xml_node &call, pugi::xml_node answer) {
 void delete_object(Store &store, const pugi::xml_node &call, pugi::xml_node answer) {
   const std::string object = text_argument(call, "ObjectName", longest_name),
                     key = text_argument(call, "ParameterKey", longest_key);
-  const request::RowChange row = changed(request::delete_row, object);
+  const request::RowChange row = expect_done(request::delete_row(object));
   remember_values(store, std::span(&row.object, 1)); // the rows behind it have moved up
   store_parameter_key(key);
   add(answer, "Status", "0");
