@@ -1,4 +1,5 @@
-// kova-cwmp-task: what the agent has done by a program of its own: a session, a file transfer, a reboot, a factory reset.
+// kova-cwmp-task: what the agent has done by a program of its own: a session, a file transfer, a reboot, a
+// factory reset.
 #include "agent/names.hpp"
 #include "agent/session.hpp"
 #include "agent/transfers.hpp"
