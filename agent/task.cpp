@@ -44,7 +44,7 @@ std::vector<RunningAgent> running_agents() {
 
 void start(const std::vector<RunningAgent> &agents) {
   for (const RunningAgent &agent : agents)
-    device::start(agent.daemon, agent.arguments);
+    device::start_with(agent.daemon, agent.arguments);
 }
 
 void boot_again() {
