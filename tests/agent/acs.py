@@ -160,6 +160,7 @@ class Acs:
                 pass
 
         self.server = http.server.ThreadingHTTPServer(("127.0.0.1", port), Handler)
+        self.server.handle_error = lambda *_: None  # a device may break off, or be killed
         self.server.daemon_threads = True
         if certificate:
             context = ssl.SSLContext(ssl.PROTOCOL_TLS_SERVER)
