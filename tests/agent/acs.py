@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""A small ACS that does what it is told: a list of requests, which it sends in the sessions that a device begins.
+"""A small ACS that does what it is told: a list of requests, which it sends when a device comes.
 
     acs.py [--port PORT] REQUEST...      serves them to the next device, prints what it answers, and ends
 
