@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""A small ACS that does what it is told: a list of requests, which it sends in the sessions that a device begins.
+"""A small ACS that does what it is told: a list of requests, which it sends when a device comes.
 
     acs.py [--port PORT] REQUEST...      serves them to the next device, prints what it answers, and ends
 
@@ -160,6 +160,7 @@ class Acs:
                 pass
 
         self.server = http.server.ThreadingHTTPServer(("127.0.0.1", port), Handler)
+        self.server.handle_error = lambda *_: None  # a device may break off, or be killed
         self.server.daemon_threads = True
         if certificate:
             context = ssl.SSLContext(ssl.PROTOCOL_TLS_SERVER)

@@ -263,8 +263,8 @@ class Dialogues(AgentTest):
 class Events(AgentTest):
     def test_values_that_change_are_reported(self):
         acs = self.acs()
-        device = self.device(acs)
         acs.script = [attributes(LAN + "DHCPLeaseTime", 1), attributes(LAN + "DNSServer1", 2)]
+        device = self.device(acs)
         acs.session("1 BOOT")
         acs.script = [assign({CODE: "BY.ACS"})]
         device.kovactl("set", LAN + "DHCPLeaseTime=700")  # passive: waits for another reason
@@ -281,9 +281,9 @@ class Events(AgentTest):
 
     def test_scheduled_and_periodic(self):
         acs = self.acs()
-        self.device(acs)
         acs.script = [call("ScheduleInform", DelaySeconds=1, CommandKey="soon"),
                       call("ScheduleInform", DelaySeconds=1, CommandKey="too")]
+        self.device(acs)
         acs.session("1 BOOT")
         keys = set()
         for after in range(1, 3):
@@ -333,10 +333,10 @@ class Events(AgentTest):
 
     def test_diagnostics(self):
         acs = self.acs()
-        device = self.device(acs)
         requested = {PING + "DiagnosticsState": "Requested", PING + "Host": "127.0.0.1",
                      PING + "NumberOfRepetitions": ("1", UNSIGNED), PING + "Timeout": ("1000", UNSIGNED)}
         acs.script = [assign(requested)]
+        device = self.device(acs)
         acs.session("1 BOOT")
         acs.script = [get(PING), assign({PING + "NumberOfRepetitions": ("100", UNSIGNED),
                                          PING + "DiagnosticsState": "Requested"}),
@@ -406,12 +406,14 @@ class Orders(AgentTest):
 
     def test_reboot_and_factory_reset(self):
         acs = self.acs()
+        acs.script = [call("Reboot", CommandKey="one"), call("Reboot", CommandKey="two"),
+                      attributes(LAN + "DNSServer1", 2)]
         device = self.device(acs)
-        acs.script = [call("Reboot", CommandKey="one"), call("Reboot", CommandKey="two"), attributes(LAN + "DNSServer1", 2)]
         acs.session("0 BOOTSTRAP")
         rebooted = acs.session("M Reboot")
         self.assertEqual(rebooted.events, ["1 BOOT", "M Reboot", "M Reboot"])
         self.assertEqual(rebooted.inform.texts("CommandKey"), ["", "one", "two"])
+        acs.wait(lambda: acs.sessions[-1].ended, "the end of the session")
         number = len(acs.sessions)
         acs.script = [assign({LAN + "DHCPLeaseTime": ("600", UNSIGNED), CODE: "SET"}), call("FactoryReset")]
         device.kovactl("set", LAN + "DNSServer1=192.0.2.79")
@@ -425,7 +427,6 @@ class Orders(AgentTest):
 
     def test_downloads(self):
         acs = self.acs()
-        self.device(acs)
         acs.files = {"/image-2.bin": b"firmware", "/good": f"{CODE}=LOADED\n".encode(), "/bad": b"<html/>", "/none": b""}
         firmware, configuration = "1 Firmware Upgrade Image", "3 Vendor Configuration File"
         wanted = {"image": (download(firmware, acs.base + "/image-2.bin", "image", 8), 0),
@@ -437,6 +438,7 @@ class Orders(AgentTest):
                   "nobody": (download(firmware, "http://127.0.0.1:1/", "nobody"), 9015)}
         later = [download(firmware, acs.base + "/image-2.bin", f"later{i}", delay=3600) for i in range(4)]
         acs.script = [request for request, _ in wanted.values()] + later + [call("GetQueuedTransfers")]
+        self.device(acs)
         session = acs.session("1 BOOT")
         self.assertEqual([a.name for a in session.answers[:7]], ["DownloadResponse"] * 7)
         self.assertEqual([answer.fault() for answer in session.answers[7:11]], [None] * 3 + [(9004, {})])
@@ -458,10 +460,11 @@ class Orders(AgentTest):
     def test_uploads(self):
         """What is fetched can be put back."""
         acs = self.acs()
-        device = self.device(acs)
-        device.kovactl("set", CODE + "=KEPT")
+        device = self.device(acs, start=False)
+        device.store(TR_PROVCODE="KEPT")
         acs.script = [upload("1 Vendor Configuration File", acs.base + "/config"),
                       upload("2 Vendor Log File", acs.base + "/log", "log"), call("GetQueuedTransfers")]
+        device.start()
         acs.session("1 BOOT")
         acs.wait(lambda: sum(len(s.reports) for s in acs.sessions) == 2, "both transfers")
         self.assertEqual({r.texts("FaultCode")[0] for s in acs.sessions for r in s.reports}, {"0"})
