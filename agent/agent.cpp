@@ -29,7 +29,8 @@ namespace {
 
 constexpr std::uint64_t tick_milliseconds = 1000;
 
-// A program that does one thing and ends, so that what that needs (TLS, long messages) is gone when the agent waits.
+// A program that does one thing and ends, so that what that needs (TLS, long messages) is gone when the agent
+// waits.
 class Task {
 public:
   using Done = std::function<void(bool well)>;

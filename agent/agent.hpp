@@ -1,4 +1,5 @@
-// The agent of one management instance: it knows when a session is due, and has its tasks carry out what takes long.
+// The agent of one management instance: it knows when a session is due, and has its tasks carry out what
+// takes long.
 #pragma once
 
 #include "agent/tls_files.hpp"

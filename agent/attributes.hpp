@@ -1,4 +1,5 @@
-// Notification of parameters: what the ACS wants to hear of, the values that it knows, and what has changed since.
+// Notification of parameters: what the ACS wants to hear of, the values that it knows, and what has changed
+// since.
 #pragma once
 
 #include "agent/store.hpp"

@@ -22,7 +22,8 @@ class ConnectionRequestListener {
 public:
   using Ask = std::function<Credentials()>;
   using Accept = std::function<void()>;
-  // Listens on all addresses, IPv6 too where the host has it. Throws std::runtime_error when the port is taken.
+  // Listens on all addresses, IPv6 too where the host has it. Throws std::runtime_error when the port is
+  // taken.
   ConnectionRequestListener(std::uint16_t port, std::string path, Ask credentials, Accept accept);
   ~ConnectionRequestListener();
   ConnectionRequestListener(const ConnectionRequestListener &) = delete;

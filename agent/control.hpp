@@ -25,8 +25,8 @@ struct AgentStatus {
 };
 
 AgentStatus agent_status();
-// Whatever wait there is after a failure. Throws std::runtime_error when no agent runs, or for an event that is none.
-// Answers the number of the last session before.
+// Whatever wait there is after a failure. Throws std::runtime_error when no agent runs, or for an event that
+// is none. Answers the number of the last session before.
 unsigned long ask_for_session(std::string_view event);
 // The end of a session that began after the one with this number; none within the time.
 std::optional<SessionStatus> await_session(unsigned long number_before, std::chrono::seconds patience);

@@ -25,8 +25,8 @@ struct Event {
   std::string record, occurrence; // where the store keeps it, and which time it happened
 };
 
-// Of a single event there is one record however often it happens; of a multiple event ("M ...") one for each time. A
-// bootstrap makes the other events void.
+// Of a single event there is one record however often it happens; of a multiple event ("M ...") one for each
+// time. A bootstrap makes the other events void.
 void add_event(Transaction &change, std::string_view code, const std::string &command_key = "");
 // In the order of an Inform.
 std::vector<Event> pending_events(const Transaction &store);

@@ -26,8 +26,8 @@ struct HttpError : std::runtime_error {
   long retry_after; // seconds, 0 when nothing was said
 };
 
-// One session's connection: cookies, the authentication that the server wants, and where it has redirected to are kept
-// from one exchange to the next.
+// One session's connection: cookies, the authentication that the server wants, and where it has redirected to
+// are kept from one exchange to the next.
 class Connection {
 public:
   Connection(const Server &server, long exchange_seconds);

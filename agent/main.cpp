@@ -78,8 +78,6 @@ int main(int argc, char **argv) {
     std::fputs(usage, stderr);
     return 2;
   }
-  char mode[] = "--foreground";
-  char *arguments[] = {argv[0], mode, nullptr};
-  return kova::device::run_in_background(kova::agent::own_daemon(), foreground ? 2 : 1, arguments,
+  return kova::device::run_in_background(kova::agent::own_daemon(), foreground,
                                          [] { kova::agent::run_agent(options); });
 }

@@ -1,4 +1,5 @@
-// Names that more than one part of the agent needs: parameters of the data model, and keys of the agent's store.
+// Names that more than one part of the agent needs: parameters of the data model, and keys of the agent's
+// store.
 #pragma once
 
 namespace kova::agent {

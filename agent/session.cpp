@@ -79,8 +79,8 @@ private:
 
   std::string next_id() { return std::to_string(++last_id_); }
 
-  // Posts a request of the device; answers what came, which is the response, or a fault of the ACS. One that asks for it
-  // (8005) gets the request again.
+  // Posts a request of the device; answers what came, which is the response, or a fault of the ACS. One that
+  // asks for it (8005) gets the request again.
   Message ask(const Outgoing &request, const std::string &name) {
     constexpr int most_attempts = 3;
     for (int attempt = 1;; ++attempt) {

@@ -17,8 +17,8 @@ struct SessionOptions {
 // The ACS as the device's parameters name it.
 Server management_server(Store &store, const TlsFiles &tls);
 
-// Reports what is pending and serves the ACS. How it went is noted in the store and in the device's log. False when it
-// failed.
+// Reports what is pending and serves the ACS. How it went is noted in the store and in the device's log.
+// False when it failed.
 bool run_session(Store &store, const SessionOptions &options, Trace &trace);
 
 } // namespace kova::agent

@@ -30,8 +30,8 @@ constexpr unsigned standard_retry_wait = 5; // seconds
 
 Retries retries(const Transaction &store);
 void clear_retries(Transaction &change);
-// One more failure. The wait is the standard's: it doubles from a random time of `least_wait` to twice that, up to the
-// tenth, and is no shorter than what the ACS has asked for.
+// One more failure. The wait is the standard's: it doubles from a random time of `least_wait` to twice that,
+// up to the tenth, and is no shorter than what the ACS has asked for.
 void add_retry(Transaction &change, unsigned least_wait, long asked_for);
 
 } // namespace kova::agent

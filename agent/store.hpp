@@ -1,5 +1,5 @@
-// What of the agent must last: one LMDB file for each management instance, shared by the agent and its tasks. Every change
-// is a transaction: a process that is killed leaves all of it or nothing.
+// What of the agent must last: one LMDB file for each management instance, shared by the agent and its tasks.
+// Every change is a transaction: a process that is killed leaves all of it or nothing.
 #pragma once
 
 #include <lmdb.h>
@@ -70,7 +70,8 @@ private:
   MDB_dbi database_ = 0;
 };
 
-// That of this process's device and management instance. It is emptied when the device has gone back to factory settings.
+// That of this process's device and management instance. It is emptied when the device has gone back to
+// factory settings.
 std::filesystem::path store_file();
 void begin_anew_after_reset(Store &store);
 

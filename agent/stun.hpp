@@ -1,12 +1,12 @@
-// Connection requests through a NAT: a binding kept at a STUN server, and the signed UDP messages that come back over it.
+// Connection requests through a NAT: a binding kept at a STUN server, and the signed UDP messages that come
+// back over it.
 #pragma once
 
 #include "agent/store.hpp"
+#include "agent/stun_message.hpp"
 
-#include <netinet/in.h>
 #include <uv.h>
 
-#include <array>
 #include <ctime>
 #include <functional>
 #include <memory>
@@ -16,33 +16,6 @@
 
 namespace kova::agent {
 
-// STUN messages as bytes.
-namespace stun {
-
-using TransactionId = std::array<unsigned char, 16>;
-
-struct BindingRequest {
-  TransactionId id{};
-  bool binding_has_changed = false;
-  std::string username, password; // "" when the server has not asked for them
-};
-std::string encode(const BindingRequest &request);
-
-struct BindingAnswer {
-  std::optional<sockaddr_in> mapped; // none in an error
-  bool wants_credentials = false;
-};
-// None for what is no answer to this request.
-std::optional<BindingAnswer> decode(std::string_view message, const TransactionId &id);
-
-} // namespace stun
-
-struct UdpRequest {
-  std::string timestamp, id;
-};
-// What the message is when its signature is right.
-std::optional<UdpRequest> signed_request(std::string_view message, const std::string &username,
-                                         const std::string &password);
 // Each request counts once, and an older one no more; what counted lasts.
 bool is_first(Store &store, const UdpRequest &request);
 

@@ -1,4 +1,5 @@
-// kova-cwmp-task: what the agent has done by a program of its own: a session, a file transfer, a reboot, a factory reset.
+// kova-cwmp-task: what the agent has done by a program of its own: a session, a file transfer, a reboot, a
+// factory reset.
 #include "agent/names.hpp"
 #include "agent/session.hpp"
 #include "agent/transfers.hpp"
@@ -40,8 +41,7 @@ void reset_to_factory() {
   constexpr int back_up = 1, restore = 2;
   const auto agents = running_agents();
   backup_restore_settings(back_up);
-  device::reset();
-  backup_restore_settings(restore);
+  device::reset([] { backup_restore_settings(restore); });
   std::ranges::for_each(agents, device::start);
 }
 

@@ -17,7 +17,8 @@ namespace {
 
 constexpr const char *mask = "********";
 
-// A password stands in the value of a parameter whose name tells it, in an argument of its own, or within a URL.
+// A password stands in the value of a parameter whose name tells it, in an argument of its own, or within a
+// URL.
 class Masking : public pugi::xml_tree_walker {
 public:
   bool for_each(pugi::xml_node &node) override {

@@ -1,4 +1,5 @@
-// Downloads and uploads that the ACS has asked for: they are carried out after the session, and reported in a later one.
+// Downloads and uploads that the ACS has asked for: they are carried out after the session, and reported in a
+// later one.
 #pragma once
 
 #include "agent/store.hpp"
