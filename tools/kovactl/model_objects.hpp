@@ -1,5 +1,5 @@
-// The data model by objects, as documents about it are ordered. The instances of an object are one here, their number
-// is "{i}".
+// The data model by objects, as documents about it are ordered. The instances of an object are one here,
+// their number is "{i}".
 #pragma once
 
 #include "model/model.hpp"
