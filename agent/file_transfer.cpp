@@ -6,6 +6,7 @@
 #include "agent/values.hpp"
 #include "device/device.hpp"
 #include "device/paths.hpp"
+#include "request/configuration.hpp"
 #include "request/request_text.hpp"
 
 #include <algorithm>
@@ -78,19 +79,11 @@ void take_configuration(const fs::path &file) {
                                        : setting.faults.front().path + ": " + setting.faults.front().detail};
 }
 
-// All that can be set and is no secret, as a request. What has no value cannot be set to none either.
 void write_configuration(const fs::path &file) {
-  const std::string everything;
-  const device::Turn turn;
-  const request::Reading reading = request::get_values(std::span(&everything, 1));
+  const device::Turn turn(device::Turn::Kind::reading);
   std::ofstream text(file);
-  for (const request::Value &value : reading.values) {
-    const model::Parameter *parameter = model::find(value.path);
-    if (!parameter || !parameter->writable() || is_secret(value.path) || value.text.empty() ||
-        value.text.find('\n') != std::string::npos)
-      continue;
-    text << value.path << '=' << value.text << '\n';
-  }
+  for (const auto &[path, value] : request::get_configuration("").values)
+    if (value.find('\n') == std::string::npos) text << path << '=' << value << '\n';
   if (!text.flush()) throw Fault{"", FaultCode::InternalError, "the device has no room for the file"};
 }
 

@@ -5,10 +5,8 @@
 namespace kova::agent {
 namespace {
 
-request::RowChange changed(request::RowChange (*change)(const std::string &), const std::string &object) {
-  request::RowChange result = change(object);
-  if (result.fault) throw RpcFault{result.fault->code, result.fault->detail};
-  return result;
+void pass_on(const request::RowChange &change) {
+  if (change.fault) throw RpcFault{change.fault->code, change.fault->detail};
 }
 
 } // namespace
@@ -16,7 +14,8 @@ request::RowChange changed(request::RowChange (*change)(const std::string &), co
 void add_object(Store &, const pugi::xml_node &call, pugi::xml_node answer) {
   const std::string object = text_argument(call, "ObjectName", longest_name),
                     key = text_argument(call, "ParameterKey", longest_key);
-  const request::RowChange row = changed(request::add_row, object);
+  const request::RowChange row = request::add_row(object);
+  pass_on(row);
   store_parameter_key(key);
   add(answer, "InstanceNumber", std::to_string(row.instance));
   add(answer, "Status", "0");
@@ -25,7 +24,8 @@ void add_object(Store &, const pugi::xml_node &call, pugi::xml_node answer) {
 void delete_object(Store &store, const pugi::xml_node &call, pugi::xml_node answer) {
   const std::string object = text_argument(call, "ObjectName", longest_name),
                     key = text_argument(call, "ParameterKey", longest_key);
-  const request::RowChange row = changed(request::delete_row, object);
+  const request::RowChange row = request::delete_row(object);
+  pass_on(row);
   remember_values(store, std::span(&row.object, 1)); // the rows behind it have moved up
   store_parameter_key(key);
   add(answer, "Status", "0");

@@ -4,6 +4,9 @@
 #include "agent/session.hpp"
 #include "agent/transfers.hpp"
 #include "device/device.hpp"
+#include "device/file_system.hpp"
+#include "device/paths.hpp"
+#include "device/process.hpp"
 #include "device/service.hpp"
 
 #include <CLI/CLI.hpp>
@@ -11,7 +14,6 @@
 #include <kova/management.h>
 #include <sys/prctl.h>
 
-#include <algorithm>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
@@ -22,27 +24,44 @@ namespace {
 using namespace kova;
 using namespace kova::agent;
 
-// The agents that run, to be started again after a boot.
-std::vector<device::Daemon> running_agents() {
-  std::vector<device::Daemon> agents;
-  for (const device::Daemon &agent : device::management_agents)
-    if (device::daemon_pid(agent)) agents.push_back(agent);
+struct RunningAgent {
+  device::Daemon daemon;
+  std::vector<std::string> arguments;
+};
+
+// A boot starts again what the device was asked to run, and not what a person has started by hand.
+std::vector<RunningAgent> running_agents() {
+  std::vector<RunningAgent> agents;
+  for (const device::Daemon &agent : device::management_agents) {
+    if (!device::daemon_pid(agent)) continue;
+    const auto file = device::arguments_of(agent);
+    const bool is_asked_for = std::filesystem::exists(file);
+    agents.push_back(
+        {agent, is_asked_for ? device::words_of(device::text_of(file)) : std::vector<std::string>{}});
+  }
   return agents;
+}
+
+void start(const std::vector<RunningAgent> &agents) {
+  for (const RunningAgent &agent : agents)
+    device::start_with(agent.daemon, agent.arguments);
 }
 
 void boot_again() {
   const auto agents = running_agents();
   device::reboot();
-  std::ranges::for_each(agents, device::start);
+  start(agents);
 }
 
-// The operator's preset outlasts a reset.
+// The operator's preset outlasts a reset; no agent is to see the device without it.
 void reset_to_factory() {
   constexpr int back_up = 1, restore = 2;
   const auto agents = running_agents();
+  for (const RunningAgent &agent : agents)
+    device::stop(agent.daemon);
   backup_restore_settings(back_up);
   device::reset([] { backup_restore_settings(restore); });
-  std::ranges::for_each(agents, device::start);
+  start(agents);
 }
 
 bool carry_out_transfer(Store &store, const std::string &record) {

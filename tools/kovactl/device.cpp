@@ -3,15 +3,20 @@
 
 #include "kovactl/command.hpp"
 #include "kovactl/commands.hpp"
+#include "kovactl/inform.hpp"
 #include "platform/host/device_dir.hpp"
 
 #include <algorithm>
 #include <filesystem>
+#include <iterator>
 
 namespace kova::ctl {
 namespace {
 
 struct Options {};
+struct Up : device::UpOptions {
+  std::string acs; // "" leaves the management server as it is
+};
 struct Place {
   std::string directory;
 };
@@ -31,19 +36,25 @@ Json as_json(const device::Status &status) {
 }
 
 ExitStatus show(const Output &output, const device::Status &status) {
-  if (output.json())
-    output.print(as_json(status));
-  else
-    output.print(Table{{{"directory"}, {status.directory.string()}},
-                       {{"device"}, {state_of(status), Style::Bold}},
-                       {{"service daemon"}, {running(status.serviced)}},
-                       {{"radio feed"}, {status.feed ? "on" : "off"}},
-                       {{"serial number"}, {status.serial}}});
+  if (output.json()) {
+    Json json = as_json(status);
+    json["agent"] = agent_json();
+    output.print(json);
+    return Success;
+  }
+  Table table{{{"directory"}, {status.directory.string()}},
+              {{"device"}, {state_of(status), Style::Bold}},
+              {{"service daemon"}, {running(status.serviced)}},
+              {{"radio feed"}, {status.feed ? "on" : "off"}},
+              {{"serial number"}, {status.serial}}};
+  std::ranges::move(agent_rows(), std::back_inserter(table));
+  output.print(table);
   return Success;
 }
 
-ExitStatus up(const Output &output, const device::UpOptions &options) {
+ExitStatus up(const Output &output, const Up &options) {
   device::up(options);
+  if (!options.acs.empty()) start_management_agent(output, options.acs);
   return show(output, device::status());
 }
 
@@ -103,10 +114,12 @@ ExitStatus list(const Output &output, const Place &place) {
 
 void add_device(Commands &commands) {
   Commands group = commands.group("device", "The virtual device itself");
-  auto [upping, options] = group.add<device::UpOptions>(
-      "up", "Create the device if need be, boot it, start its service daemon", up);
+  auto [upping, options] =
+      group.add<Up>("up", "Create the device if need be, boot it, start its service daemon", up);
   upping.add_option("--serial", options.serial, "The serial number of a device to be created")
       ->type_name("TEXT");
+  upping.add_option("--acs", options.acs, "Have the device managed by the server at this URL")
+      ->type_name("URL");
   group.add<Options>("down", "Stop the service daemon; the settings stay", act_and_show<device::down>);
   group.add<Options>("reboot", "Stop and boot the device", act_and_show<device::reboot>);
   group.add<Options>("reset", "Back to factory settings: all settings and the log are lost",

@@ -55,7 +55,7 @@ std::string description(const Json &record) {
   if (kind == "event") return field(record, "method") + " " + quoted(field(record, "event"));
   if (kind == "command") return command_line(record);
   if (kind == "syslog") return field(record, "tag") + ": " + field(record, "text");
-  if (kind == "device") return field(record, "what");
+  if (kind == "device" || kind == "cwmp") return field(record, "what");
   if (kind != "service") return record.contains("unreadable") ? field(record, "unreadable") : record.dump();
   std::string text = field(record, "request");
   if (text == "unknown") text += " " + field(record, "command");
@@ -147,7 +147,7 @@ struct Options {
   bool follow = false;
 };
 
-const std::vector<std::string> kinds = {"service", "event", "command", "syslog", "device"};
+const std::vector<std::string> kinds = {"service", "event", "command", "syslog", "device", "cwmp"};
 
 std::string utc(std::time_t time) {
   char text[32];

@@ -1,0 +1,17 @@
+// The management agent, for the commands that show and start it.
+#pragma once
+
+#include "kovactl/output.hpp"
+
+#include <string>
+
+namespace kova::ctl {
+
+// Stores the URL of the management server as a request of it would, and starts the agent. Throws with the reason of
+// a refusal.
+void start_management_agent(const Output &output, const std::string &url);
+// How it is; no rows for a device that never had one.
+Table agent_rows();
+Json agent_json();
+
+} // namespace kova::ctl
