@@ -7,8 +7,8 @@
 
 namespace kova::request {
 
-// What must be switched on before this path can be set ("the MAC filter is off: set ...Enable=1 first"); none when
-// nothing stands in the way. Asks the device.
+// What must be switched on before this path can be set ("the MAC filter is off: set ...Enable=1 first");
+// none when nothing stands in the way. Asks the device.
 std::optional<std::string> interlock_of(std::string_view path);
 
 } // namespace kova::request

@@ -3,7 +3,8 @@
 
 namespace kova::request {
 
-// Goes to standard error while this exists, for a program whose own standard output carries results and nothing else.
+// Goes to standard error while this exists, for a program whose own standard output carries results and
+// nothing else.
 class LibraryOutputAside {
 public:
   LibraryOutputAside();

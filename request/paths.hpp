@@ -23,8 +23,8 @@ struct Listed {
 // Whatever has a path that begins so, in order.
 std::vector<Listed> starting_with(std::string_view prefix);
 
-// What these paths, all of which begin with the same `typed` characters, may become: one level further, branches with
-// their ".". Rows are not counted up.
+// What these paths, all of which begin with the same `typed` characters, may become: one level further,
+// branches with their ".". Rows are not counted up.
 std::set<std::string> continuations(std::span<const Listed> catalogue, size_t typed);
 
 // The parameter or branch that was most likely meant by an unknown path, or "".

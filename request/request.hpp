@@ -1,6 +1,6 @@
-// What an agent does with one request, without a word about printing: reading parameters, setting them in the three
-// phases of the set transaction, adding and deleting rows of lists, and naming what there is. One thread; nothing of a
-// refused request reaches the next.
+// What an agent does with one request, without a word about printing: reading parameters, setting them in
+// the three phases of the set transaction, adding and deleting rows of lists, and naming what there is. One
+// thread; nothing of a refused request reaches the next.
 #pragma once
 
 #include "model/model.hpp"
@@ -24,8 +24,8 @@ struct Reading {
   std::vector<Fault> faults;
 };
 
-// Paths of parameters and of rows of lists, or of branches (they end in "."; "" is everything). Whatever can be read is
-// read.
+// Paths of parameters and of rows of lists, or of branches (they end in "."; "" is everything). Whatever can
+// be read is read.
 Reading get_values(std::span<const std::string> paths);
 
 struct Assignment {
@@ -46,7 +46,8 @@ struct Setting {
   bool applied = true;
 };
 
-// The last mentions, in the order given. A boolean may have any of its four spellings, whichever its accessor takes.
+// The last mentions, in the order given. A boolean may have any of its four spellings, whichever its
+// accessor takes.
 Setting set_values(std::span<const Assignment> request);
 
 // What came of an added or a deleted row.
@@ -55,8 +56,9 @@ struct RowChange {
   int instance = 0;
   std::optional<Fault> fault;
 };
-// "OBJECT.". With a value no row stays behind when it is refused; without one the row holds a placeholder.
-RowChange add_row(const std::string &object, const std::optional<std::string> &value = {});
+// "OBJECT.". The row holds a placeholder, or the value; when that is refused no row stays behind.
+RowChange add_row(const std::string &object);
+RowChange add_row(const std::string &object, const std::string &value);
 RowChange delete_row(const std::string &instance); // "OBJECT.N."
 
 struct Name {
@@ -67,8 +69,8 @@ struct Names {
   std::vector<Name> names; // in the order of their paths
   std::optional<Fault> fault;
 };
-// Of a branch: the branch itself and all below it, or with `next_level` what stands directly in it. Of a parameter: the
-// parameter, and with `next_level` a fault. "" is above everything.
+// Of a branch: the branch itself and all below it, or with `next_level` what stands directly in it. Of a
+// parameter: the parameter, and with `next_level` a fault. "" is above everything.
 Names get_names(const std::string &path, bool next_level);
 
 } // namespace kova::request

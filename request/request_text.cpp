@@ -76,8 +76,9 @@ struct CharacterIterator {
   bool operator!=(const CharacterIterator &other) const { return at != other.at; }
 };
 
-// {"PATH": "VALUE", ...} or [{"path": "PATH", "value": "VALUE"}, ...], also as the "parameters" of an answer. Read as it comes, so that numbers keep their
-// digits, repeated names their places, and errors have a line.
+// {"PATH": "VALUE", ...} or [{"path": "PATH", "value": "VALUE"}, ...], also as the "parameters" of an
+// answer. Read as it comes, so that numbers keep their digits, repeated names their places, and errors have
+// a line.
 class JsonRequest : public nlohmann::json_sax<Json> {
 public:
   explicit JsonRequest(Place &place) : place_(place) {}

@@ -53,7 +53,7 @@ constexpr const char *fixed_rows = "its rows cannot be changed";
 
 } // namespace
 
-RowChange add_row(const std::string &object, const std::optional<std::string> &value) {
+RowChange add_row(const std::string &object) {
   const model::RowList *list = model::find_list(object);
   if (!list) return {object, 0, no_list(object)};
   const std::vector<std::string> rows = list->rows();
@@ -64,7 +64,12 @@ RowChange add_row(const std::string &object, const std::optional<std::string> &v
     change.fault = {object, FaultCode::ResourcesExceeded, "there is no room for a further row"};
   else
     change.fault = changed(*list, object, [&] { return list->add.call(); });
-  if (!change.fault && value) change.fault = set_new_row(*list, change.instance, *value);
+  return change;
+}
+
+RowChange add_row(const std::string &object, const std::string &value) {
+  RowChange change = add_row(object);
+  if (!change.fault) change.fault = set_new_row(*model::find_list(object), change.instance, value);
   return change;
 }
 

@@ -27,8 +27,9 @@ std::optional<Fault> check_row(const model::RowName &row, const std::string &pat
   return std::nullopt;
 }
 
-// Most accessors of booleans take the digits, some the words, and some would store any text. One that refuses a value does
-// nothing, so that it may be asked again: with the spelling that it takes, which is then what the request holds.
+// Most accessors of booleans take the digits, some the words, and some would store any text. One that
+// refuses a value does nothing, so that it may be asked again: with the spelling that it takes, which is
+// then what the request holds.
 template <typename Accepts>
 bool accepted_in_a_spelling(model::Type type, std::string &value, Accepts accepts) {
   const auto other = type == model::Type::Boolean ? other_spelling(value) : std::nullopt;
@@ -127,7 +128,8 @@ void store_each(std::span<const Assignment> request, Setting &result) {
   }
 }
 
-// The parameter for which the device waits before it puts into force what was stored at this path; "" when it does not.
+// The parameter for which the device waits before it puts into force what was stored at this path; "" when
+// it does not.
 std::string apply_parameter(std::string_view path) {
   while (!path.empty()) {
     const size_t dot = path.substr(0, path.size() - 1).rfind('.');

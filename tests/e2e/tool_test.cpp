@@ -161,6 +161,12 @@ TEST_F(Tool, FindsNamesSuggestsAndExplains) {
   }
 }
 
+TEST_F(Tool, WritesATableOfAccessorsThatCompiles) {
+  const Result compiled = shell(command_line({"model", "--format", "c"}) +
+                                " | " C_COMPILER " -std=c11 -Wall -Wextra -Werror -fsyntax-only -x c -");
+  EXPECT_EQ(compiled.status, 0) << compiled.err;
+}
+
 TEST_F(Tool, TellsThatNoServiceHeard) {
   kill(json({"device", "up"})["serviced"], SIGKILL);
   const Result result = run({"set", "X_KOVA_LAN.DNSServer2=8.8.4.4"});

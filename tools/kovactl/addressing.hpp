@@ -1,4 +1,5 @@
-// Parameters as a person names them: by their whole path, by a tail of it that no other has, or with wildcards.
+// Parameters as a person names them: by their whole path, by a tail of it that no other has, or with
+// wildcards.
 #pragma once
 
 #include "kovactl/request.hpp"

@@ -1,5 +1,5 @@
-// How a command says what it is called, which options it has and what it does. Each command, or family of commands,
-// stands in a file of its own; commands.hpp lists them.
+// How a command says what it is called, which options it has and what it does. Each command, or family of
+// commands, stands in a file of its own; commands.hpp lists them.
 #pragma once
 
 #include "kovactl/output.hpp"

@@ -99,7 +99,8 @@ std::vector<Json> LogReader::own_records() {
   return found;
 }
 
-// The daemon takes its clients in the order in which they came: when it confirms this one, earlier ones are served.
+// The daemon takes its clients in the order in which they came: when it confirms this one, earlier ones are
+// served.
 void await_service() {
   MsgHandle handle{};
   if (msg_handleInit(channel::agent_type, &handle) != 0) return;
@@ -162,7 +163,8 @@ std::optional<std::time_t> ago(const std::string &text) {
   return std::time(nullptr) - std::stol(count) * units.at(text.back());
 }
 
-// "90s", "10m", "2h", "1d" ago; "12:30", "12:30:15" today; "2026-11-21" or "2026-11-21T12:30:15", in UTC with a "Z".
+// "90s", "10m", "2h", "1d" ago; "12:30", "12:30:15" today; "2026-11-21" or "2026-11-21T12:30:15", in UTC
+// with a "Z".
 std::string moment(const std::string &text) {
   if (const auto time = ago(text)) return utc(*time);
   std::time_t now = std::time(nullptr);

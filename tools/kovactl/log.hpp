@@ -27,8 +27,8 @@ private:
   ino_t inode_ = 0;
 };
 
-// Service requests are logged by the daemon, which may come to them a moment after they were sent. Returns when it has
-// dealt with all that this process sent, at once when there is no daemon.
+// Service requests are logged by the daemon, which may come to them a moment after they were sent. Returns
+// when it has dealt with all that this process sent, at once when there is no daemon.
 void await_service();
 
 Table as_table(const std::vector<Json> &records);

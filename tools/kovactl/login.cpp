@@ -72,7 +72,8 @@ struct Options {
   std::string account;
 };
 
-// Asks for the password, or takes the first line of standard input, and tells whether the web interface would take it.
+// Asks for the password, or takes the first line of standard input, and tells whether the web interface
+// would take it.
 ExitStatus log_in(const Output &output, const Options &options) {
   boot(output);
   const std::string &name = options.account;

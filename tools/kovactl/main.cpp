@@ -129,7 +129,8 @@ ExitStatus ask_for_command(const CommandLine &line) {
   return BadUsage;
 }
 
-// A file that is opened later must not get the number of a standard stream, and with it what is printed there.
+// A file that is opened later must not get the number of a standard stream, and with it what is printed
+// there.
 void occupy_standard_streams() {
   for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
     if (fcntl(stream, F_GETFD) < 0) open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY);

@@ -25,7 +25,8 @@ struct Format {
   std::string (*document)(); // nullptr: that of the device's values
 };
 constexpr Format formats[] = {
-    {"xml", "device type document", device_type_document},
+    {"devicetype", "device type document", device_type_document},
+    {"xml", "the same", device_type_document},
     {"csv", "with the device's values", nullptr},
     {"markdown", "reference page", markdown_page},
     {"c", "table of the accessors", accessor_table},

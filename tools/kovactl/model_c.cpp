@@ -9,10 +9,10 @@ std::string symbol(const model::Accessor<Shape> &accessor) {
   return accessor ? accessor.name : "0";
 }
 
-// Those that take indexes have a shape of their own.
+// Those that take indexes have shapes of their own.
 bool is_indexed(const model::Parameter &parameter) {
-  return parameter.get &&
-         std::string_view(parameter.get.name).find("WANConnection") != std::string_view::npos;
+  const std::string_view name = parameter.get ? parameter.get.name : "";
+  return name.find("WANConnection") != name.npos || name.find("GetWANDevice") != name.npos;
 }
 
 std::string row(const model::Parameter &parameter) {

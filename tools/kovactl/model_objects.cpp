@@ -56,7 +56,8 @@ void note(Drafts &drafts, const Listed &listed) {
     draft.owners[static_cast<size_t>(known - parameters.begin())].push_back(instance);
     return;
   }
-  parameters.push_back({name, listed.type, listed.access, listed.unit, std::string(listed.meaning)});
+  parameters.push_back(
+      {name, listed.type, listed.access, listed.unit, std::string(listed.meaning), model::find(listed.path)});
   draft.owners.push_back({instance});
 }
 

@@ -1,5 +1,5 @@
-// The data model by objects, as documents about it are ordered. The instances of an object are one here, their number
-// is "{i}".
+// The data model by objects, as documents about it are ordered. The instances of an object are one here,
+// their number is "{i}".
 #pragma once
 
 #include "model/model.hpp"
@@ -17,7 +17,8 @@ struct ModelParameter {
   model::Type type;
   model::Access access;
   std::string_view unit;
-  std::string meaning; // tells which instances have it, when not all do
+  std::string meaning;                         // tells which instances have it, when not all do
+  const model::Parameter *parameter = nullptr; // of the first of them; none for a list's rows
 };
 
 struct ModelObject {

@@ -1,5 +1,6 @@
 #include "kovactl/model_documents.hpp"
 #include "kovactl/model_objects.hpp"
+#include "request/allowed.hpp"
 
 #include <openssl/evp.h>
 #include <pugixml.hpp>
@@ -11,6 +12,9 @@
 
 namespace kova::ctl {
 namespace {
+
+using request::allowed_values;
+using request::AllowedValues;
 
 constexpr const char *root_model = "InternetGatewayDevice:1.14";
 constexpr const char *schema = "urn:broadband-forum-org:cwmp:devicetype-1-5";
@@ -75,7 +79,29 @@ void add_imports(pugi::xml_node document) {
   set(add(root, "model"), "name", root_model);
 }
 
-void add_syntax(pugi::xml_node parameter, model::Type type) {
+template <typename Bounds>
+void add_bounds(pugi::xml_node type, const char *facet, const char *least, const char *most,
+                const Bounds &bounds) {
+  const pugi::xml_node node = add(type, facet);
+  set(node, least, std::to_string(bounds.first));
+  set(node, most, std::to_string(bounds.second));
+}
+
+// What of the allowed values the type has facets for; the words of a number stand in its annotation.
+void add_facets(pugi::xml_node node, model::Type type, const AllowedValues &allowed) {
+  if ((type == model::Type::Int || type == model::Type::UnsignedInt) && allowed.range)
+    add_bounds(node, "range", "minInclusive", "maxInclusive", *allowed.range);
+  if (type != model::Type::String) return;
+  if (allowed.length) add_bounds(node, "size", "minLength", "maxLength", *allowed.length);
+  for (const auto &[word, meaning] : allowed.words) {
+    const pugi::xml_node value = add(node, "enumeration");
+    set(value, "value", word);
+    if (!meaning.empty()) annotate(value, meaning);
+  }
+  if (allowed.words.empty() && !allowed.pattern.empty()) set(add(node, "pattern"), "value", allowed.pattern);
+}
+
+void add_syntax(pugi::xml_node parameter, model::Type type, const AllowedValues &allowed) {
   const pugi::xml_node syntax = add(parameter, "syntax");
   if (type == model::Type::List) {
     add(syntax, "list");
@@ -83,16 +109,18 @@ void add_syntax(pugi::xml_node parameter, model::Type type) {
   } else if (is_named(type))
     set(add(syntax, "dataType"), "ref", std::string(name(type)));
   else
-    add(syntax, std::string(name(type)).c_str());
+    add_facets(add(syntax, std::string(name(type)).c_str()), type, allowed);
 }
 
 void add_parameter(pugi::xml_node parent, const ModelParameter &parameter) {
   const pugi::xml_node node = add(parent, "parameter");
   set(node, "ref", std::string(parameter.name));
   set(node, "access", std::string(name(parameter.access)));
-  annotate(node,
-           parameter.meaning + (parameter.unit.empty() ? "" : ". Unit: " + std::string(parameter.unit)));
-  add_syntax(node, parameter.type);
+  const AllowedValues allowed = parameter.parameter ? allowed_values(*parameter.parameter) : AllowedValues();
+  annotate(node, parameter.meaning +
+                     (parameter.unit.empty() ? "" : ". Unit: " + std::string(parameter.unit)) +
+                     (allowed.text.empty() ? "" : ". Takes " + allowed.text));
+  add_syntax(node, parameter.type, allowed);
 }
 
 void add_object(pugi::xml_node parent, const ModelObject &object) {

@@ -37,8 +37,9 @@ ExitStatus change_row(const Output &output, const Options &options, Kind kind, C
 }
 
 ExitStatus add(const Output &output, const Options &options) {
-  return change_row(output, options, Kind::list,
-                    [&](const std::string &object) { return add_row(object, options.value); });
+  return change_row(output, options, Kind::list, [&](const std::string &object) {
+    return options.value ? add_row(object, *options.value) : add_row(object);
+  });
 }
 
 ExitStatus remove(const Output &output, const Options &options) {
