@@ -44,7 +44,7 @@ std::vector<RunningAgent> running_agents() {
 
 void start(const std::vector<RunningAgent> &agents) {
   for (const RunningAgent &agent : agents)
-    device::start(agent.daemon, agent.arguments);
+    device::start_with(agent.daemon, agent.arguments);
 }
 
 void boot_again() {
@@ -60,8 +60,7 @@ void reset_to_factory() {
   for (const RunningAgent &agent : agents)
     device::stop(agent.daemon);
   backup_restore_settings(back_up);
-  device::reset();
-  backup_restore_settings(restore);
+  device::reset([] { backup_restore_settings(restore); });
   start(agents);
 }
 

@@ -9,6 +9,7 @@
 #include <benchmark/benchmark.h>
 #include <kova/diagnostics.h>
 #include <kova/lan.h>
+#include <kova/network.h>
 #include <kova/transaction.h>
 #include <kova/voice.h>
 #include <kova/wan.h>

@@ -19,7 +19,6 @@
 
 #include <algorithm>
 #include <ctime>
-#include <map>
 #include <ranges>
 #include <set>
 #include <span>
@@ -155,7 +154,6 @@ void boot(const Lock &lock) {
   start_daemon(service_daemon, {}, lock);
   write_file(booted_mark(), host_boot());
   log_change("booted");
-  start_others(lock);
 }
 
 void stop() {
@@ -189,21 +187,28 @@ void settle_feed() {
     ask_service(switch_feed, feed_wanted() ? "on" : "off", patience);
 }
 
-enum class DeadDaemon { stays, is_started };
+void settle_service(const Lock &lock) {
+  if (daemon_pid(service_daemon)) return settle_feed();
+  start_daemon(service_daemon, {}, lock);
+  log_change("daemon restarted");
+}
 
-void bring_up(const UpOptions &options, DeadDaemon dead) {
+enum class Daemons { as_they_are, service_only, all };
+
+void bring_up(const UpOptions &options, Daemons wanted) {
   if (options.serial) identity_of(*options.serial); // ahead of all that changes something
   make_own_directories();
   const Lock lock = state_lock();
   settle_serial(options.serial);
   if (!is_created()) create();
-  if (!is_booted()) return boot(lock);
-  if (!programs_are_ours()) lay_out_programs();
-  if (dead == DeadDaemon::stays) return;
-  start_others(lock);
-  if (daemon_pid(service_daemon)) return settle_feed();
-  start_daemon(service_daemon, {}, lock);
-  log_change("daemon restarted");
+  if (!is_booted()) {
+    boot(lock);
+  } else {
+    if (!programs_are_ours()) lay_out_programs();
+    if (wanted == Daemons::as_they_are) return;
+    settle_service(lock);
+  }
+  if (wanted != Daemons::service_only) start_others(lock);
 }
 
 } // namespace
@@ -228,14 +233,14 @@ Status status() {
 }
 
 void up(const UpOptions &options) {
-  bring_up(options, DeadDaemon::is_started);
+  bring_up(options, Daemons::all);
 }
 void up() {
   up({});
 }
 
 void ensure_booted() {
-  if (!is_device() || !is_booted() || !programs_are_ours()) bring_up({}, DeadDaemon::stays);
+  if (!is_device() || !is_booted() || !programs_are_ours()) bring_up({}, Daemons::as_they_are);
 }
 
 void down() {
@@ -250,6 +255,10 @@ void reboot() {
 }
 
 void reset() {
+  reset([] {});
+}
+
+void reset(const std::function<void()> &restore) {
   make_own_directories();
   {
     const Lock lock = state_lock();
@@ -258,6 +267,8 @@ void reset() {
     remove_tree(earlier_log_file());
     write_file(log_file(), "");
   }
+  bring_up({}, Daemons::service_only);
+  restore();
   up();
 }
 
@@ -271,7 +282,11 @@ void remove() {
   host::release_device_dir();
 }
 
-void start(const Daemon &daemon, const std::vector<std::string> &arguments) {
+void start(const Daemon &daemon) {
+  start_with(daemon, words_of(text_of(arguments_of(daemon))));
+}
+
+void start_with(const Daemon &daemon, const std::vector<std::string> &arguments) {
   ensure_booted();
   const Lock lock = state_lock();
   if (daemon_pid(daemon)) return;

@@ -21,6 +21,7 @@
 
 #include <chrono>
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -55,12 +56,15 @@ void down();
 void reboot();
 // down(), back to factory settings, log emptied, up(). The device stays who it is.
 void reset();
+// The same; `restore` puts settings back before any daemon but the service daemon starts.
+void reset(const std::function<void()> &restore);
 // down(), then what the device laid out goes, and the directory with it when nothing else is in it.
 void remove();
 
 // A daemon of device/daemons.hpp, on a device that is booted when it is not; nothing to do when it runs. From
 // then on each boot starts it too, until it is stopped.
-void start(const Daemon &daemon, const std::vector<std::string> &arguments = {});
+void start(const Daemon &daemon);
+void start_with(const Daemon &daemon, const std::vector<std::string> &arguments);
 void stop(const Daemon &daemon);
 
 // Requests of several tools come one after the other, as those of one agent do: a reading sees one state,

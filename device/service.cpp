@@ -90,7 +90,10 @@ void start_daemon(const Daemon &daemon, const std::vector<std::string> &argument
   if (const int error = start_program(process, started); error != 0) fail("cannot start " + program, error);
   answer.writing.close();
   const std::string line = first_line(answer.reading);
-  if (line.empty()) stop_daemon(daemon);
+  if (line.empty()) { // it hangs, or has died
+    kill(process, SIGKILL);
+    stop_daemon(daemon);
+  }
   await_end(process); // the daemon is its child, which nobody here has to wait for
   if (line != "ready")
     throw std::runtime_error(std::string(daemon.what) +

@@ -103,12 +103,9 @@ constexpr None operation(const char *, None none) {
   KOVA_OPERATIONS(add_row, set_row, get_row, delete_row), .reason = reason_of
 
 // ---- What a family says for itself
-#define STATE(getter, setter, checker, key, group, slot)            KOVA_JUDGED(getter, setter, checker, requested)
-#define INPUT(getter, setter, checker, key, group, slot, condition) KOVA_JUDGED(getter, setter, checker, condition)
 #define NAMED(getter, setter, checker, key, group, slot, condition) KOVA_JUDGED(getter, setter, checker, condition)
 #define LONE(getter, setter, checker, key, condition)               KOVA_JUDGED(getter, setter, checker, condition)
 #define STATISTIC(getter, key, what)                                KOVA_READ(getter)
 #define JUDGE(setter, may_be)                                       .settable = true, .set = KOVA_ACCESSOR(setter), .allowed = may_be
-#define CIPHER(getter, setter, key, cipher_key)           KOVA_WRITE(getter, setter, security_modes)
 #define INDEXED(getter, how, what)                        KOVA_READ(getter)
 // clang-format on

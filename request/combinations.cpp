@@ -56,7 +56,7 @@ std::string broken_bearers(const Values &values) {
   for (int i = 0; i < 8; ++i) {
     const std::string profile = apn + std::to_string(i + 1) + ".";
     const auto number = [&](const char *name) { return std::atoi(values[profile + name].c_str()); };
-    profiles[i].enable = values[profile + "Enable"] == "true" ? 1 : number("Enable");
+    profiles[i].enable = number("Enable");
     profiles[i].apply_to = number("ApplyTo");
     profiles[i].bridge_vid = number("BridgeVID");
   }

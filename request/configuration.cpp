@@ -13,12 +13,6 @@ bool is_secret(const std::string &path) {
   return std::regex_match(path, secret);
 }
 
-// What is no setting though it can be set: it starts something, or reads as nothing.
-bool acts(const std::string &path) {
-  return path.ends_with(".DiagnosticsState") || path.ends_with("Apply") ||
-         path.ends_with(".X_KOVA_HostCheck") || path.ends_with(".X_KOVA_InterfaceCheck");
-}
-
 bool is_setting(const Value &value) {
   const model::Parameter *parameter = model::find(value.path);
   if (!parameter) return true; // a row
@@ -30,6 +24,11 @@ bool is_blank(const std::string &text) {
 }
 
 } // namespace
+
+bool acts(const std::string &path) {
+  return path.ends_with(".DiagnosticsState") || path.ends_with("Apply") ||
+         path.ends_with(".X_KOVA_HostCheck") || path.ends_with(".X_KOVA_InterfaceCheck");
+}
 
 Configuration get_configuration(const std::string &prefix) {
   const std::string everything;

@@ -8,6 +8,9 @@
 
 namespace kova::request {
 
+// Whether a parameter that can be set is no setting: it starts something, or reads as nothing.
+bool acts(const std::string &path);
+
 struct Configuration {
   std::vector<Assignment> values; // those of rows come last, as a row needs its list's switches
   std::vector<Fault> left_out;    // what the device would not take back as it is now

@@ -27,15 +27,19 @@ std::optional<Fault> check_row(const model::RowName &row, const std::string &pat
   return std::nullopt;
 }
 
-// Most accessors of booleans take two of the four spellings. One that refuses a value does nothing, so that it may be
-// asked again: with the spelling that it takes, which is then what the request holds.
+// Most accessors of booleans take the digits, some the words, and some would store any text. One that refuses a value does
+// nothing, so that it may be asked again: with the spelling that it takes, which is then what the request holds.
 template <typename Accepts>
 bool accepted_in_a_spelling(model::Type type, std::string &value, Accepts accepts) {
-  if (accepts(value)) return true;
   const auto other = type == model::Type::Boolean ? other_spelling(value) : std::nullopt;
-  if (!other || !accepts(*other)) return false;
-  value = *other;
-  return true;
+  if (!other) return accepts(value);
+  const bool is_digit = value.size() == 1;
+  for (const std::string &spelling : {is_digit ? value : *other, is_digit ? *other : value})
+    if (accepts(spelling)) {
+      value = spelling;
+      return true;
+    }
+  return false;
 }
 
 std::optional<Fault> check(const model::Parameter &parameter, Assignment &assignment) {

@@ -11,7 +11,6 @@
 #include "src/frame/channel.hpp"
 
 #include <nlohmann/json.hpp>
-#include <sys/resource.h>
 
 #include <cstdio>
 #include <string>

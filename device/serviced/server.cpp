@@ -113,22 +113,22 @@ void Server::end(Connection &connection) {
 void Server::take_what_is_there(Connection &connection) {
   const ssize_t count = recv(descriptor_of(connection.pipe), bytes_.data(), bytes_.size(), MSG_DONTWAIT);
   if (count > 0) take_bytes(connection, {bytes_.data(), static_cast<std::size_t>(count)});
+  if (count == 0) end(connection);
 }
 
-// Drops one connection, and loses no request that had come by then.
+// Those who have gone make room first, and no request is lost that has come by then.
 bool Server::make_room() {
-  while (is_full()) {
-    const auto silent = std::ranges::min_element(connections_, {}, &Connection::last_heard);
-    const bool anyone_silent = now() - silent->last_heard >= limits_.silence;
-    Connection &dropped = anyone_silent ? *silent : connections_.front(); // the oldest
-    if (!anyone_silent && now() - dropped.accepted < limits_.turn) return false;
-    const auto last_heard = dropped.last_heard;
-    take_what_is_there(dropped);
-    if (dropped.open && anyone_silent && dropped.last_heard != last_heard) continue; // it has just spoken
-    dropped.open = false;
-    forget_ended();
-  }
-  return true;
+  for (Connection &connection : connections_)
+    take_what_is_there(connection);
+  forget_ended();
+  if (!is_full()) return true;
+  const auto silent = std::ranges::min_element(connections_, {}, &Connection::last_heard),
+             oldest = connections_.begin();
+  if (now() - silent->last_heard >= limits_.silence)
+    connections_.erase(silent);
+  else if (now() - oldest->accepted >= limits_.turn)
+    connections_.erase(oldest);
+  return !is_full();
 }
 
 void Server::look_after() {

@@ -102,7 +102,7 @@ RuleDescription Number::describe() const {
   description.words = listed(special);
   std::string meanings;
   for (const auto &[word, meaning] : description.words)
-    meanings += (meanings.empty() ? " (" : ", ") + word + ": " + meaning;
+    meanings.append(meanings.empty() ? " (" : ", ").append(word).append(": ").append(meaning);
   if (!meanings.empty()) description.text += meanings + ")";
   if (empty == accepted) description.text += ", or nothing";
   return description;

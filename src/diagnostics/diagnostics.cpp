@@ -15,9 +15,20 @@ namespace kova::diagnostics {
 
 namespace {
 
-int answer_state(Key key, char *buf, unsigned int buflen) {
-  const Text state = load(key);
+// A state's key stands in its row without a section: it is told by a word before the first test.
+int tell(OwnKey state_key, char *buf, unsigned int buflen) {
+  const Text state = load(runtime(state_key));
   return answer(state.empty() ? "None" : state, buf, buflen);
+}
+int tell(Key key, char *buf, unsigned int buflen) {
+  return answer_stored(key, buf, buflen);
+}
+
+int keep(OwnKey state_key, const char *value, const Condition &) {
+  return set_as_given(runtime(state_key), value);
+}
+int keep(Key key, const char *value, const Condition &) {
+  return set_as_given(key, value);
 }
 
 int answer_statistic(OwnKey key, EchoStatistic statistic, char *buf, unsigned int buflen) {
@@ -34,12 +45,12 @@ int judge(const char *value, bool (*holds)(const char *)) {
   return -1;
 }
 
-int check(const char *name, const char *value, bool (*holds)(const char *), Place place) {
-  return judge(value, holds) == 0 ? park(place, name, value) : -1;
+int check(const char *name, const char *value, const Condition &condition, Place place) {
+  return judge(value, condition.holds) == 0 ? park(place, name, value) : -1;
 }
 
-int check_named(const char *name, const char *value, bool (*holds)(const char *), Place place) {
-  return name == nullptr ? -1 : check(name, value, holds, place);
+int check_named(const char *name, const char *value, const Condition &condition, Place place) {
+  return name == nullptr ? -1 : check(name, value, condition, place);
 }
 
 // Answers the judgement alone, of what an agent asks before it sets it.
@@ -57,17 +68,10 @@ int answer_judgement(const char *value, const Condition &condition) {
 using namespace kova;
 using namespace kova::diagnostics;
 
-// Inputs of a test: its state, what its tool is told (the last form wants the parameter's name), what is only kept.
-#define STATE(getter, setter, checker, key, group, slot)                                                     \
-  COMPUTED(getter, answer_state, runtime(key))                                                               \
-  KOVA_SET(setter, set_as_given(runtime(key), value))                                                        \
-  KOVA_CHECK(checker, check(name, value, requested.holds, {gPVCL.group, gPVCL.slot}))
-#define INPUT(getter, setter, checker, key, group, slot, condition)                                          \
-  RESULT(getter, setter, runtime(key))                                                                       \
-  KOVA_CHECK(checker, check(name, value, (condition).holds, {gPVCL.group, gPVCL.slot}))
+// An input whose checker wants the parameter's name, and one that is only kept: its tool is not told.
 #define NAMED(getter, setter, checker, key, group, slot, condition)                                          \
   RESULT(getter, setter, runtime(key))                                                                       \
-  KOVA_CHECK(checker, check_named(name, value, (condition).holds, {gPVCL.group, gPVCL.slot}))
+  KOVA_CHECK(checker, check_named(name, value, condition, {gPVCL.group, gPVCL.slot}))
 #define LONE(getter, setter, checker, key, condition)                                                        \
   RESULT(getter, setter, key) KOVA_CHECK(checker, judge(value, (condition).holds))
 // What the echo server counts.

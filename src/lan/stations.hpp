@@ -6,12 +6,11 @@ namespace kova::wifi {
 struct StationFile {
   const char *copy_command, *copy;
 };
-#define STATION_FILE(driver, name)                                                                           \
-  { "cp /proc/" driver "/sta_info /tmp/tr069_" name "_sta_info", "/tmp/tr069_" name "_sta_info" }
 inline constexpr StationFile station_files[] = {
-    STATION_FILE("wlan0", "wlan0"), STATION_FILE("wlan0-va0", "wlan0_va0"),
-    STATION_FILE("wlan0-va1", "wlan0_va1"), STATION_FILE("wlan0-va2", "wlan0_va2")};
-#undef STATION_FILE
+    {"cp /proc/wlan0/sta_info /tmp/tr069_wlan0_sta_info", "/tmp/tr069_wlan0_sta_info"},
+    {"cp /proc/wlan0-va0/sta_info /tmp/tr069_wlan0_va0_sta_info", "/tmp/tr069_wlan0_va0_sta_info"},
+    {"cp /proc/wlan0-va1/sta_info /tmp/tr069_wlan0_va1_sta_info", "/tmp/tr069_wlan0_va1_sta_info"},
+    {"cp /proc/wlan0-va2/sta_info /tmp/tr069_wlan0_va2_sta_info", "/tmp/tr069_wlan0_va2_sta_info"}};
 
 // The stations of a network as a list. Without a station file the caller's buffer is as it was.
 int answer_stations(const StationFile &file, char *buf, unsigned int buflen);

@@ -40,8 +40,17 @@ int check(const char *name, const char *value, bool (*holds)(const char *), Rule
   return park(place, name, value);
 }
 
-// The mode as the data model names it goes with one cipher.
-int set_cipher(const char *mode_key, const char *cipher_key, const char *value) {
+// The security mode, as the data model names it, goes with one cipher.
+struct Security {
+  const char *mode_key, *cipher_key;
+};
+constexpr Security security(const char *mode_key, const char *cipher_key) {
+  return {mode_key, cipher_key};
+}
+int tell(Security security, char *buf, unsigned int buflen) {
+  return answer_stored(security.mode_key, buf, buflen);
+}
+int set_security(Security security, const char *value, const Condition &) {
   static constexpr struct {
     char mode[8], cipher[10];
   } known[] = {{"OPEN", "UNDEFINED"}, {"WPA", "TKIP"}, {"WPA2", "AES"}, {"WPAWPA2", "AESTKIP"}};
@@ -49,8 +58,8 @@ int set_cipher(const char *mode_key, const char *cipher_key, const char *value) 
   std::strncpy(mode, text_or_empty(value), sizeof mode - 1);
   for (const auto &[name, cipher] : known) {
     if (!equal(mode, name)) continue;
-    store(mode_key, mode);
-    return store_and_restart(cipher_key, cipher);
+    store(security.mode_key, mode);
+    return store_and_restart(security.cipher_key, cipher);
   }
   dbg_trace("[TR069]set WiFi Error, authmode(%s) value error\n", mode);
   return -1;
@@ -63,7 +72,4 @@ int set_cipher(const char *mode_key, const char *cipher_key, const char *value) 
 using namespace kova;
 using namespace kova::wifi;
 
-// A security mode, and the cipher that goes with it.
-#define CIPHER(getter, setter, key, cipher_key)                                                              \
-  STORED(getter, key) KOVA_SET(setter, set_cipher(key, cipher_key, value))
 #include "src/lan/wifi.def"

@@ -2,6 +2,7 @@
 #include "booted_device.hpp"
 #include "device/factory.hpp"
 #include "device/log.hpp"
+#include "device/service.hpp"
 #include "platform/host/nvram_admin.hpp"
 #include "platform/host/tree_admin.hpp"
 
@@ -309,6 +310,30 @@ TEST(Device, ADaemonThatHangsHoldsUpNobody) {
   const device::Turn reading(device::Turn::Kind::reading);
   EXPECT_TRUE(device.run(device::reboot));
   EXPECT_NE(status().serviced.value_or(daemon), daemon);
+}
+
+TEST(Device, ADaemonThatWasStartedRunsOverBootsUntilItIsStopped) {
+  const BootedDevice device;
+  const device::Daemon &agent = device::management_agents[0];
+  device.bring_up();
+  EXPECT_TRUE(device.run([&] {
+    store(0, "TR_ACS_URL", "http://127.0.0.1:1/");
+    device::start_with(agent, {});
+    const auto first = device::daemon_pid(agent);
+    ASSERT_TRUE(first);
+    device::start(agent);
+    EXPECT_EQ(device::daemon_pid(agent), first);
+    device::reboot();
+    EXPECT_TRUE(device::daemon_pid(agent) && device::daemon_pid(agent) != first);
+    device::reset([&] {
+      EXPECT_FALSE(device::daemon_pid(agent)) << "its settings are not back yet";
+      store(0, "TR_ACS_URL", "http://127.0.0.1:1/");
+    });
+    EXPECT_TRUE(device::daemon_pid(agent));
+    device::stop(agent);
+    device::reboot();
+    EXPECT_FALSE(device::daemon_pid(agent));
+  }));
 }
 
 TEST(Device, TheLogIsBounded) {

@@ -2,8 +2,6 @@
 #include "kovactl.hpp"
 
 #include <algorithm>
-#include <regex>
-#include <set>
 
 namespace kova::e2e {
 namespace {
@@ -73,24 +71,28 @@ TEST_F(RequestFile, IsRefusedWithItsLine) {
   EXPECT_FALSE(std::filesystem::exists(device())) << "nothing was done";
 }
 
-// All that can be set, as the device shows it, and the tests on top: in one request. So its factory settings keep its
-// own rules.
+// What one device exports another takes, with the rows of its lists, and then exports the same: in one request, on top
+// of which the tests run.
 TEST_F(RequestFile, CarriesTheWholeDevice) {
-  // Not what would only be refused: what waits for a switch or a mode, and what shows no value.
-  const std::regex closed(R"(.*\.(\w+Diagnostics\.DiagnosticsState|X_KOVA_OperMode\.\w+|X_KOVA_PCSCF\w+|)"
-                          R"((IPv6|MAC|URL)Filter\.(Mode|LogEnable)|X_KOVA_SNMP\.UserName))");
-  std::set<std::string> writable;
-  for (const Json &listed : json({"list", "--writable"}))
-    writable.insert(listed["path"]);
-  const Json all = json({"get", ""});
-  Json request;
-  for (const Json &shown : all["parameters"]) {
-    const std::string path = shown["path"], text = shown["value"];
-    if (writable.contains(path) && text.find_first_not_of(' ') != std::string::npos &&
-        !std::regex_match(path, closed))
-      request.push_back(shown);
-  }
+  const std::string routes = "InternetGatewayDevice.Layer3Forwarding.X_KOVA_Route.";
+  json({"add", routes, "192.168.1.2,10.1.0.0,255.255.0.0,0"});
+  json({"set", ping + "DSCP=7", "InternetGatewayDevice.UserInterface.X_KOVA_UserPassword=Corr3ct horse"});
+  Json request = json({"export"});
+  const std::string lines = run({"export"}).out, other = (directory() / "other").string();
   EXPECT_GT(request.size(), 180U);
+  EXPECT_EQ(lines.find("Password"), std::string::npos);
+  EXPECT_NE(lines.find("# left out: "), std::string::npos);
+  const auto on_other = [&](Words words) {
+    words.insert(words.begin(), {"--device", other});
+    return run(words);
+  };
+  EXPECT_EQ(on_other({"set", "--file", file("lines", lines)}).status, 0);
+  EXPECT_EQ(on_other({"export"}).out, lines);
+  EXPECT_NE(on_other({"get", "-v", "DeviceInfo.SerialNumber"}).out,
+            run({"get", "-v", "DeviceInfo.SerialNumber"}).out);
+  on_other({"device", "remove"});
+  EXPECT_FALSE(std::filesystem::exists(other));
+
   for (const char *test : {"download", "upload", "ping", "traceroute"})
     replace_program(std::string("root/bin/") + test + "_diag", "exit 0");
   for (const char *object : {"Download", "Upload", "IPPing", "TraceRoute"})
@@ -105,6 +107,9 @@ TEST_F(RequestFile, CarriesTheWholeDevice) {
                                  [](const Json &record) { return record.value("request", ""); }),
               1)
         << launch << " in " << answer["log"];
+  const std::string all = file("all", json({"get", "InternetGatewayDevice.Time."}).dump());
+  json({"set", "--file", all}, 1);
+  json({"set", "--skip-read-only", "--file", all});
 }
 
 } // namespace

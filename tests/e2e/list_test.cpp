@@ -117,8 +117,9 @@ TEST_F(List, IsListedAndCompleted) {
   ASSERT_EQ(listed.size(), 1U);
   EXPECT_EQ(listed[0]["path"], black + "{i}.Rule");
   EXPECT_EQ(listed[0]["access"], "readWrite");
-  EXPECT_EQ(json({"list", "--paths", "--lists", mac_filter}), (Json{black, white}));
-  EXPECT_EQ(json({"list", "--paths", black}), Json::array());
+  EXPECT_EQ(run({"complete", "--", "add", mac_filter}).out, black + "\n" + white + "\n");
+  json({"add", black});
+  EXPECT_EQ(run({"complete", "--", "delete", black}).out, black + "1.\n");
 }
 
 } // namespace

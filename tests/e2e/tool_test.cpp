@@ -2,6 +2,7 @@
 #include "kovactl.hpp"
 
 #include <algorithm>
+#include <csignal>
 
 namespace kova::e2e {
 namespace {
@@ -11,7 +12,7 @@ const std::string address = "InternetGatewayDevice.LANDevice.1.X_KOVA_LAN.IPAddr
 using Tool = Kovactl;
 
 TEST_F(Tool, CreatesTheDeviceOnFirstUseAndKeepsItsSettingsUntilReset) {
-  EXPECT_EQ(json({"device", "status"})["created"], false);
+  EXPECT_EQ(json({"device", "status"}, 3)["created"], false);
   EXPECT_FALSE(std::filesystem::exists(device())) << "looking at it must not create it";
   const Result first = run({"get", address});
   EXPECT_EQ(first.status, 0);
@@ -92,6 +93,79 @@ TEST_F(Tool, AnswersInJsonWhateverHappens) {
   json({"model", "--format", "xml"}, 2); // a document is no answer in JSON
   json({"nvram", "set", "-s", "9", "key=not \xff UTF-8"});
   json({"nvram", "list", "-s", "9"});
+}
+
+// What a person types, and a part of what answers it.
+TEST_F(Tool, FindsNamesSuggestsAndExplains) {
+  run({"device", "up", "--serial", "AB-12"});
+  json({"nvram", "set", "MACFilterEnable=1", "MACFilterMode=0", "MACFilterRules="});
+  const std::string filter = "InternetGatewayDevice.X_KOVA_Firewall.MACFilter.";
+  const struct {
+    std::string words;
+    int status;
+    std::string answer;
+  } cases[] = {
+      {"get -v DeviceInfo.SerialNumber", 0, "AB-12\n"},
+      {"device list", 0, "up      AB-12\n"},
+      {"find LEASE dhcp", 0, "X_KOVA_LAN.DHCPLeaseTime "},
+      {"find nothing like this", 1, "no parameter has that"},
+      {"get -v '*.SSID' X_KOVA_LAN.IPAddress", 0, "kova-3\n192.168.1.1\n"},
+      {"get SSID", 1, "9005  Invalid parameter name  SSID  it could be "},
+      {"get '*.NoSuchName'", 1, "nothing matches it"},
+      {"list InternetGatewayDevice.LANDevice.1.WLANConfiguration.1.Ch", 0, "a number from 0 to 13"},
+      {"gte", 2, "there is no command \"gte\"; did you mean \"get\"?"},
+      {"get --vlaues x", 2, "did you mean \"--values\"?"},
+      {"help device up", 0, "--serial TEXT"},
+      {"help devise", 2, "did you mean \"device\"?"},
+      {"-V", 0, "kovactl "},
+      {"--color always get X_KOVA_LAN.IPAddress", 0, "\033["},
+      {"watch --times 1 X_KOVA_LAN.IPAddress", 0, "IPAddress  192.168.1.1\n"},
+      {"log --kind device --since 1h", 0, "booted"},
+      {"log --kind event --since 2000-01-01", 0, ""},
+      {"log --since yesterday", 2, "is no time"},
+      // Reasons: of a type, a rule, a combination, a switch, a mode, a row, a password.
+      {"set MACFilter.Enable=maybe", 1, "9006  Invalid parameter type"},
+      {"set X_KOVA_LAN.DHCPLeaseTime=5", 1, "it takes a number of seconds from 300 to 172800"},
+      {"set X_KOVA_LAN.IPAddress=192.168.9.1", 1, "192.168.1.200 is not in the network of 192.168.9.1"},
+      {"set URLFilter.Mode=1", 1, "URLFilter.Enable=1 first"},
+      {"add MACFilter.White. 00:11:22:33:44:55", 1, "MACFilter.Mode=1 first"},
+      {"add MACFilter.Black. 00:11", 1, "it takes a MAC address"},
+      {"get -v MACFilter.Black.", 0, ""},
+      {"add MACFilter.Black. 00:11:22:33:44:55", 0, filter + "Black.1.\n"},
+      {"list " + filter + "Black.1", 0, "Black.1.Rule "},
+      {"delete MACFilter.Black.1.", 0, filter + "Black.1.\n"},
+      {"set X_KOVA_UserPassword=Abcdefg1", 1, "it takes at least one symbol\n"},
+      {"set X_KOVA_APN.1.Enable=0", 1, "one of the profiles 1 to 7 must be enabled for data"},
+      // The four spellings, of an accessor that takes the digits and of one that takes the words.
+      {"set MACFilter.LogEnable=true", 0, "LogEnable  1\n"},
+      {"set X_KOVA_DMZEnable=0", 0, "X_KOVA_DMZEnable  false\n"},
+      {"set X_KOVA_APN.1.Enable=true", 0, "X_KOVA_APN.1.Enable  1\n"},
+      {"set --dry-run X_KOVA_LAN.DNSServer2=9.9.9.9", 0, "would be accepted"},
+      {"set --dry-run X_KOVA_LAN.DHCPLeaseTime=5", 1, "it takes a number"},
+      {"get X_KOVA_LAN.DNSServer2", 0, "DNSServer2\n"},
+      {"complete -- set InternetGatewayDevice.X_KOVA_Firewall.MACFilter.Enable = ", 0, "Enable=1\n"},
+      {"complete -- nvram get lan_i", 0, "lan_ip\n"},
+      {"complete -- tree get /tarn/cm", 0, "/tarn/cm_config/\n"},
+      {"complete -- --device /nowhere de", 0, "delete\ndevice\n"},
+      {"completion zsh", 0, "#compdef kovactl"},
+      {"device down", 0, "down"},
+      {"device status", 3, "not running"},
+  };
+  for (const auto &[words, status, answer] : cases) {
+    const Result result = shell("'" KOVACTL_PATH "' " + words + " 2>&1");
+    EXPECT_EQ(result.status, status) << words << "\n" << result.out;
+    EXPECT_NE(result.out.find(answer), std::string::npos) << words << "\n" << result.out;
+    if (answer.empty()) {
+      EXPECT_EQ(result.out, "");
+    }
+  }
+}
+
+TEST_F(Tool, TellsThatNoServiceHeard) {
+  kill(json({"device", "up"})["serviced"], SIGKILL);
+  const Result result = run({"set", "X_KOVA_LAN.DNSServer2=8.8.4.4"});
+  EXPECT_EQ(result.status, 0);
+  EXPECT_NE(result.err.find("the service daemon is not running"), std::string::npos) << result.err;
 }
 
 TEST_F(Tool, HelpsWithPathsThatAreNearlyRight) {

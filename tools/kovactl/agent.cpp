@@ -20,7 +20,8 @@ void boot(const Output &output) {
 
 void start_agent(const Output &output) {
   boot(output);
-  in_turn([] { return init_parameters(); });
+  // What it puts right may be put right at any time: a reading does not wait for the daemon.
+  in_turn([] { return init_parameters(); }, device::Turn::Kind::reading);
 }
 
 } // namespace kova::ctl

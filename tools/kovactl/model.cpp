@@ -28,6 +28,7 @@ constexpr Format formats[] = {
     {"xml", "device type document", device_type_document},
     {"csv", "with the device's values", nullptr},
     {"markdown", "reference page", markdown_page},
+    {"c", "table of the accessors", accessor_table},
 };
 
 std::vector<std::string> format_names() {

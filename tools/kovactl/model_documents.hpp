@@ -13,6 +13,9 @@ std::string device_type_document();
 // The reference page.
 std::string markdown_page();
 
+// The accessors as a C source that compiles against the installed headers.
+std::string accessor_table();
+
 // Objects and parameters of a device, with the values that were read of everything; one that could not be read is empty.
 std::string csv_table(const Reading &everything);
 

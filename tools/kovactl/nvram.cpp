@@ -39,6 +39,7 @@ std::string absence(int section, const std::string &key) {
 
 ExitStatus get(const Output &output, const Options &options) {
   boot(output);
+  const device::Turn turn(device::Turn::Kind::reading);
   const std::vector<host::NvramEntry> all = host::nvram_entries(options.section); // one state of the store
   std::vector<host::NvramEntry> entries;
   for (const std::string &key : options.words) {
@@ -52,6 +53,7 @@ ExitStatus get(const Output &output, const Options &options) {
 
 ExitStatus set(const Output &output, const Options &options) {
   boot(output);
+  const device::Turn turn(device::Turn::Kind::changing);
   std::vector<host::NvramEntry> entries;
   for (const std::string &text : options.words) {
     const auto [key, value] = as_assignment(text);
@@ -64,6 +66,7 @@ ExitStatus set(const Output &output, const Options &options) {
 
 ExitStatus unset(const Output &output, const Options &options) {
   boot(output);
+  const device::Turn turn(device::Turn::Kind::changing);
   for (const std::string &key : options.words)
     if (!host::nvram_find(options.section, key)) return output.failure(absence(options.section, key));
   for (const std::string &key : options.words)
@@ -74,6 +77,7 @@ ExitStatus unset(const Output &output, const Options &options) {
 
 ExitStatus list(const Output &output, const ListOptions &options) {
   boot(output);
+  const device::Turn turn(device::Turn::Kind::reading);
   std::vector<host::NvramEntry> entries = host::nvram_entries(options.section);
   std::erase_if(entries,
                 [&](const host::NvramEntry &entry) { return !entry.key.starts_with(options.prefix); });

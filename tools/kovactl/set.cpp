@@ -7,6 +7,7 @@
 #include "kovactl/log.hpp"
 #include "kovactl/report.hpp"
 #include "kovactl/trial.hpp"
+#include "request/configuration.hpp"
 
 #include <algorithm>
 
@@ -20,10 +21,11 @@ struct Options {
   int timeout = 120;
 };
 
+// What shows in an answer but is no setting.
 bool is_read_only(const Assignment &assignment) {
   const model::Parameter *parameter = model::find(assignment.path);
   const auto row = model::row_at(assignment.path);
-  return (parameter && !parameter->writable()) || (row && !row->list->writable());
+  return (parameter && (!parameter->writable() || acts(assignment.path))) || (row && !row->list->writable());
 }
 
 std::vector<Assignment> requested(const Options &options) {
@@ -93,8 +95,10 @@ ExitStatus try_out(const Output &output, const Options &options, const std::vect
 }
 
 ExitStatus set(const Output &output, const Options &options) {
-  const std::vector<Assignment> request = requested(options);
+  std::vector<Assignment> request = requested(options);
   start_agent(output);
+  in_turn([&] { complete_paths(request); },
+          device::Turn::Kind::reading); // what it cannot is a fault of the request
   if (options.dry_run) return try_out(output, options, request);
 
   Aftermath aftermath;
@@ -120,7 +124,8 @@ ExitStatus set(const Output &output, const Options &options) {
     await_tests(aftermath.tests, std::chrono::seconds(options.timeout), output);
   else
     aftermath.tests.clear();
-  if (!aftermath.tests.empty()) aftermath.now = outcome(setting, aftermath.tests);
+  if (!aftermath.tests.empty())
+    aftermath.now = output.json() ? outcome(setting, {}) : outcome(setting, aftermath.tests);
   if (options.with_log) {
     await_service();
     aftermath.log = log.own_records();

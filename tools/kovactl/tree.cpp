@@ -63,11 +63,13 @@ private:
 
 ExitStatus get(const Output &output, const Options &options) {
   boot(output);
+  const device::Turn turn(device::Turn::Kind::reading);
   return show_leaves(output, options.words);
 }
 
 ExitStatus set(const Output &output, const Options &options) {
   boot(output);
+  const device::Turn turn(device::Turn::Kind::changing);
   std::vector<std::string> paths;
   {
     OpenTree tree;
@@ -83,6 +85,7 @@ ExitStatus set(const Output &output, const Options &options) {
 
 ExitStatus list(const Output &output, const ListOptions &options) {
   boot(output);
+  const device::Turn turn(device::Turn::Kind::reading);
   show(output, host::tree_leaves(options.prefix));
   return Success;
 }
