@@ -7,8 +7,8 @@
 
 namespace kova::ctl {
 
-// Stores the URL of the management server as a request of it would, and starts the agent. Throws with the reason of
-// a refusal.
+// Stores the URL of the management server as a request of it would, and starts the agent. Throws with the
+// reason of a refusal.
 void start_management_agent(const Output &output, const std::string &url);
 // How it is; no rows for a device that never had one.
 Table agent_rows();
