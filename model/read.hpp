@@ -6,6 +6,8 @@
 
 #include <kova.h>
 
+#include <type_traits>
+
 namespace kova::model {
 
 // An accessor as a row holds it. One that takes indexes has a single instance of everything: it is bound at index 1.
@@ -38,6 +40,16 @@ consteval kova_setter *bound() {
   return [](const char *value) { return call(1, 1, 1, value); };
 }
 
+// An accessor by its function, which may be NONE.
+template <auto function>
+consteval auto accessor(const char *name) {
+  if constexpr (requires { bound<function>(); }) {
+    return Accessor<std::remove_pointer_t<decltype(bound<function>())>>{name, bound<function>()};
+  } else {
+    return *function;
+  }
+}
+
 // An operation of a list, which may be NONE.
 template <typename Shape>
 constexpr Accessor<Shape> operation(const char *name, Shape *call) {
@@ -55,11 +67,18 @@ inline constexpr None NONE;
 constexpr None operation(const char *, None none) {
   return none;
 }
+constexpr bool is_there(None) {
+  return false;
+}
+template <typename Shape>
+constexpr bool is_there(Shape *) {
+  return true;
+}
 
 } // namespace kova::model
 
 // clang-format off
-#define KOVA_ACCESSOR(function) {#function, ::kova::model::bound<&(function)>()}
+#define KOVA_ACCESSOR(function) ::kova::model::accessor<&(function)>(#function)
 
 #define OBJECT(path)                                {.object = path},
 #define PARAMETER(leaf, kind, of, what, ...)        {.name = leaf, .type = Type::kind, .unit = of, .meaning = what, __VA_ARGS__},
@@ -76,18 +95,13 @@ constexpr None operation(const char *, None none) {
 #define STORED(getter, key)                               KOVA_READ(getter)
 #define CONSTANT(getter, text)                            KOVA_READ(getter)
 #define COMPUTED(getter, how, what)                       KOVA_READ(getter)
-#define COUNTER(getter, ifname, what)                     KOVA_READ(getter)
-#define CODED_GETTER(getter)                              KOVA_READ(getter)
 #define SETTING(getter, setter, key, rule, how)           KOVA_WRITE(getter, setter, rule)
-#define CONDITIONAL(getter, setter, key, condition, how)  KOVA_WRITE(getter, setter, condition)
 #define CONVERTED(getter, told, setter, key, judge, how)  KOVA_WRITE(getter, setter, judge)
-#define SECRET(getter, text, setter, key, rule, how)      KOVA_WRITE(getter, setter, rule)
-#define CODED(getter, setter, may_be)                     KOVA_WRITE(getter, setter, may_be)
-#define CODED_CHECKED(getter, setter, checker, may_be)    KOVA_JUDGED(getter, setter, checker, may_be)
-#define CODED_SETTER(setter, may_be)                      .settable = true, .set = KOVA_ACCESSOR(setter), .allowed = may_be
+#define CODED(getter, setter, checker, may_be) \
+  .settable = is_there(setter), .get = KOVA_ACCESSOR(getter), .set = KOVA_ACCESSOR(setter), .check = KOVA_ACCESSOR(checker), \
+  .allowed = may_be
 #define GROUPED(getter, setter, checker, key, group, slot, condition, rule) \
   KOVA_JUDGED(getter, setter, checker, Allowed(condition, rule))
-#define COMPUTED_SETTING(getter, setter, what, may_be, how) KOVA_WRITE(getter, setter, may_be)
 #define COMPUTED_GROUPED(getter, setter, checker, what, group, slot, may_be, how) KOVA_JUDGED(getter, setter, checker, may_be)
 #define RESULT(getter, setter, key)                       KOVA_READ(getter), .set = KOVA_ACCESSOR(setter)
 #define TRIGGER(setter, act)                              .settable = true, .set = KOVA_ACCESSOR(setter), .allowed = go_ahead
@@ -103,9 +117,7 @@ constexpr None operation(const char *, None none) {
   KOVA_OPERATIONS(add_row, set_row, get_row, delete_row), .reason = reason_of
 
 // ---- What a family says for itself
-#define NAMED(getter, setter, checker, key, group, slot, condition) KOVA_JUDGED(getter, setter, checker, condition)
 #define LONE(getter, setter, checker, key, condition)               KOVA_JUDGED(getter, setter, checker, condition)
-#define STATISTIC(getter, key, what)                                KOVA_READ(getter)
 #define JUDGE(setter, may_be)                                       .settable = true, .set = KOVA_ACCESSOR(setter), .allowed = may_be
 #define INDEXED(getter, how, what)                        KOVA_READ(getter)
 // clang-format on

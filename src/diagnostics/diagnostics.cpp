@@ -31,10 +31,15 @@ int keep(Key key, const char *value, const Condition &) {
   return set_as_given(key, value);
 }
 
-int answer_statistic(OwnKey key, EchoStatistic statistic, char *buf, unsigned int buflen) {
+// What the echo server counts, and where the last reading is kept.
+struct Counted {
+  OwnKey key;
+  EchoStatistic statistic;
+};
+int answer_statistic(Counted what, char *buf, unsigned int buflen) {
   if (buf == nullptr || buflen == 0) return -1;
-  const Text text = read_echo_statistic(statistic);
-  store(runtime(key), text); // every read refreshes the stored copy
+  const Text text = read_echo_statistic(what.statistic);
+  store(runtime(what.key), text); // every read refreshes the stored copy
   return answer(text, buf, buflen);
 }
 
@@ -68,16 +73,16 @@ int answer_judgement(const char *value, const Condition &condition) {
 using namespace kova;
 using namespace kova::diagnostics;
 
-// An input whose checker wants the parameter's name, and one that is only kept: its tool is not told.
-#define NAMED(getter, setter, checker, key, group, slot, condition)                                          \
-  RESULT(getter, setter, runtime(key))                                                                       \
-  KOVA_CHECK(checker, check_named(name, value, condition, {gPVCL.group, gPVCL.slot}))
+// An input that is only kept: its tool is not told. A judgement alone.
 #define LONE(getter, setter, checker, key, condition)                                                        \
   RESULT(getter, setter, key) KOVA_CHECK(checker, judge(value, (condition).holds))
-// What the echo server counts.
-#define STATISTIC(getter, key, what) KOVA_GET(getter, answer_statistic(key, EchoStatistic::what, buf, buflen))
 #define JUDGE(setter, may_be) KOVA_SET(setter, answer_judgement(value, may_be))
 #include "src/diagnostics/diagnostics.def"
+
+// The server's switch, whose checker wants the parameter's name.
+RESULT(getTR069UDPEchoConfigEnable, setTR069UDPEchoConfigEnable, runtime(key::udp_echo_enable))
+KOVA_CHECK(chkTR069UDPEchoConfigEnable,
+           check_named(name, value, zero_or_one, {gPVCL.udpEchoTouched, gPVCL.udpEchoEnable}))
 
 int kovaGetDiagnosticsRouteHopsHopHost(int index, char *out, unsigned int outlen) {
   const Text hosts = load("ROUTEHOPS_HOPHOST");

@@ -17,7 +17,8 @@
 
 // clang-format off
 // The three shapes of an accessor.
-#define KOVA_GET(getter, result)     int getter([[maybe_unused]] char *buf, [[maybe_unused]] unsigned int buflen) { return result; }
+#define KOVA_GET(getter, result) \
+  int getter([[maybe_unused]] char *buf, [[maybe_unused]] unsigned int buflen) { return result; }
 #define KOVA_SET(setter, result)     int setter(const char *value) { return result; }
 #define KOVA_CHECK(checker, result)  int checker([[maybe_unused]] const char *name, const char *value) { return result; }
 
@@ -27,18 +28,13 @@
 #define AGENT_SET(name, type, unit, meaning, ...)  __VA_ARGS__
 #define LIST(object, name, form, meaning, ...)     __VA_ARGS__
 
-// An answer that is stored as it is told, that never changes, that `how` works out from `what`, or that counts an
-// interface's traffic.
+// An answer that is stored as it is told, that never changes, or that `how` works out from `what`.
 #define STORED(getter, key)          KOVA_GET(getter, ::kova::answer_stored(key, buf, buflen))
 #define CONSTANT(getter, text)       KOVA_GET(getter, ::kova::answer(text, buf, buflen))
 #define COMPUTED(getter, how, what)  KOVA_GET(getter, how(what, buf, buflen))
-#define COUNTER(getter, ifname, what) KOVA_GET(getter, ::kova::get_counter(ifname, ::kova::what, buf, buflen))
-// Told as stored; `how` judges a value by the rule, or by a condition where there is no rule, and stores it. A secret
-// is told as a constant instead.
+// Told as stored; `how` judges a value by the rule, or by a condition where there is no rule, and stores it.
 #define SETTING(getter, setter, key, rule, how)         STORED(getter, key) KOVA_SET(setter, how(key, value, rule))
-#define CONDITIONAL(getter, setter, key, condition, how)  STORED(getter, key) KOVA_SET(setter, how(key, value, condition))
-#define SECRET(getter, text, setter, key, rule, how)    CONSTANT(getter, text) KOVA_SET(setter, how(key, value, rule))
-// Neither told nor set as it is stored: `told` is its getter, `how` judges and stores as above.
+// Not told as it is stored: `told` tells it (answer_nothing and answer_blank keep a secret), `how` judges and stores as above.
 #define CONVERTED(getter, told, setter, key, judge, how) \
   KOVA_GET(getter, told(key, buf, buflen)) KOVA_SET(setter, how(key, value, judge))
 // Told as stored; the checker judges by condition and rule and parks the value in the slot of its group, so that the
@@ -47,21 +43,16 @@
   STORED(getter, key) \
   KOVA_SET(setter, set_judged(key, value, (condition).takes_empty)) \
   KOVA_CHECK(checker, check(name, value, (condition).holds, rule, {gPVCL.group, gPVCL.slot}))
-// A family's own kind of setting: told by its `tell`, set by `how`, which judges by what is allowed; a grouped one is
-// judged by the family's `check` besides, and parked.
-#define COMPUTED_SETTING(getter, setter, what, allowed, how) \
-  COMPUTED(getter, tell, what) KOVA_SET(setter, how(what, value, allowed))
+// A grouped one of a family that tells its settings by its own `tell` and sets them by `how`.
 #define COMPUTED_GROUPED(getter, setter, checker, what, group, slot, allowed, how) \
-  COMPUTED_SETTING(getter, setter, what, allowed, how) \
+  CONVERTED(getter, tell, setter, what, allowed, how) \
   KOVA_CHECK(checker, check(name, value, allowed, {gPVCL.group, gPVCL.slot}))
 // Told as stored; what a tool of the device found, stored as it is.
 #define RESULT(getter, setter, key)  STORED(getter, key) KOVA_SET(setter, ::kova::set_as_given(key, value))
 // Setting exactly "1" acts. The getter of one that can be read leaves the caller's buffer as it is.
 #define TRIGGER(setter, act)                  KOVA_SET(setter, ::kova::is_go_ahead(value) ? act : -1)
 #define READABLE_TRIGGER(getter, setter, act) KOVA_GET(getter, 0) TRIGGER(setter, act)
-// Accessors that are functions of their own in the family's source; `may_be` says what may be set.
-#define CODED_GETTER(getter)
-#define CODED(getter, setter, may_be)
-#define CODED_CHECKED(getter, setter, checker, may_be)
-#define CODED_SETTER(setter, may_be)
+// Accessors that are functions of their own in the family's source, NONE for one that there is not; `may_be` says what may
+// be set.
+#define CODED(getter, setter, checker, may_be)
 // clang-format on

@@ -17,7 +17,7 @@ bool load_field(Key key, char *field, int size) {
   std::memset(field, 0, static_cast<std::size_t>(size));
   if (nvram_bufget_string(static_cast<int>(key.section), key.text, field, size) == exists) return true;
   std::memset(field, 0, static_cast<std::size_t>(size));
-  KOVA_TRACE_ERROR("No value.\n");
+  trace_error("No value.\n");
   return false;
 }
 
@@ -54,6 +54,14 @@ int set_as_given(Key key, const char *value) {
 
 int answer_stored(Key key, char *buf, unsigned int buflen) {
   return answer(load(key), buf, buflen);
+}
+
+int answer_nothing(Key, char *buf, unsigned int buflen) {
+  return answer("", buf, buflen);
+}
+
+int answer_blank(Key, char *buf, unsigned int buflen) {
+  return answer(" ", buf, buflen);
 }
 
 int answer_whole(Key key, char *buf, unsigned int buflen) {

@@ -61,6 +61,10 @@ int set_as_given(Key key, const char *value);
 
 // The plain getter: 0 and "" for a key that does not exist.
 int answer_stored(Key key, char *buf, unsigned int buflen);
+// A secret is not told: nothing, or one blank.
+int answer_nothing(Key key, char *buf, unsigned int buflen);
+int answer_blank(Key key, char *buf, unsigned int buflen);
+
 // As answer_stored, from the platform's allocated copy: the value may be longer than the scratch type.
 int answer_whole(Key key, char *buf, unsigned int buflen);
 

@@ -83,8 +83,8 @@ char *getInterfaceStatistic_unitnochange(const char *ifname, int index) {
 
 namespace kova {
 
-int get_counter(const char *ifname, Counter counter, char *buf, unsigned int buflen) {
-  char *text = getInterfaceStatistic(ifname, counter);
+int answer_traffic(Traffic traffic, char *buf, unsigned int buflen) {
+  char *text = getInterfaceStatistic(traffic.ifname, traffic.counter);
   if (text == nullptr) return 0;
   return answer(OwnedText(text), buf, buflen);
 }

@@ -18,6 +18,10 @@ bool refused(const char *why, What... what) {
   return false;
 }
 
-} // namespace kova
+// With the place that found the error.
+inline void trace_error(const char *message, const char *function = __builtin_FUNCTION(),
+                        const char *file = __builtin_FILE(), int line = __builtin_LINE()) {
+  dbg_trace("[Error][%s %s:%d] %s", function, file, line, message);
+}
 
-#define KOVA_TRACE_ERROR(message) dbg_trace("[Error][%s %s:%d] " message, __func__, __FILE_NAME__, __LINE__)
+} // namespace kova

@@ -6,7 +6,7 @@
 namespace kova {
 
 Tree::Tree(AfterFailure after_failure) : after_failure_(after_failure), code_(init_ucfg_ex()) {
-  if (code_ != 0) KOVA_TRACE_ERROR("failed to init_ucfg() .\n");
+  if (code_ != 0) trace_error("failed to init_ucfg() .\n");
 }
 
 Tree::~Tree() {
@@ -18,7 +18,7 @@ int Tree::read(const char *path, Text &into) {
   into = {};
   const int result = read_ucfg_xml(0, path, into.chars);
   if (result == 0) return result;
-  KOVA_TRACE_ERROR("No value.\n");
+  trace_error("No value.\n");
   failed_ = true;
   return result;
 }

@@ -11,6 +11,7 @@
 #include <kova/lan.h>
 
 #include <cstdio>
+#include <cstring>
 
 namespace kova::lan {
 
@@ -87,22 +88,35 @@ int set_bound(const char *key, const char *value, Rule rule) {
   return 0;
 }
 
-// A dotted quad in its four parts, as text.
+// A dotted quad in its four parts, as places in its text.
 struct Quad {
-  char part[4][Text::size];
+  const char *part[4];
+  int length[4];
+
   bool parse(const char *address) {
-    char beyond; // a fifth part is one too many
-    return std::sscanf(address, "%255[^.].%255[^.].%255[^.].%255[^.]%c", part[0], part[1], part[2], part[3],
-                       &beyond) == 4;
+    for (int i = 0; i < 4; ++i) {
+      const std::size_t found = std::strcspn(address, ".");
+      if (found == 0 || found >= Text::size) return false;
+      part[i] = address;
+      length[i] = static_cast<int>(found);
+      address += found;
+      if (i < 3 && *address++ == '\0') return false;
+    }
+    return *address == '\0'; // a fifth part is one too many
   }
   int last() const { return leading_number(part[3]); } // part of a judged address
 };
 
 // Moves a pool bound into the network of the new address; it keeps its last number.
 void move_bound(const char *key, const Quad &address, const Quad &bound) {
+  const auto kept = [](const Quad &quad, int i) {
+    constexpr int longest = 60;
+    return quad.length[i] < longest ? quad.length[i] : longest;
+  };
   Text moved;
-  std::snprintf(moved.chars, Text::size, "%.60s.%.60s.%.60s.%.60s", address.part[0], address.part[1],
-                address.part[2], bound.part[3]);
+  std::snprintf(moved.chars, Text::size, "%.*s.%.*s.%.*s.%.*s", kept(address, 0), address.part[0],
+                kept(address, 1), address.part[1], kept(address, 2), address.part[2], kept(bound, 3),
+                bound.part[3]);
   store(key, moved);
 }
 

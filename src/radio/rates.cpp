@@ -49,7 +49,7 @@ public:
       return;
     }
     if (flock(fd, LOCK_EX | LOCK_NB) == 0) return;
-    KOVA_TRACE_ERROR("File is locked by others, block.");
+    trace_error("File is locked by others, block.");
     flock(fd, LOCK_EX); // without the lock it is read all the same
   }
   ~LockedFile() {
