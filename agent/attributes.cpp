@@ -114,6 +114,10 @@ void watch_values(Store &store) {
   });
 }
 
+bool is_known(const Transaction &store, const std::string &path) {
+  return store.get(key_of(known_prefix, path)).has_value();
+}
+
 void remember_values(Transaction &change, std::span<const request::Value> values) {
   for (const request::Value &value : values)
     if (attributes_of(change, value.path).notification != Notification::off)

@@ -31,6 +31,8 @@ std::string read_value(Store &store, const std::string &path); // "" when the de
 
 // Compares the parameters to be reported with the values that the ACS knows, and notes what has changed.
 void watch_values(Store &store);
+// Does the ACS know a value of this parameter?
+bool is_known(const Transaction &store, const std::string &path);
 // The ACS knows these values: it was told, has set them itself, or asks for notification from now on.
 void remember_values(Transaction &change, std::span<const request::Value> values);
 void remember_values(Store &store, std::span<const std::string> paths);

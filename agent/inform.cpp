@@ -89,7 +89,13 @@ void acknowledge(Transaction &change, const Report &report, const std::string &u
   std::erase_if(delivered, [](const Event &event) { return event.record.empty(); });
   acknowledge(change, delivered);
   acknowledge(change, report.changes);
-  remember_values(change, report.values);
+  // A value that changed after the event was settled is told here, but its event is still due.
+  std::vector<request::Value> settled = report.values;
+  std::erase_if(settled, [&](const request::Value &value) {
+    return is_known(change, value.path) &&
+           std::ranges::find(report.changes, value.path, &Change::path) == report.changes.end();
+  });
+  remember_values(change, settled);
   if (std::ranges::find(report.events, event::bootstrap, &Event::code) != report.events.end())
     change.put(stored::bootstrapped_url, url);
 }
