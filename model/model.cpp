@@ -35,6 +35,7 @@ std::vector<Parameter> gather() {
 
 std::vector<const Parameter *> pointers_to(const std::vector<Parameter> &all) {
   std::vector<const Parameter *> pointers;
+  pointers.reserve(all.size());
   for (const Parameter &parameter : all)
     pointers.push_back(&parameter);
   return pointers;

@@ -11,10 +11,10 @@ namespace kova::model {
 
 // A row of a table: the head of an object, a member of it, or a list of rows.
 struct Row {
-  std::string_view object = "";
-  std::string_view name = "";
+  std::string_view object = {};
+  std::string_view name = {};
   Type type = Type::String;
-  std::string_view unit = "", form = "", meaning = "";
+  std::string_view unit = {}, form = {}, meaning = {};
   bool reported = false, agent_set = false;
   bool settable = false;
   Accessor<kova_getter> get = {};

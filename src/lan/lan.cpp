@@ -41,6 +41,7 @@ int tell(const char *key, char *buf, unsigned int buflen) {
   return answer(inverse(load(key)), buf, buflen);
 }
 struct Allowed {
+  constexpr Allowed(const Condition &condition_, Rule rule_) : condition(condition_), rule(rule_) {}
   const Condition &condition;
   Rule rule;
 };
