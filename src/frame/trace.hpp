@@ -14,7 +14,10 @@ inline int refuse(const char *message) {
 // What a judgement answers to it.
 template <typename... What>
 bool refused(const char *why, What... what) {
-  dbg_trace(why, what...); // NOLINT(clang-diagnostic-format-nonliteral)
+  if constexpr (sizeof...(what) == 0)
+    dbg_trace("%s", why);
+  else
+    dbg_trace(why, what...); // NOLINT(clang-diagnostic-format-nonliteral)
   return false;
 }
 

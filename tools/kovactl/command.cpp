@@ -31,8 +31,7 @@ std::vector<std::string> option_names(const CLI::App &app) {
       for (const std::string &name : option->get_lnames())
         names.push_back("--" + name);
   std::ranges::sort(names);
-  const auto again = std::ranges::unique(names);
-  names.erase(again.begin(), again.end());
+  names.erase(std::unique(names.begin(), names.end()), names.end());
   return names;
 }
 
