@@ -594,7 +594,7 @@ class BadDays(AgentTest):
     def test_a_request_that_is_broken(self):
         """Each is answered with its fault, or ends the session; the next session is whole."""
         acs = self.acs()
-        device = self.device(acs, options=("--retry-wait", "0"))
+        device = self.device(acs, options=("--retry-wait", "0", "--timeout", "60"))
         first = acs.session("1 BOOT")
         many = array("ParameterNames", "xsd:string", ["<string>x</string>"] * 1000)
         answered = [("<cwmp:Reboot/>", 9003), (call("GetParameterValues", many), 9005),
