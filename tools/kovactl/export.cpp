@@ -29,11 +29,16 @@ ExitStatus export_configuration(const Output &output, const Options &options) {
     output.print(values);
   } else {
     std::string lines;
+    const auto leave_out = [&lines](const std::string &path, const std::string &why) {
+      lines.append("# left out: ").append(path).append(": ").append(why).append("\n");
+    };
     for (const auto &[path, value] : configuration.values)
-      lines += fits_a_line(value) ? path + "=" + value + "\n"
-                                  : "# left out: " + path + ": a value with line ends; --json has it\n";
+      if (fits_a_line(value))
+        lines.append(path).append("=").append(value).append("\n");
+      else
+        leave_out(path, "a value with line ends; --json has it");
     for (const Fault &left : configuration.left_out)
-      lines += "# left out: " + left.path + ": " + left.detail + "\n";
+      leave_out(left.path, left.detail);
     output.print_document(lines);
   }
   return Success;
