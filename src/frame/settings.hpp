@@ -69,9 +69,6 @@ int answer_blank(Key key, char *buf, unsigned int buflen);
 int answer_whole(Key key, char *buf, unsigned int buflen);
 
 using Rule = kova_rule;
-constexpr Rule rule_of(int group, int item) { // goes when the last rule by number has its name
-  return static_cast<Rule>(group << 8 | item);
-}
 // What the platform's checker says of a value: 0 or more for one that passes, else the rule's complaint.
 int ask(Rule rule, const char *value);
 inline bool passes(Rule rule, const char *value) {
