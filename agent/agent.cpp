@@ -13,6 +13,7 @@
 #include "agent/stun.hpp"
 #include "agent/transfers.hpp"
 #include "device/background.hpp"
+#include "platform/host/nvram_admin.hpp"
 
 #include <kova/frame.h>
 #include <unistd.h>
@@ -181,30 +182,52 @@ private:
 
   void do_what_is_due() {
     listener_->serve(); // which closes what is silent
-    if (!device::is_wanted() || read_value(store_, parameter::url).empty()) return uv_stop(&loop_);
+    if (!device::is_wanted()) return uv_stop(&loop_);
     if (session_.runs() || leaving_.runs()) return;
     const std::time_t now = std::time(nullptr);
-    note_bootstrap(store_);
-    watch_values(store_);
-    settle_diagnostics(store_);
+    const bool looks = is_time_to_look(now);
+    if (looks) look_at_parameters(now);
+    if (url_.empty()) return uv_stop(&loop_);
+    if (looks || stun_->keeps_binding()) stun_->settle();
     settle_scheduled_informs(store_, now);
     settle_periodic_inform(now);
-    stun_->settle();
     if (leave_if_asked(now)) return;
     start_due_transfer(now);
     start_due_session(now);
   }
 
-  void settle_periodic_inform(std::time_t now) {
+  // To look costs a hundred times what waiting does. The radio changes the store every second; some values do
+  // not come from the store.
+  bool is_time_to_look(std::time_t now) {
+    constexpr std::time_t least_pause = 3, longest_pause = 10;
+    const std::time_t pause = now - last_look_;
+    if (pause < 0 || pause >= longest_pause) return true;
+    const std::size_t version = host::store_version();
+    if (version == seen_version_) return false;
+    return pause >= least_pause || read_value(store_, parameter::url) != url_;
+  }
+
+  void look_at_parameters(std::time_t now) {
+    last_look_ = now;
+    seen_version_ = host::store_version();
+    url_ = read_value(store_, parameter::url);
+    note_bootstrap(store_);
+    watch_values(store_);
+    settle_diagnostics(store_);
     const PeriodicInform periodic = periodic_inform(store_);
-    if (periodic != periodic_) {
-      periodic_ = periodic;
-      next_periodic_ = next_periodic(periodic, now, now);
-    } else if (next_periodic_ != 0 && next_periodic_ <= now) {
-      next_periodic_ = next_periodic(periodic, next_periodic_, now);
-      store_.change([](Transaction &change) { add_event(change, event::periodic); });
-    } else
-      return;
+    if (periodic == periodic_) return;
+    periodic_ = periodic;
+    keep_next_periodic(now, now);
+  }
+
+  void settle_periodic_inform(std::time_t now) {
+    if (next_periodic_ == 0 || next_periodic_ > now) return;
+    store_.change([](Transaction &change) { add_event(change, event::periodic); });
+    keep_next_periodic(next_periodic_, now);
+  }
+
+  void keep_next_periodic(std::time_t begin, std::time_t now) {
+    next_periodic_ = next_periodic(periodic_, begin, now);
     store_.change(
         [this](Transaction &change) { change.put(stored::next_periodic, std::to_string(next_periodic_)); });
   }
@@ -239,6 +262,7 @@ private:
     const unsigned long number = store_.read(last_session).number;
     session_.start(&loop_, words("session"), false, [this, number](bool) {
       note_session_that_broke_off(number);
+      last_look_ = 0; // the ACS may have set anything
       tick();
     });
   }
@@ -287,8 +311,10 @@ private:
   std::unique_ptr<Stun> stun_;
   Task session_, transfer_, leaving_;
   bool wanted_now_ = false; // whatever wait there is after a failure
+  std::string url_;
   PeriodicInform periodic_;
-  std::time_t next_periodic_ = 0, earliest_leave_ = 0;
+  std::time_t next_periodic_ = 0, earliest_leave_ = 0, last_look_ = 0;
+  std::size_t seen_version_ = 0;
 };
 
 } // namespace
