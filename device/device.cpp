@@ -11,6 +11,7 @@
 #include "device/service.hpp"
 #include "device/zone.hpp"
 #include "platform/host/nvram_admin.hpp"
+#include "platform/host/radio_admin.hpp"
 #include "platform/host/tree_admin.hpp"
 #include "src/frame/channel.hpp"
 
@@ -130,6 +131,14 @@ void write_hardware(const Identity &identity) {
                                          with_colons(identity.lan_mac) + "\n");
 }
 
+// Without the feed the radio stands still.
+void settle_feed(const Identity &identity) {
+  const char *variable = std::getenv("KOVA_FEED");
+  const bool wanted = variable == nullptr || std::string_view(variable) != "off";
+  if (wanted == host::radio_is_on()) return;
+  wanted ? host::switch_radio_on(identity.seed) : host::switch_radio_off();
+}
+
 // The device runs without one of these as well.
 void start_others(const Lock &lock) {
   for (const Daemon &daemon : std::span(daemons).subspan(1)) {
@@ -148,6 +157,8 @@ void boot(const Lock &lock) {
   write_hardware(identity);
   host::nvram_clear_section(host::runtime_section);
   host::nvram_store(runtime_facts(identity));
+  host::switch_radio_on(identity.seed);
+  settle_feed(identity);
   store_posix_zone();
   lay_out_files();
   lay_out_programs();
@@ -181,14 +192,8 @@ void settle_serial(const std::optional<std::string> &wanted) {
                              own + ": another one takes a new device");
 }
 
-void settle_feed() {
-  constexpr auto patience = std::chrono::seconds(5);
-  if (feed_wanted() != is_there(feed_mark()))
-    ask_service(switch_feed, feed_wanted() ? "on" : "off", patience);
-}
-
 void settle_service(const Lock &lock) {
-  if (daemon_pid(service_daemon)) return settle_feed();
+  if (daemon_pid(service_daemon)) return;
   start_daemon(service_daemon, {}, lock);
   log_change("daemon restarted");
 }
@@ -206,6 +211,7 @@ void bring_up(const UpOptions &options, Daemons wanted) {
   } else {
     if (!programs_are_ours()) lay_out_programs();
     if (wanted == Daemons::as_they_are) return;
+    settle_feed(identity_of(own_serial()));
     settle_service(lock);
   }
   if (wanted != Daemons::service_only) start_others(lock);
@@ -227,7 +233,7 @@ Status status() {
   status.created = is_created();
   status.booted = is_booted();
   status.serviced = daemon_pid(service_daemon);
-  status.feed = status.serviced && is_there(feed_mark());
+  status.feed = status.booted && host::radio_is_on();
   status.serial = own_serial();
   return status;
 }

@@ -11,7 +11,7 @@
 //   (held while the device's state
 //            changes), turn (held for a request), serial (the serial number), hardware (what device/redirect
 //            tells of the machine), and the marks created, booted (the host boot in which the device was
-//            booted), resetting, feed
+//            booted), resetting
 #pragma once
 
 #include "device/daemons.hpp"
@@ -33,7 +33,7 @@ struct Status {
   bool created = false;          // factory settings are in the store
   bool booted = false;           // since the host's last boot
   std::optional<pid_t> serviced; // the running service daemon
-  bool feed = false;             // it publishes the radio
+  bool feed = false;             // the radio moves
   std::string serial;            // "" before the device is created
 };
 
@@ -46,7 +46,7 @@ struct UpOptions {
 
 // Creates the device with factory settings when it does not exist, boots it when it is not booted (run-time
 // section cleared and seeded, stand-ins laid out, daemon started). Starts again a daemon that has died; with
-// KOVA_FEED=off in the environment it sees that no radio is published. What is up already stays as it is.
+// KOVA_FEED=off in the environment it sees that the radio stands still. What is up already stays as it is.
 void up(const UpOptions &options);
 void up();
 // As up(), but a booted device whose daemon died is left so: the library must do without it then.

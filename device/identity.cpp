@@ -57,7 +57,7 @@ Identity identity_of(const std::string &serial) {
   const auto mac = [hash](unsigned port) {
     return formatted("021122%05X%u", static_cast<unsigned>(hash & 0xFFFFFU), port);
   };
-  return {serial, imei_of(hash), mac(0), mac(1)};
+  return {serial, imei_of(hash), mac(0), mac(1), hash};
 }
 
 std::string random_serial() {

@@ -29,10 +29,6 @@ inline std::filesystem::path arguments_of(const Daemon &daemon) {
 inline std::filesystem::path messages_of(const Daemon &daemon) {
   return log_dir() / (std::string(daemon.name) + ".log");
 }
-// Is there while the daemon publishes the radio.
-inline std::filesystem::path feed_mark() {
-  return run_dir() / "feed";
-}
 
 // Where an absolute path of the device lies: on_device("/tmp/mrhd_socket").
 inline std::filesystem::path on_device(std::string_view path) {

@@ -35,6 +35,7 @@ Json as_json(const agent::SessionStatus &session) {
 }
 
 ExitStatus inform(const Output &output, const Options &options) {
+  device::status(); // says so where there is no device to look at
   const unsigned long before = agent::ask_for_session(options.event);
   if (!options.wait) {
     output.json() ? output.print(Json{{"asked", options.event}})
