@@ -13,6 +13,9 @@
 #include "agent/stun.hpp"
 #include "agent/transfers.hpp"
 #include "device/background.hpp"
+#include "device/file_system.hpp"
+#include "device/paths.hpp"
+#include "device/process.hpp"
 #include "platform/host/nvram_admin.hpp"
 
 #include <kova/frame.h>
@@ -91,6 +94,26 @@ private:
   bool outlives_agent_ = false;
   Done done_;
 };
+
+std::vector<std::string> words_for_tasks(const AgentOptions &options) {
+  std::vector<std::string> words;
+  const std::pair<const char *, const std::string &> files[] = {{"--trace=", options.trace},
+                                                                {"--ca=", options.tls.ca},
+                                                                {"--cert=", options.tls.certificate},
+                                                                {"--key=", options.tls.key}};
+  for (const auto &[name, file] : files)
+    if (!file.empty()) words.push_back(name + file);
+  if (options.least_retry_wait) words.push_back("--retry-wait=" + std::to_string(*options.least_retry_wait));
+  if (options.exchange_seconds) words.push_back("--timeout=" + std::to_string(*options.exchange_seconds));
+  return words;
+}
+
+// A boot starts the agent as it runs now.
+void keep_options(const AgentOptions &options) {
+  std::vector<std::string> words = words_for_tasks(options);
+  if (options.port) words.push_back("--port=" + std::to_string(*options.port));
+  device::write_file(device::arguments_of(own_daemon()), device::text_of_words(words));
+}
 
 class Agent {
 public:
@@ -196,15 +219,10 @@ private:
     start_due_session(now);
   }
 
-  // To look costs a hundred times what waiting does. The radio changes the store every second; some values do
-  // not come from the store.
-  bool is_time_to_look(std::time_t now) {
-    constexpr std::time_t least_pause = 3, longest_pause = 10;
-    const std::time_t pause = now - last_look_;
-    if (pause < 0 || pause >= longest_pause) return true;
-    const std::size_t version = host::store_version();
-    if (version == seen_version_) return false;
-    return pause >= least_pause || read_value(store_, parameter::url) != url_;
+  // To look costs a hundred times what waiting does. Some values do not come from the store.
+  bool is_time_to_look(std::time_t now) const {
+    constexpr std::time_t longest_pause = 5;
+    return now < last_look_ || now >= last_look_ + longest_pause || host::store_version() != seen_version_;
   }
 
   void look_at_parameters(std::time_t now) {
@@ -285,17 +303,8 @@ private:
   }
 
   std::vector<std::string> words(const char *what, const std::string &argument = "") const {
-    std::vector<std::string> all;
+    std::vector<std::string> all = words_for_tasks(options_);
     if (gSecondaryInstance != 0) all.emplace_back("--secondary");
-    const std::pair<const char *, const std::string &> files[] = {{"--trace=", options_.trace},
-                                                                  {"--ca=", options_.tls.ca},
-                                                                  {"--cert=", options_.tls.certificate},
-                                                                  {"--key=", options_.tls.key}};
-    for (const auto &[name, file] : files)
-      if (!file.empty()) all.push_back(name + file);
-    if (options_.least_retry_wait)
-      all.push_back("--retry-wait=" + std::to_string(*options_.least_retry_wait));
-    if (options_.exchange_seconds) all.push_back("--timeout=" + std::to_string(*options_.exchange_seconds));
     all.emplace_back(what);
     if (!argument.empty()) all.push_back(argument);
     return all;
@@ -322,6 +331,7 @@ private:
 void run_agent(const AgentOptions &options) {
   init_parameters();
   Agent agent(options);
+  keep_options(options);
   device::announce_ready();
   agent.run();
 }

@@ -15,7 +15,7 @@ namespace {
 
 struct Options {};
 struct Up : device::UpOptions {
-  std::string acs; // "" leaves the management server as it is
+  std::optional<std::string> acs; // "": none from now on
 };
 struct Place {
   std::string directory;
@@ -54,7 +54,8 @@ ExitStatus show(const Output &output, const device::Status &status) {
 
 ExitStatus up(const Output &output, const Up &options) {
   device::up(options);
-  if (!options.acs.empty()) start_management_agent(output, options.acs);
+  if (options.acs)
+    options.acs->empty() ? stop_management_agent() : start_management_agent(output, *options.acs);
   return show(output, device::status());
 }
 
@@ -118,7 +119,7 @@ void add_device(Commands &commands) {
       group.add<Up>("up", "Create the device if need be, boot it, start its service daemon", up);
   upping.add_option("--serial", options.serial, "The serial number of a device to be created")
       ->type_name("TEXT");
-  upping.add_option("--acs", options.acs, "Have the device managed by the server at this URL")
+  upping.add_option("--acs", options.acs, "Have the device managed by the server at this URL; \"\" by none")
       ->type_name("URL");
   group.add<Options>("down", "Stop the service daemon; the settings stay", act_and_show<device::down>);
   group.add<Options>("reboot", "Stop and boot the device", act_and_show<device::reboot>);
