@@ -27,6 +27,7 @@ from acs import Acs, array, assign, attributes, call, download, get, names, uplo
 KOVACTL, SCHEMA = sys.argv[1:3]
 GATEWAY = "InternetGatewayDevice."
 SERVER = GATEWAY + "ManagementServer."
+WLAN = GATEWAY + "LANDevice.1.WLANConfiguration.1."
 LAN = GATEWAY + "LANDevice.1.X_KOVA_LAN."
 FILTER = GATEWAY + "X_KOVA_Firewall.MACFilter."
 RULES = FILTER + "Black."
@@ -149,6 +150,8 @@ DIALOGUES = {
               (call("GetParameterNames", ParameterPath=CODE, NextLevel="yes"), (9003, {})),
               (call("GetParameterNames", ParameterPath=CODE), (9003, {}))],
     "values": [(get(""), OK), (get(CODE, LAN + "DNSOption"), {CODE: "TEST.LAB"}),
+               (get(SERVER, WLAN + "KeyPassphrase"), {SERVER + "Password": "", SERVER + "ConnectionRequestPassword": "",
+                                                      WLAN + "KeyPassphrase": ""}),
                (get(CODE, CODE + "x"), (9005, {})), (get(GATEWAY[:-1]), (9005, {})),
                (call("GetParameterValues", array("ParameterNames", "xsd:string", ["<string/>"]).replace("[1]", "[2]")),
                 (9003, {})),
