@@ -113,29 +113,6 @@ TEST_F(Cells, SupportedBandsCannotBeHad) {
   }
 }
 
-TEST_F(Cells, ScanModes) {
-  constexpr const char *modes[] = {"fullband", "freqpreferred", "pcilock", "pcionlylock"};
-  for (int mode = 3; mode >= 0; --mode) {
-    const std::string code(1, static_cast<char>('1' + mode));
-    EXPECT_EQ(inside(kovaSetTR069ScanMode, modes[mode]), stored("scan_mode", code));
-    EXPECT_EQ(platform.rules_asked.back(), "scan mode " + code + " FDD");
-    EXPECT_EQ(get(kovaGetTR069ScanMode), modes[mode]);
-    EXPECT_EQ(inside(kovaSetTR069ScanMode, modes[mode]), Strings{}); // already so
-  }
-  platform.rules_asked.clear();
-  for (const char *unknown : {"FullBand", "1", "", none})
-    EXPECT_EQ(inside(kovaSetTR069ScanMode, unknown), Strings{});
-  EXPECT_TRUE(platform.rules_asked.empty());
-  for (const char *code : {"0", "5", "12", ""}) {
-    platform.tree[directory + "scan_mode"] = code;
-    EXPECT_EQ(get(kovaGetTR069ScanMode), "unknown");
-  }
-  platform.nvram.clear();
-  platform.scan_mode = -9;
-  EXPECT_EQ(inside(kovaSetTR069ScanMode, "pcilock", -9), Strings{});
-  EXPECT_EQ(platform.rules_asked.back(), "scan mode 3 TDD"); // the duplex mode when none is configured
-}
-
 TEST_F(Cells, AFailureOfTheTreeIsAnsweredWithItsCode) {
   struct {
     kova_getter *get;

@@ -29,7 +29,8 @@ struct Device {
 };
 // clang-format off
 const Device devices[] = {
-    {"empty", {}}, {"0", "0"}, {"1", "1"}, {"2", "2"},
+    {"empty", {}}, {"0", "0"}, {"1", "1"},
+    {"2", "2", "", [] { platform.rule = [](int, const std::string &, int) { return 2; }; }}, // an answer that refuses nothing
     {"router", "1", "lan_ip=192.168.1.1 lan_netmask=255.255.255.0 dhcpStart=192.168.1.100 dhcpEnd=192.168.1.200 oper_mode=2 "
                     "SIPServerMode=0 MACFilterMode=0 URLFilterMode=0 TZ=GMT_000"},
     {"secondary", "1", "", [] { gSecondaryInstance = 1; }},
@@ -126,7 +127,7 @@ std::string check(const Parameter &parameter, const std::string &value) {
 
 // Values of every kind, and those at the edges of what the row says that it takes.
 Strings values_of(const Parameter &parameter) {
-  Strings values = {"NULL", "", "0", "1", "2", "192.168.1.150", "word", "<"};
+  Strings values = {"NULL", "", "0", "1", "2", "-1", "007", "5abc", "192.168.1.150", "true", "<"};
   const auto &allowed = parameter.allowed;
   std::istringstream words{std::string(allowed.words)};
   for (std::string word; words >> word;)
