@@ -6,7 +6,7 @@
 //   setTR069X("value")  chkTR069X(NULL)         asks a setter, or a checker
 //   batch()                                     the batch validation of what the checkers have parked
 //
-// Behind " -> " stand the answer and what was done for it, in order, without what was read. An answer "#" is a buffer that was
+// Behind " -> " stand the answer and what was done for it, in order, without what was read and asked of the LTE daemon. An answer "#" is a buffer that was
 // left as it was. In words, \s is a blank, \n a new line and \t a tab.
 #include "fake/fake.hpp"
 #include "model/model.hpp"
@@ -43,45 +43,54 @@ void add_interface(const std::string &name, const std::string &facts) {
   platform.interfaces.push_back(interface);
 }
 
-// What a word says of the device: "KEY=VALUE" of the configuration, "9:KEY=VALUE" of the run-time section, or one of these.
+// NUMBER=DUPLEX,FIRST CHANNEL,LAST CHANNEL
+void add_band(const std::string &number, const std::string &facts) {
+  BandInfo band = {};
+  std::istringstream fields(facts);
+  for (int *field : {&band.duplex, &band.earfcn_low, &band.earfcn_high}) {
+    fields >> *field;
+    fields.ignore(1);
+  }
+  band.band = std::stoi(number);
+  platform.bands.push_back(static_cast<uint16_t>(band.band));
+  platform.band_records[band.band] = band;
+}
+
+// What a word "KIND:KEY=VALUE" says of the device. One of no kind is a setting of the configuration.
+// clang-format off
+const std::map<std::string, void (*)(const std::string &key, const std::string &value)> kinds = {
+    {"9",                  [](auto &key, auto &value) { platform.nvram[{9, key}] = value; }},
+    {"missing",            [](auto &key, auto &) { platform.nvram.erase({0, key}), platform.tree.erase(key); }},
+    {"refused",            [](auto &key, auto &) { platform.refused_key = key, platform.tree_refuses[key] = true; }},
+    {"tree",               [](auto &key, auto &value) { platform.tree[key] = value; }},
+    {"file",               [](auto &key, auto &value) { platform.files[key] = value; }},
+    {"output",             [](auto &key, auto &value) { platform.output[key] = value; }},
+    {"counter",            [](auto &key, auto &value) { platform.counters[key] = value; }},
+    {"interface",          add_interface},
+    {"band",               add_band},
+    {"instance",           [](auto &, auto &value) { gSecondaryInstance = value == "2" ? 1 : 0; }},
+    {"bound",              [](auto &, auto &value) { setBindInterface(value.c_str()); }},
+    {"mac",                [](auto &, auto &value) { platform.mac = value; }},
+    {"uptime",             [](auto &, auto &value) { platform.uptime = std::stol(value); }},
+    {"tree-opens",         [](auto &, auto &value) { platform.tree_opens = value == "1"; }},
+    {"sockets",            [](auto &, auto &value) { platform.sockets = value == "1"; }},
+    // what the platform's rules answer; "rules:3/9=-1" is one of them
+    {"rules",              [](auto &key, auto &value) {
+       platform.rule = [rule = key, answer = std::stoi(value)](int group, const std::string &, int item) {
+         return rule.empty() || rule == std::to_string(group) + "/" + std::to_string(item) ? answer : 0;
+       };
+     }},
+    {"dmz",                [](auto &, auto &value) { platform.dmz_param = std::stoi(value); }},
+    {"scan-mode",          [](auto &, auto &value) { platform.scan_mode = std::stoi(value); }},
+    {"writable",           [](auto &, auto &value) { platform.writable = std::stoi(value); }}};
+// clang-format on
+
 void change(const std::string &word) {
   const std::size_t equals = word.find('='), colon = word.substr(0, equals).find(':');
-  const std::string name = unescaped(word.substr(0, equals)), kind = name.substr(0, colon),
-                    key = colon == std::string::npos ? "" : name.substr(colon + 1),
+  const std::string name = unescaped(word.substr(0, equals)),
                     value = equals == std::string::npos ? "" : unescaped(word.substr(equals + 1));
-  const std::map<std::string, std::map<std::string, std::string> *> stores = {
-      {"tree", &platform.tree},
-      {"file", &platform.files},
-      {"output", &platform.output},
-      {"counter", &platform.counters}};
-  const std::map<std::string, int *> answers = {{"writable", &platform.writable},
-                                                {"scan-mode", &platform.scan_mode},
-                                                {"dmz", &platform.dmz_param},
-                                                {"mode-and-bandwidth", &platform.mode_and_bandwidth}};
-  if (const auto store = stores.find(kind); store != stores.end())
-    (*store->second)[key] = value;
-  else if (const auto code = answers.find(kind); code != answers.end())
-    *code->second = std::stoi(value);
-  else if (kind == "9")
-    platform.nvram[{9, key}] = value;
-  else if (kind == "missing")
-    platform.nvram.erase({0, key}), platform.tree.erase(key);
-  else if (kind == "refused")
-    platform.refused_key = key, platform.tree_refuses[key] = true;
-  else if (kind == "tree-opens")
-    platform.tree_opens = value == "1";
-  else if (kind == "instance")
-    gSecondaryInstance = value == "2" ? 1 : 0;
-  else if (kind == "bound")
-    setBindInterface(value.c_str());
-  else if (kind == "mac")
-    platform.mac = value;
-  else if (kind == "interface")
-    add_interface(key, value);
-  else if (kind == "rules") // what they answer; "rules:3/9=-1" is one of them
-    platform.rule = [key, answer = std::stoi(value)](int group, const std::string &, int item) {
-      return key.empty() || key == std::to_string(group) + "/" + std::to_string(item) ? answer : 0;
-    };
+  if (const auto kind = kinds.find(name.substr(0, colon)); kind != kinds.end())
+    kind->second(colon == std::string::npos ? "" : name.substr(colon + 1), value);
   else
     platform.nvram[{0, name}] = value;
 }
@@ -154,7 +163,7 @@ TEST_F(Cases, ComeOutAsTheySay) {
       std::string outcome = answer(parts[1], parts[2]);
       ASSERT_FALSE(outcome.empty()) << parts[1] << " is no accessor";
       for (const std::string &done : platform.calls)
-        if (!done.starts_with("read ")) outcome += "; " + done;
+        if (!done.starts_with("read ") && !done.starts_with("lte ")) outcome += "; " + done;
       for (std::size_t at; (at = outcome.find('\n')) != std::string::npos;)
         outcome.replace(at, 1, "\\n");
       EXPECT_EQ(parts[4], outcome);

@@ -12,23 +12,6 @@ namespace {
 
 class Mode : public fake::Test {};
 
-TEST_F(Mode, SomeSettingsNeedALayer3Vpn) {
-  const auto expect = [](const char *stored, int layer_3) {
-    platform = {};
-    platform.preset(0, stored);
-    EXPECT_EQ(tarnIsL3Vpn(), layer_3) << stored;
-    for (kova_setter *set : {kovasetVpnNatEnable, kovasetL3vpnDefaultIf})
-      EXPECT_EQ(set("1"), layer_3 - 1) << stored;
-    EXPECT_EQ(platform.done.size(), layer_3 == 1 ? 2U : 0U);
-  };
-  for (const char *stored : {"vpn_type=0 bcp_enable=0 gre_type=1", "vpn_type=1 gre_type=0 bcp_enable=1"})
-    expect(stored, 1);
-  for (const char *stored : {"", "vpn_type=0", "vpn_type=1", "vpn_type=0 bcp_enable=1 gre_type=0",
-                             "vpn_type=1 gre_type=1 bcp_enable=0", "vpn_type=00 bcp_enable=0",
-                             "vpn_type=2 bcp_enable=0 gre_type=0"})
-    expect(stored, 0);
-}
-
 TEST_F(Mode, StoredSettingsMustBeCompleteForTheirMode) {
   const std::string layer_3 = "vpn_nat_enable=1 l3vpn_default_if=i ",
                     peer = "l2tp_lns_ip=s l2tp_ppp_user=u l2tp_ppp_pass=p";
