@@ -116,10 +116,8 @@ void add_device(Commands &commands) {
   Commands group = commands.group("device", "The virtual device itself");
   auto [upping, options] =
       group.add<Up>("up", "Create the device if need be, boot it, start its service daemon", up);
-  upping.add_option("--serial", options.serial, "The serial number of a device to be created")
-      ->type_name("TEXT");
-  upping.add_option("--acs", options.acs, "Have the device managed by the server at this URL")
-      ->type_name("URL");
+  upping.option("--serial", "TEXT", &options.serial, "The serial number of a device to be created");
+  upping.option("--acs", "URL", &options.acs, "Have the device managed by the server at this URL");
   group.add<Options>("down", "Stop the service daemon; the settings stay", act_and_show<device::down>);
   group.add<Options>("reboot", "Stop and boot the device", act_and_show<device::reboot>);
   group.add<Options>("reset", "Back to factory settings: all settings and the log are lost",
@@ -128,7 +126,7 @@ void add_device(Commands &commands) {
                      show_status);
   auto [listing, place] =
       group.add<Place>("list", "Show the devices beside this one, or those in a directory", list);
-  listing.add_option("DIR", place.directory)->type_name("");
+  listing.words("DIR", &place.directory);
   group.add<Options>("remove", "Stop the device and remove it with all its settings", remove);
 }
 

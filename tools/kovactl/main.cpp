@@ -6,6 +6,7 @@
 #include "request/shortened.hpp"
 #include "request/spelling.hpp"
 
+#include <CLI/CLI.hpp>
 #include <fcntl.h>
 #include <kova.h>
 #include <unistd.h>
@@ -31,18 +32,13 @@ public:
     program_.require_subcommand(0, 1); // none at all is noticed after parsing, unknown words before that
     program_.fallthrough();
     program_.set_version_flag("-V,--version", "kovactl " KOVA_VERSION);
-    program_.add_flag("--json", json_, "Answer in JSON, also when something fails");
-    program_.add_flag("--secondary", secondary_, "Act for the secondary management instance");
-    program_.add_option("--device", device_, "Directory of the virtual device (default: $KOVA_DEVICE)")
-        ->type_name("DIR")
-        ->check([](const std::string &text) {
-          return text.empty() ? std::string("it is empty") : std::string();
-        });
-    CLI::Option *colour = program_.add_option("--color", colour_, "auto, always or never (default: auto)")
-                              ->type_name("WHEN")
-                              ->check(CLI::IsMember(colours));
+    const Command everywhere(program_, registry_);
+    everywhere.flag("--json", json_, "Answer in JSON, also when something fails");
+    everywhere.flag("--secondary", secondary_, "Act for the secondary management instance");
+    everywhere.option("--device", "DIR", &device_, "Directory of the virtual device (default: $KOVA_DEVICE)")
+        .check([](const std::string &text) { return text.empty() ? "it is empty" : ""; });
+    everywhere.option("--color", "WHEN", &colour_, "auto, always or never (default: auto)").one_of(colours);
     Commands all(program_, registry_);
-    all.complete(colour, [](const std::string &word) { return beginning_with(word, colours); });
     for (const auto add : commands)
       add(all);
   }
