@@ -208,8 +208,8 @@ bool run_session(Store &store, const SessionOptions &options, Trace &trace) {
   const Server server = management_server(store, options.tls);
   settle_connection_request_url(store, server);
   const Report report = pending_report(store);
-  SessionStatus status = store.read(last_session);
-  status = {status.number + 1, true, std::time(nullptr), 0, report.event_codes(), ""};
+  const auto begin = std::chrono::steady_clock::now();
+  SessionStatus status = store.read(last_session).follow(report.event_codes());
   store.change([&status](Transaction &change) { put(change, status); });
   log("session: " + joined(status.events));
   long retry_after = 0;
@@ -223,6 +223,7 @@ bool run_session(Store &store, const SessionOptions &options, Trace &trace) {
   }
   status.running = false;
   status.end = std::time(nullptr);
+  status.duration = std::chrono::ceil<std::chrono::milliseconds>(std::chrono::steady_clock::now() - begin);
   const bool well = status.failure.empty();
   store.change([&](Transaction &change) {
     put(change, status);

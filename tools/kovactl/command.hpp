@@ -97,6 +97,9 @@ private:
   Registry &registry_;
 };
 
+// A whole command line, without the program's name.
+ExitStatus run_command_line(std::vector<std::string> words);
+
 // The words that begin so.
 std::vector<std::string> beginning_with(const std::string &word, const std::vector<std::string> &all);
 // Of a group, without the hidden ones.

@@ -22,7 +22,7 @@ namespace {
 
 constexpr void (*commands[])(Commands &) = {
     add_get,    add_set,    add_rows, add_list,  add_find, add_watch, add_export,     add_model, add_settings,
-    add_device, add_inform, add_log,  add_nvram, add_tree, add_login, add_completion, add_help,
+    add_device, add_fleet, add_inform, add_log,  add_nvram, add_tree, add_login, add_completion, add_help,
 };
 
 class CommandLine {
@@ -132,7 +132,7 @@ void occupy_standard_streams() {
     if (fcntl(stream, F_GETFD) < 0) open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY);
 }
 
-int run(int argc, char **argv) {
+ExitStatus run(int argc, char **argv) {
   CommandLine line;
   try {
     line.parse(argc, argv);
@@ -146,6 +146,14 @@ int run(int argc, char **argv) {
 }
 
 } // namespace
+
+ExitStatus run_command_line(std::vector<std::string> words) {
+  words.insert(words.begin(), "kovactl");
+  std::vector<char *> arguments;
+  for (std::string &word : words)
+    arguments.push_back(word.data());
+  return run(static_cast<int>(arguments.size()), arguments.data());
+}
 
 } // namespace kova::ctl
 
