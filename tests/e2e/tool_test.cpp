@@ -161,12 +161,6 @@ TEST_F(Tool, FindsNamesSuggestsAndExplains) {
   }
 }
 
-TEST_F(Tool, WritesATableOfAccessorsThatCompiles) {
-  const Result compiled = shell(command_line({"model", "--format", "c"}) +
-                                " | " C_COMPILER " -std=c11 -Wall -Wextra -Werror -fsyntax-only -x c -");
-  EXPECT_EQ(compiled.status, 0) << compiled.err;
-}
-
 TEST_F(Tool, TellsThatNoServiceHeard) {
   kill(json({"device", "up"})["serviced"], SIGKILL);
   const Result result = run({"set", "X_KOVA_LAN.DNSServer2=8.8.4.4"});
@@ -252,6 +246,13 @@ TEST_F(Tool, CompletesPaths) {
   EXPECT_EQ(complete("add InternetGatewayDevice.L"), "InternetGatewayDevice.Layer3Forwarding.\n");
   EXPECT_EQ(complete("--json set InternetGatewayDevice.LANDevice.1.X_KOVA_LAN.S"),
             "InternetGatewayDevice.LANDevice.1.X_KOVA_LAN.SubnetMask=\n");
+
+  if (shell("command -v zsh").status != 0) return;
+  const Result in_zsh = shell("zsh -fc 'compdef() {}; source <(\"" KOVACTL_PATH "\" completion zsh); "
+                              "compadd() { local a=${@[-1]}; print -rl -- ${(P)a}; }; CURRENT=4; "
+                              "words=(\"" KOVACTL_PATH "\" set --log " +
+                              address + "); _kovactl'");
+  EXPECT_EQ(in_zsh.out, address + "=\n\n");
 }
 
 TEST_F(Tool, EscapesForATerminalOnly) {
