@@ -144,6 +144,8 @@ TEST_F(Tool, FindsNamesSuggestsAndExplains) {
       {"set --dry-run X_KOVA_LAN.DHCPLeaseTime=5", 1, "it takes a number"},
       {"get X_KOVA_LAN.DNSServer2", 0, "DNSServer2\n"},
       {"complete -- set InternetGatewayDevice.X_KOVA_Firewall.MACFilter.Enable = ", 0, "Enable=1\n"},
+      {"complete -- set MACFilter.Mo", 0, "MACFilter.Mode=\n"},
+      {"complete -- set Region=D", 0, "Region=DE\n"},
       {"complete -- nvram get lan_i", 0, "lan_ip\n"},
       {"complete -- tree get /tarn/cm", 0, "/tarn/cm_config/\n"},
       {"complete -- --device /nowhere de", 0, "delete\ndevice\n"},
