@@ -36,7 +36,7 @@ const Device devices[] = {
     {"secondary", "1", "", [] { gSecondaryInstance = 1; }},
     {"failing", "1", "", [] { platform.stores = platform.has_copies = platform.tree_opens = false; }},
     {"refusing", "1", "", [] {
-       fake::refuse_all();
+       platform.rule = [](int, const std::string &, int) { return -2; };
        platform.mode_and_bandwidth = platform.mode_and_rate = platform.scan_mode = platform.dmz_param = -1;
        platform.writable = 0;
      }}};

@@ -66,17 +66,4 @@ TEST_F(Requests, EventTextReachesTheToolAsText) {
   EXPECT_EQ(platform.done, Strings{"run test_cpeevent call \"" + escaped + "\""});
 }
 
-TEST_F(Requests, ChangedNatRestartsItInVpnModeOnly) {
-  const Strings announced = {R"(run test_cpeevent call "fw_nat_cfg changed")"};
-  Strings restarted = announced;
-  restarted.insert(restarted.end(), {R"(run test_cpeevent call "ce_ipv4_nat stop")", "sleep 3",
-                                     R"(run test_cpeevent call "ce_ipv4_nat start")"});
-  for (const char *mode : {"", "0", "1", "2", "3"}) {
-    platform.nvram[{0, "oper_mode"}] = mode;
-    platform.done.clear();
-    kova_nat_cfg_changed();
-    EXPECT_EQ(platform.done, *mode == '2' ? restarted : announced) << mode;
-  }
-}
-
 } // namespace
