@@ -187,7 +187,7 @@ TEST_F(Batch, WhatCheckersRefuseIsKeptWithinLimits) {
       {"tr.tries=2x tr.timeout=5999 tr.size=0 tr.hops=1", "0 -q 2x -m 1 -w 5,3,10"},
       {"tr.tries=-1 tr.timeout=x tr.size=-1 tr.hops=-1", "65000 -q 10 -m 255 -w 1,3,10"},
       {"", "38 -q 10 -m 30 -w 1,3,10"}};          // stored values are kept within the limits, too
-  EXPECT_EQ(validate("echo.enable=2"), "passed"); // by no rule refused, and no wish to run
+  EXPECT_EQ(validate("echo.enable=2"), "passed"); // neither refused nor a wish to run it
   EXPECT_EQ(platform.done, Strings{"request 0x10000015 udpechoplus_server"});
   platform.nvram[{9, "TR_TRACEROUTEDIAG_TRYCNT"}] = "12";
   for (const auto &[request, options] : cases) {

@@ -1,13 +1,13 @@
 // Calls of accessors and what must come of them, read from cases/*.txt:
 //
-//   given oper_mode=2 9:lan_mac=001A2B ...      a device on which this is stored, and nothing else; the words are below
+//   given oper_mode=2 9:lan_mac=001A2B ...      a device on which this is stored, and nothing else; all kinds of words below
 //   and oper_mode=1                             changes the device
 //   kovaGetX()  kovaGetX(4)                     asks a getter, by default with room for 256 characters
 //   setTR069X("value")  chkTR069X(NULL)         asks a setter, or a checker
 //   batch()                                     the batch validation of what the checkers have parked
 //
-// Behind " -> " stand the answer and what was done for it, in order, without what was read and asked of the LTE daemon. An answer "#" is a buffer that was
-// left as it was. In words, \s is a blank, \n a new line and \t a tab.
+// Behind " -> " stand the answer and what was done for it, in order, without what was read and asked of the LTE daemon. An
+// answer "#" is a buffer that was left as it was. In words and values, \s is a blank, \n a new line and \t a tab.
 #include "model/model.hpp"
 #include "rows.hpp"
 
@@ -33,14 +33,14 @@ std::string unescaped(std::string text) {
 // NAME=ADDRESS/MASK/SPEED/MAC, of which the last may be missing
 void add_interface(const std::string &name, const std::string &facts) {
   std::istringstream fields(facts);
-  fake::Interface interface { name, "", "" };
+  fake::Interface found{name, "", ""};
   std::string speed;
-  std::getline(fields, interface.address, '/');
-  std::getline(fields, interface.mask, '/');
-  if (std::getline(fields, speed, '/') && !speed.empty()) interface.speed = std::stoi(speed);
-  std::getline(fields, interface.mac, '/');
+  std::getline(fields, found.address, '/');
+  std::getline(fields, found.mask, '/');
+  if (std::getline(fields, speed, '/') && !speed.empty()) found.speed = std::stoi(speed);
+  std::getline(fields, found.mac, '/');
   std::erase_if(platform.interfaces, [&](const fake::Interface &other) { return other.name == name; });
-  platform.interfaces.push_back(interface);
+  platform.interfaces.push_back(found);
 }
 
 // NUMBER=DUPLEX,FIRST CHANNEL,LAST CHANNEL
