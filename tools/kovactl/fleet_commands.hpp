@@ -12,6 +12,6 @@ void add_fleet_status(Commands &group);
 void add_fleet_exec(Commands &group); // exec, get
 
 // Their option --dir.
-void add_fleet_place(CLI::App &app, std::string &directory);
+void add_fleet_place(const Command &command, std::string &directory);
 
 } // namespace kova::ctl

@@ -79,13 +79,12 @@ void add_fleet_exec(Commands &group) {
   auto [executing, exec_options] =
       group.add<Exec>("exec", "Run a command on each device: fleet exec -- set PATH=VALUE", exec);
   add_fleet_place(executing, exec_options.directory);
-  executing.add_option("COMMAND", exec_options.words, "A command of kovactl with its words, behind --")
-      ->required()
-      ->type_name("");
+  executing.words("COMMAND", &exec_options.words, "A command of kovactl with its words, behind --")
+      .required();
   auto [getting, get_options] = group.add<Get>("get", "Show values of parameters of each device", get);
   add_fleet_place(getting, get_options.directory);
-  getting.add_option("PATH", get_options.paths, "Parameters, as get takes them")->required()->type_name("");
-  group.complete(getting, [](const std::string &word) { return continued(word, Kind::anything, false); });
+  getting.words("PATH", &get_options.paths, "Parameters, as get takes them").required();
+  getting.complete([](const std::string &word) { return continued(word, Kind::anything, false); });
 }
 
 } // namespace kova::ctl

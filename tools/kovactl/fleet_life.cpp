@@ -112,23 +112,20 @@ ExitStatus remove(const Output &output, const Place &place) {
 
 } // namespace
 
-void add_fleet_place(CLI::App &app, std::string &directory) {
-  app.add_option("--dir", directory, "Directory of the fleet (default: kova-fleet in the state directory)")
-      ->type_name("DIR");
+void add_fleet_place(const Command &command, std::string &directory) {
+  command.option("--dir", "DIR", &directory,
+                 "Directory of the fleet (default: kova-fleet in the state directory)");
 }
 
 void add_fleet_life(Commands &group) {
   auto [upping, options] =
       group.add<Up>("up", "Create and boot devices as far as they are not up, so that there are N", up);
-  upping.add_option("N", options.count)->required()->type_name("")->check(number_rule);
+  upping.words("N", &options.count).required().check(number_rule);
   add_fleet_place(upping, options.directory);
-  upping.add_option("--acs", options.acs, "Have all devices managed by the server at this URL")
-      ->type_name("URL");
-  upping.add_option("--serial", options.prefix, "What the serial numbers begin with (default: KVF-)")
-      ->type_name("PREFIX");
-  upping.add_option("--ramp", options.ramp, "Spread the first informs over so long (default: 0)")
-      ->type_name("SECONDS")
-      ->check(number_rule);
+  upping.option("--acs", "URL", &options.acs, "Have all devices managed by the server at this URL");
+  upping.option("--serial", "PREFIX", &options.prefix, "What the serial numbers begin with (default: KVF-)");
+  upping.option("--ramp", "SECONDS", &options.ramp, "Spread the first informs over so long (default: 0)")
+      .check(number_rule);
   auto [downing, place] = group.add<Place>("down", "Stop all devices; their settings stay", down);
   add_fleet_place(downing, place.directory);
   auto [removing, removed] =
