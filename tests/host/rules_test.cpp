@@ -242,7 +242,7 @@ TEST(Rules, DescribeThemselvesToPeople) {
   EXPECT_EQ(text(RULE_LAN_DHCP_MODE), "one of 0 (off), 1 (server), 2 (relay)");
   EXPECT_EQ(text(RULE_WIFI_MODE), "one of BONLY, GONLY, NONLY, BG, GN, BGN");
   EXPECT_EQ(text(RULE_WIFI_CHANNEL), "a number from 0 to 13 (0: automatic)");
-  EXPECT_EQ(text(RULE_IP_FILTER_DST_PORT_END), "a number from 1 to 65535, or nothing");
+  EXPECT_EQ(text(RULE_IP_FILTER_DST_PORT_END), "a number from 1 to 65535");
   EXPECT_EQ(text(RULE_WIFI_PASS_PHRASE), "8 to 63 printable characters, or 64 hexadecimal digits");
   EXPECT_EQ(text(RULE_WAN_L2TP_SERVER), "an IPv4 address or a host name");
   EXPECT_EQ(text(RULE_LAN_LEASE_TIME), "a number of seconds from 300 to 172800");

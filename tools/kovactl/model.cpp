@@ -25,6 +25,7 @@ struct Format {
   std::string (*document)(); // nullptr: that of the device's values
 };
 constexpr Format formats[] = {
+    {"datamodel", "data model document", data_model_document},
     {"devicetype", "device type document", device_type_document},
     {"xml", "the same", device_type_document},
     {"csv", "with the device's values", nullptr},
