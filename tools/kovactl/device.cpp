@@ -1,8 +1,10 @@
 // device: the virtual device itself.
 #include "device/device.hpp"
 
+#include "device/faults.hpp"
 #include "kovactl/command.hpp"
 #include "kovactl/commands.hpp"
+#include "kovactl/device_fault.hpp"
 #include "kovactl/inform.hpp"
 #include "platform/host/device_dir.hpp"
 
@@ -39,6 +41,7 @@ ExitStatus show(const Output &output, const device::Status &status) {
   if (output.json()) {
     Json json = as_json(status);
     json["agent"] = agent_json();
+    json["faults"] = device::described(device::faults());
     output.print(json);
     return Success;
   }
@@ -48,6 +51,7 @@ ExitStatus show(const Output &output, const device::Status &status) {
               {{"radio feed"}, {status.feed ? "on" : "off"}},
               {{"serial number"}, {status.serial}}};
   std::ranges::move(agent_rows(), std::back_inserter(table));
+  std::ranges::move(fault_rows(), std::back_inserter(table));
   output.print(table);
   return Success;
 }
@@ -126,6 +130,7 @@ void add_device(Commands &commands) {
                      act_and_show<device::reset>);
   group.add<Options>("status", "Show where the device is and whether it runs: exit status 3 if not all does",
                      show_status);
+  add_device_fault(group);
   auto [listing, place] =
       group.add<Place>("list", "Show the devices beside this one, or those in a directory", list);
   listing.words("DIR", &place.directory);
