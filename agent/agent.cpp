@@ -23,6 +23,7 @@
 #include <uv.h>
 
 #include <csignal>
+#include <cstdlib>
 #include <filesystem>
 #include <functional>
 #include <memory>
@@ -275,7 +276,7 @@ private:
       const bool waits = failed.count > 0 && now < failed.earliest && now >= failed.earliest - longest_wait();
       return !pending_events(store).empty() || has_active_change(store) ? (wanted_now_ || !waits) : false;
     });
-    if (!due) return;
+    if (!due || (now < first_session_ && !wanted_now_)) return;
     wanted_now_ = false;
     const unsigned long number = store_.read(last_session).number;
     session_.start(&loop_, words("session"), false, [this, number](bool) {
@@ -283,6 +284,14 @@ private:
       last_look_ = 0; // the ACS may have set anything
       tick();
     });
+  }
+
+  // A boot that this agent's task makes is no part of what the starter asked for.
+  static std::time_t time_of_first_session() {
+    const char *delay = std::getenv(first_inform_delay);
+    const std::time_t time = delay == nullptr ? 0 : std::time(nullptr) + std::strtol(delay, nullptr, 10);
+    unsetenv(first_inform_delay);
+    return time;
   }
 
   // A clock that was set back must not hold the agent up for longer than any wait is.
@@ -320,6 +329,7 @@ private:
   std::unique_ptr<Stun> stun_;
   Task session_, transfer_, leaving_;
   bool wanted_now_ = false; // whatever wait there is after a failure
+  const std::time_t first_session_ = time_of_first_session();
   std::string url_;
   PeriodicInform periodic_;
   std::time_t next_periodic_ = 0, earliest_leave_ = 0, last_look_ = 0;

@@ -2,6 +2,7 @@
 
 #include "device/error.hpp"
 #include "device/factory.hpp"
+#include "device/faults.hpp"
 #include "device/file_system.hpp"
 #include "device/identity.hpp"
 #include "device/layout.hpp"
@@ -156,6 +157,7 @@ void start_agents(const Lock &lock) {
 
 void boot(const Lock &lock) {
   stop_daemons();
+  set_faults({});
   const Identity identity = identity_of(own_serial());
   write_hardware(identity);
   host::nvram_clear_section(host::runtime_section);

@@ -30,6 +30,11 @@ inline std::filesystem::path messages_of(const Daemon &daemon) {
   return log_dir() / (std::string(daemon.name) + ".log");
 }
 
+// Is there while the device has faults on demand.
+inline std::filesystem::path faults_file() {
+  return run_dir() / "faults";
+}
+
 // Where an absolute path of the device lies: on_device("/tmp/mrhd_socket").
 inline std::filesystem::path on_device(std::string_view path) {
   return host::device_dir() / "root" / path.substr(1);

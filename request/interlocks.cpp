@@ -48,6 +48,13 @@ std::vector<Interlock> all() {
   for (const char *member : {"UserName", "Password"})
     found.push_back({snmp + member, snmp + "Enable", off, "1", "SNMP is off"});
   found.push_back({vpn + "*", vpn + "OperMode", {"0", "1", "3"}, "2", "the device is not in its VPN mode"});
+  for (const char *member : {"L2TP*", "BCPEnable"})
+    found.push_back({vpn + member, vpn + "VPNType", {"1"}, "0", "the VPN is a GRE tunnel"});
+  found.push_back({vpn + "GRE*", vpn + "VPNType", {"0", ""}, "1", "the VPN is an L2TP tunnel"});
+  for (const char *member : {"VPNNatEnable", "L3VPNDefaultIf"}) {
+    found.push_back({vpn + member, vpn + "BCPEnable", {"1"}, "0", "the L2TP tunnel is bridged"});
+    found.push_back({vpn + member, vpn + "GREType", {"1"}, "0", "the GRE tunnel carries layer 2"});
+  }
   return found;
 }
 
@@ -64,7 +71,8 @@ std::optional<std::string> interlock_of(std::string_view path) {
   for (const Interlock &interlock : interlocks) {
     if (text == interlock.by || fnmatch(interlock.pattern.c_str(), text.c_str(), 0) != 0) continue;
     const std::string value = value_of(interlock.by);
-    if (std::ranges::find(interlock.closing, value) != interlock.closing.end())
+    const bool closed = std::ranges::find(interlock.closing, value) != interlock.closing.end();
+    if (closed && !interlock_of(interlock.by)) // what cannot be turned now is without effect
       return interlock.words + ": set " + interlock.by + "=" + interlock.opening + " first";
   }
   return std::nullopt;

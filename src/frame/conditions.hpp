@@ -14,13 +14,15 @@ namespace kova {
 struct Condition {
   bool (*holds)(const char *value);
   bool takes_empty = false;
-  const char *words = nullptr; // the values that are taken, joined by blanks; nullptr: not a choice
-  long least = 0, most = 0;    // of a number; equal: no bounds
+  const char *words = nullptr;   // the values that are taken, joined by blanks; nullptr: not a choice
+  long least = 0, most = 0;      // of a number; equal: no bounds; LONG_MAX: that of the type
+  const char *form = nullptr;    // how a text looks, for a person: "an offset as +05:45"
+  const char *pattern = nullptr; // a regular expression of XML Schema that every such text matches
 };
 
 template <long least, long most>
 bool begins_with_number(const char *value) {
-  const int number = leading_number(value); // a text that is no number is 0
+  const int number = leading_number(value); // 0 for a text without a number
   return number >= least && number <= most;
 }
 inline bool is_digits(const char *value) {

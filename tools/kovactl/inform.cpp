@@ -19,7 +19,7 @@ namespace {
 struct Options {
   std::string event = "6 CONNECTION REQUEST";
   bool wait = false;
-  std::string seconds = "60";
+  int seconds = 60;
 };
 
 std::string joined(const std::vector<std::string> &words) {
@@ -46,8 +46,9 @@ ExitStatus inform(const Output &output, const Options &options) {
                   : output.print(Table{{{"asked for a session"}}});
     return Success;
   }
-  const auto session = agent::await_session(before, std::chrono::seconds(std::stoul(options.seconds)));
-  if (!session) return output.failure("no session has ended within " + options.seconds + " s");
+  const auto session = agent::await_session(before, std::chrono::seconds(options.seconds));
+  if (!session)
+    return output.failure("no session has ended within " + std::to_string(options.seconds) + " s");
   if (output.json())
     output.print(as_json(*session));
   else
@@ -107,14 +108,13 @@ Json agent_json() {
 }
 
 void add_inform(Commands &commands) {
-  auto [app, options] = commands.add<Options>("inform", "Ask the management agent for a session now", inform);
-  app.add_option("--event", options.event, "What it reports (default: 6 CONNECTION REQUEST)")
-      ->type_name("EVENT");
-  CLI::Option *wait = app.add_flag("--wait", options.wait, "Wait for its end, and tell how it went");
-  app.add_option("--timeout", options.seconds, "Wait so long at most (default: 60)")
-      ->type_name("SECONDS")
-      ->needs(wait)
-      ->check(number_rule);
+  auto [command, options] =
+      commands.add<Options>("inform", "Ask the management agent for a session now", inform);
+  command.option("--event", "EVENT", &options.event, "What it reports (default: 6 CONNECTION REQUEST)");
+  const Option wait = command.flag("--wait", options.wait, "Wait for its end, and tell how it went");
+  command.option("--timeout", "SECONDS", &options.seconds, "Wait so long at most (default: 60)")
+      .needs(wait)
+      .check(number_rule);
 }
 
 } // namespace kova::ctl
