@@ -21,6 +21,7 @@ const std::string firewall = "InternetGatewayDevice.X_KOVA_Firewall.";
 const std::string voice = "InternetGatewayDevice.Services.VoiceService.1.VoiceProfile.1.";
 const std::string connection = "InternetGatewayDevice.WANDevice.1.WANConnectionDevice.1.WANIPConnection.1.";
 const std::string vpn = "InternetGatewayDevice.WANDevice.1.X_KOVA_OperMode.";
+const std::string server = "InternetGatewayDevice.ManagementServer.";
 const std::string snmp = "InternetGatewayDevice.X_KOVA_SNMP.";
 
 std::vector<Interlock> all() {
@@ -47,6 +48,11 @@ std::vector<Interlock> all() {
       {connection + "X_KOVA_DMZHostIPAddress", connection + "X_KOVA_DMZEnable", off, "1", "the DMZ is off"});
   for (const char *member : {"UserName", "Password"})
     found.push_back({snmp + member, snmp + "Enable", off, "1", "SNMP is off"});
+  found.push_back({server + "PeriodicInformInterval",
+                   server + "PeriodicInformEnable",
+                   {"0"},
+                   "1",
+                   "the device does not report periodically"});
   found.push_back({vpn + "*", vpn + "OperMode", {"0", "1", "3"}, "2", "the device is not in its VPN mode"});
   for (const char *member : {"L2TP*", "BCPEnable"})
     found.push_back({vpn + member, vpn + "VPNType", {"1"}, "0", "the VPN is a GRE tunnel"});

@@ -130,6 +130,7 @@ TEST_F(Tool, FindsNamesSuggestsAndExplains) {
       {"set URLFilter.Mode=1", 1, "URLFilter.Enable=1 first"},
       {"add MACFilter.White. 00:11:22:33:44:55", 1, "MACFilter.Mode=1 first"},
       {"add MACFilter.Black. 00:11", 1, "it takes a MAC address"},
+      {"add X_KOVA_SpeedDial. 99,5,x", 1, "dial number takes one of 1, 2"},
       {"get -v MACFilter.Black.", 0, ""},
       {"add MACFilter.Black. 00:11:22:33:44:55", 0, filter + "Black.1.\n"},
       {"list " + filter + "Black.1", 0, "Black.1.Rule "},
