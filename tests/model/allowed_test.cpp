@@ -15,7 +15,6 @@
 #include <kova/transaction.h>
 
 #include <algorithm>
-#include <map>
 #include <regex>
 #include <set>
 
@@ -44,13 +43,6 @@ const std::regex converted(
     R"(PCI\w*Lock|Installation\.Height|DaylightSavings(Start|End)))"); // brought into the stored form
 // Allowed by themselves, but not beside what the others are.
 const std::regex combined(R"(.*\.(WLANConfiguration\.1\.X_KOVA_Mode|X_KOVA_APN\.\d\.(ApplyTo|Enable)))");
-// What the next one needs to take all that is told of it, beyond its interlocks.
-const std::map<std::string, request::Assignment> needs = {
-    {"LocalPortMax",
-     {"InternetGatewayDevice.Services.VoiceService.1.VoiceProfile.1.RTP.LocalPortMin", "1024"}},
-    {"LocalPortMin",
-     {"InternetGatewayDevice.Services.VoiceService.1.VoiceProfile.1.RTP.LocalPortMax", "65535"}}};
-
 struct Samples {
   Texts inside, outside, some; // of the last at least one is taken
 };
@@ -122,7 +114,6 @@ void open_the_way(const std::string &path) {
     ASSERT_NO_FATAL_FAILURE(set({step[1], step[2]}));
     ASSERT_NE(request::interlock_of(path), closed) << "it did not help";
   }
-  if (const auto need = needs.find(path.substr(path.rfind('.') + 1)); need != needs.end()) set(need->second);
 }
 
 void sweep(const Parameter &parameter) {
@@ -181,6 +172,9 @@ TEST(Allowed, IsWhatTheAccessorsTake) {
                        "root/bin"); // tests that run would store their results at any time
   EXPECT_TRUE(device.run([] {
     const device::Turn turn;
+    const std::string ports = "InternetGatewayDevice.Services.VoiceService.1.VoiceProfile.1.RTP.LocalPort";
+    set({ports + "Min", "1024"}); // none bounds the other
+    set({ports + "Max", "65535"});
     for (const Parameter *parameter : parameters())
       if (parameter->writable()) sweep(*parameter);
   }));
