@@ -96,7 +96,8 @@ void store_parameter_key(const std::string &key) {
 void settle_diagnostics(Store &store) {
   const auto pending =
       store.read([](const Transaction &reading) { return reading.entries(stored::diagnostics); });
-  for (const auto &[record, value] : pending) {
+  for (const auto &each : pending) {
+    const std::string &record = each.first;
     const std::string state = read_value(store, record.substr(std::string_view(stored::diagnostics).size()));
     if (state == requested) continue;
     store.change([&](Transaction &change) {
@@ -162,10 +163,11 @@ void get_parameter_attributes(Store &store, const pugi::xml_node &call, pugi::xm
       pugi::xml_node one = list.append_child("ParameterAttributeStruct");
       add(one, "Name", path);
       add(one, "Notification", std::to_string(static_cast<int>(attributes.notification)));
-      add_array(one, "AccessList", "xsd:string", [&attributes](pugi::xml_node access_list) {
-        for (const std::string &entity : attributes.access_list)
-          add(access_list, "string", entity);
-      });
+      add_array(one, "AccessList", "xsd:string",
+                [&entities = attributes.access_list](pugi::xml_node access_list) {
+                  for (const std::string &entity : entities)
+                    add(access_list, "string", entity);
+                });
     }
   });
 }

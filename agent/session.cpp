@@ -20,7 +20,7 @@
 namespace kova::agent {
 namespace {
 
-constexpr std::time_t longest_session = 30 * 60; // seconds: an ACS that asks for ever
+constexpr std::time_t longest_session = 30L * 60; // seconds: an ACS that asks for ever
 
 bool is_blank(std::string_view text) {
   return text.find_first_not_of(" \t\r\n") == std::string_view::npos;

@@ -21,7 +21,6 @@
 
 #include <algorithm>
 #include <ctime>
-#include <ranges>
 #include <set>
 #include <span>
 #include <sstream>
@@ -117,8 +116,7 @@ void create() {
 }
 
 void stop_daemons() {
-  for (const Daemon &daemon : std::ranges::reverse_view(daemons))
-    stop_daemon(daemon);
+  std::for_each(std::rbegin(daemons), std::rend(daemons), stop_daemon);
   remove_tree(on_device("/tmp/mrhd_socket")); // one that was killed has left it
 }
 

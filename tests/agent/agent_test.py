@@ -27,6 +27,7 @@ from acs import Acs, array, assign, attributes, call, download, get, names, uplo
 KOVACTL, SCHEMA = sys.argv[1:3]
 GATEWAY = "InternetGatewayDevice."
 SERVER = GATEWAY + "ManagementServer."
+WLAN = GATEWAY + "LANDevice.1.WLANConfiguration.1."
 LAN = GATEWAY + "LANDevice.1.X_KOVA_LAN."
 FILTER = GATEWAY + "X_KOVA_Firewall.MACFilter."
 RULES = FILTER + "Black."
@@ -149,6 +150,8 @@ DIALOGUES = {
               (call("GetParameterNames", ParameterPath=CODE, NextLevel="yes"), (9003, {})),
               (call("GetParameterNames", ParameterPath=CODE), (9003, {}))],
     "values": [(get(""), OK), (get(CODE, LAN + "DNSOption"), {CODE: "TEST.LAB"}),
+               (get(SERVER, WLAN + "KeyPassphrase"), {SERVER + "Password": "", SERVER + "ConnectionRequestPassword": "",
+                                                      WLAN + "KeyPassphrase": ""}),
                (get(CODE, CODE + "x"), (9005, {})), (get(GATEWAY[:-1]), (9005, {})),
                (call("GetParameterValues", array("ParameterNames", "xsd:string", ["<string/>"]).replace("[1]", "[2]")),
                 (9003, {})),
@@ -373,12 +376,18 @@ class Events(AgentTest):
 
     def test_two_servers_manage_one_device(self):
         first, second = self.acs(), self.acs()
-        first.script = [attributes(LAN + "DNSServer1", 2), call("Reboot", CommandKey="k" * 33)]
+        own = SERVER + "STUNServerAddress"
+        first.script = [attributes(LAN + "DNSServer1", 2), assign({own: "192.0.2.1"}, "first"), get(SERVER)]
+        second.script = [assign({own: "192.0.2.2"}, "second"), get(SERVER)]
         device = self.device(first, second)
         urls = {acs.session("0 BOOTSTRAP").inform.values()[SERVER + "ConnectionRequestURL"] for acs in (first, second)}
         self.assertEqual(len(urls), 2)
+        for acs, address, key in ((first, "192.0.2.1", "first"), (second, "192.0.2.2", "second")):
+            values = acs.session("0 BOOTSTRAP").answers[-1].values()
+            self.assertEqual((values[own], values[SERVER + "ParameterKey"]), (address, key))
         device.kovactl("set", LAN + "DNSServer1=192.0.2.78")
-        first.session("4 VALUE CHANGE")
+        changed = first.session("4 VALUE CHANGE", after=1)
+        self.assertEqual(changed.inform.values()[LAN + "DNSServer1"], "192.0.2.78")
         self.assertEqual(len(second.sessions), 1)
 
     def test_another_server_is_told_all_anew(self):
