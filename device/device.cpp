@@ -140,12 +140,17 @@ void settle_feed(const Identity &identity) {
   wanted ? host::switch_radio_on(identity.seed) : host::switch_radio_off();
 }
 
+void start_when_asked_for(const Daemon &daemon, const Lock &lock) {
+  const std::string setting = host::nvram_find(host::configuration_section, daemon.setting).value_or("");
+  if (!setting.empty() && !daemon_pid(daemon))
+    start_daemon(daemon, words_of(text_of(arguments_of(daemon))), lock);
+}
+
 // The device runs without one of these as well.
-void start_others(const Lock &lock) {
-  for (const Daemon &daemon : std::span(daemons).subspan(1)) {
-    if (!is_there(arguments_of(daemon)) || daemon_pid(daemon)) continue;
+void start_agents(const Lock &lock) {
+  for (const Daemon &agent : management_agents) {
     try {
-      start_daemon(daemon, words_of(text_of(arguments_of(daemon))), lock);
+      start_when_asked_for(agent, lock);
     } catch (const std::exception &error) {
       log_change(error.what());
     }
@@ -216,7 +221,7 @@ void bring_up(const UpOptions &options, Daemons wanted) {
     settle_feed(identity_of(own_serial()));
     settle_service(lock);
   }
-  if (wanted != Daemons::service_only) start_others(lock);
+  if (wanted != Daemons::service_only) start_agents(lock);
 }
 
 } // namespace
@@ -290,23 +295,11 @@ void remove() {
   host::release_device_dir();
 }
 
-void start(const Daemon &daemon) {
-  start_with(daemon, words_of(text_of(arguments_of(daemon))));
-}
-
-void start_with(const Daemon &daemon, const std::vector<std::string> &arguments) {
-  ensure_booted();
+void start_agents() {
+  if (!is_device() || !is_booted()) return;
   const Lock lock = state_lock();
-  if (daemon_pid(daemon)) return;
-  start_daemon(daemon, arguments, lock);
-  write_file(arguments_of(daemon), text_of_words(arguments));
-}
-
-void stop(const Daemon &daemon) {
-  if (!is_device() || !is_there(run_dir())) return;
-  const Lock lock = state_lock();
-  remove_tree(arguments_of(daemon));
-  stop_daemon(daemon);
+  for (const Daemon &agent : management_agents)
+    start_when_asked_for(agent, lock);
 }
 
 } // namespace kova::device

@@ -61,11 +61,9 @@ void reset(const std::function<void()> &restore);
 // down(), then what the device laid out goes, and the directory with it when nothing else is in it.
 void remove();
 
-// A daemon of device/daemons.hpp, on a device that is booted when it is not; nothing to do when it runs. From
-// then on each boot starts it too, until it is stopped.
-void start(const Daemon &daemon);
-void start_with(const Daemon &daemon, const std::vector<std::string> &arguments);
-void stop(const Daemon &daemon);
+// Starts the management agents that have a server and do not run, on a device that is booted, as each boot
+// does. Throws for one that does not come up.
+void start_agents();
 
 // Requests of several tools come one after the other, as those of one agent do: a reading sees one state,
 // whole. Readings wait for changes only. A device that may only be read is not waited for.

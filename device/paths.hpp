@@ -22,7 +22,7 @@ inline std::filesystem::path log_dir() {
 inline std::filesystem::path pid_file_of(const Daemon &daemon) {
   return run_dir() / (std::string(daemon.name) + ".pid");
 }
-// Is there from the daemon's start until it is stopped: the words that it was started with.
+// The words that the daemon is started with; it may be missing.
 inline std::filesystem::path arguments_of(const Daemon &daemon) {
   return run_dir() / (std::string(daemon.name) + ".arguments");
 }

@@ -39,6 +39,7 @@ template <typename Shape>
 struct Accessor {
   const char *name = nullptr; // the exported symbol
   Shape *call = nullptr;
+  int indexes = 0; // how many arguments, each 1, `call` puts before its own
   explicit operator bool() const { return call != nullptr; }
 };
 

@@ -81,6 +81,16 @@ bool nvram_remove(int section, const std::string &key) {
   return failed == 0;
 }
 
+std::size_t store_version() {
+  std::size_t version = 0;
+  const int failed = Store::of_process().reading([&](const Transaction &snapshot) {
+    version = snapshot.version();
+    return 0;
+  });
+  if (failed != 0 && failed != MDB_NOTFOUND) fail("read", failed);
+  return version;
+}
+
 void nvram_clear_section(int section) {
   const int failed = Store::of_process().writing(
       [&](const Transaction &change) { return change.remove_all(StoredKey::setting(section, "").text()); });

@@ -126,10 +126,7 @@ private:
 // Reads a parameter into a buffer that was full of '#': what the getter left untouched shows.
 std::string get(kova_getter *getter, unsigned int buflen = 256);
 std::string get(kova_getter *getter, int &result, unsigned int buflen = 256);
-void expect_no_buffer_refused(kova_getter *getter);
-Strings get_all(const std::vector<kova_getter *> &getters);
 // All that is done about a value, which the setter must answer like this.
 Strings effect(kova_setter *set, const char *value, int expected = 0);
-void refuse_all(); // the rule checker
 
 } // namespace fake

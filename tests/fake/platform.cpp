@@ -95,27 +95,10 @@ std::string get(kova_getter *getter, unsigned int buflen) {
   return text;
 }
 
-void expect_no_buffer_refused(kova_getter *getter) {
-  char buf[4];
-  EXPECT_EQ(getter(nullptr, sizeof buf), -1);
-  EXPECT_EQ(getter(buf, 0), -1);
-}
-
-Strings get_all(const std::vector<kova_getter *> &getters) {
-  Strings texts;
-  for (kova_getter *getter : getters)
-    texts.push_back(get(getter));
-  return texts;
-}
-
 Strings effect(kova_setter *set, const char *value, int expected) {
   platform.done.clear();
   EXPECT_EQ(set(value), expected) << (value != nullptr ? value : "NULL");
   return platform.done;
-}
-
-void refuse_all() {
-  platform.rule = [](int, const std::string &, int) { return -2; };
 }
 
 namespace {

@@ -180,44 +180,15 @@ TEST_F(Batch, DnsServersMustDiffer) {
   EXPECT_TRUE(platform.done.empty());
 }
 
-TEST_F(Batch, ATestIsLaunchedWithItsCommandLineOrStopped) {
-  // clang-format off
-  const struct {
-    const char *request, *primary, *secondary;
-  } cases[] = {
-      {"dl.state=Requested dl.url=http://h/f", "0x10000008 /bin/download_diag -u http://h/f", "0x10000008 /bin/sec_download_diag -S -u http://h/f"},
-      {"dl.dscp=46 dl.url=u dl.if=i dl.state=Requested", "0x10000008 /bin/download_diag -u u -i i -d 46", "0x10000008 /bin/sec_download_diag -S -u u -i i -d 46"},
-      {"dl.url=u", "0x10000010 download_diag", "0x10000010 sec_download_diag"},
-      {"ul.state=Requested ul.url=u ul.length=9 ul.if=i ul.dscp=1", "0x10000011 /bin/upload_diag -u u -l 9 -i i -d 1", "0x10000011 /bin/sec_upload_diag -S -u u -l 9 -i i -d 1"},
-      {"ul.dscp=", "0x10000013 upload_diag", "0x10000013 sec_upload_diag"},
-      {"echo.enable=1 echo.if=i echo.source=s echo.plus=1 echo.port=7", "0x10000014 /bin/udpechoplus_server -p 7 -i i -s s -P", "0x10000014 /bin/sec_udpechoplus_server -S -p 7 -i i -s s -P"},
-      {"echo.port=9", "0x10000015 udpechoplus_server", "0x10000015 sec_udpechoplus_server"},
-      {"echo.enable=2", "0x10000015 udpechoplus_server", "0x10000015 sec_udpechoplus_server"}, // no rule, and no wish to run
-      {"ping.state=Requested ping.count=5abc ping.timeout=2 ping.size=64 ping.host=h", "0x10000016 /bin/ping_diag -H h -c 5abc -W 2 -s 64", "0x10000016 /bin/sec_ping_diag -S -H h -c 5abc -W 2 -s 64"},
-      {"ping.timeout=2", "0x10000017 ping_diag", "0x10000017 sec_ping_diag"},
-      {"tr.state=Requested tr.host=h", "0x10000019 /bin/traceroute_diag h 38 -q 3 -m 30 -w 1,3,10 --savetof", "0x10000019 /bin/sec_traceroute_diag h 38 -q 3 -m 30 -w 1,3,10 --savetof -S"},
-      {"tr.hops=999", "0x10000020 traceroute_diag", "0x10000020 sec_traceroute_diag"}};
-  // clang-format on
-  for (const uint32_t instance : {0U, 1U})
-    for (const auto &[request, primary, secondary] : cases) {
-      start_over(instance);
-      for (const std::string test :
-           {"DLDIAG_STATE", "ULDIAG_STATE", "PINGDIAG_STATE", "TRACEROUTEDIAG_STATE"})
-        platform.preset(9, (instance == 1 ? "S_TR_" : "TR_") + test + "=Requested"); // not asked for again
-      platform.preset(9, instance == 1 ? "S_TR_UDPECHO_ENABLE=1" : "TR_UDPECHO_ENABLE=1");
-      platform.done.clear();
-      EXPECT_EQ(validate(request), "passed");
-      EXPECT_EQ(platform.done, Strings{std::string("request ") + (instance == 1 ? secondary : primary)});
-    }
-}
-
-TEST_F(Batch, TracerouteLimitsAreKept) {
+TEST_F(Batch, WhatCheckersRefuseIsKeptWithinLimits) {
   const std::pair<const char *, std::string> cases[] = {
       {"tr.tries=11 tr.timeout=999 tr.size=65001 tr.hops=256", "65000 -q 10 -m 255 -w 1,3,10"},
       {"tr.tries= tr.timeout= tr.size= tr.hops=", "38 -q 3 -m 30 -w 5,3,10"},
       {"tr.tries=2x tr.timeout=5999 tr.size=0 tr.hops=1", "0 -q 2x -m 1 -w 5,3,10"},
       {"tr.tries=-1 tr.timeout=x tr.size=-1 tr.hops=-1", "65000 -q 10 -m 255 -w 1,3,10"},
-      {"", "38 -q 10 -m 30 -w 1,3,10"}}; // stored values are kept within the limits, too
+      {"", "38 -q 10 -m 30 -w 1,3,10"}};          // stored values are kept within the limits, too
+  EXPECT_EQ(validate("echo.enable=2"), "passed"); // neither refused nor a wish to run it
+  EXPECT_EQ(platform.done, Strings{"request 0x10000015 udpechoplus_server"});
   platform.nvram[{9, "TR_TRACEROUTEDIAG_TRYCNT"}] = "12";
   for (const auto &[request, options] : cases) {
     platform.done.clear();

@@ -1,15 +1,15 @@
 // Calls of accessors and what must come of them, read from cases/*.txt:
 //
-//   given oper_mode=2 9:lan_mac=001A2B ...      a device on which this is stored, and nothing else; the words are below
+//   given oper_mode=2 9:lan_mac=001A2B ...      a device on which this is stored, and nothing else; all kinds of words below
 //   and oper_mode=1                             changes the device
 //   kovaGetX()  kovaGetX(4)                     asks a getter, by default with room for 256 characters
 //   setTR069X("value")  chkTR069X(NULL)         asks a setter, or a checker
 //   batch()                                     the batch validation of what the checkers have parked
 //
-// Behind " -> " stand the answer and what was done for it, in order, without what was read and asked of the LTE daemon. An answer "#" is a buffer that was
-// left as it was. In words, \s is a blank, \n a new line and \t a tab.
-#include "fake/fake.hpp"
+// Behind " -> " stand the answer and what was done for it, in order, without what was read and asked of the LTE daemon. An
+// answer "#" is a buffer that was left as it was. In words and values, \s is a blank, \n a new line and \t a tab.
 #include "model/model.hpp"
+#include "rows.hpp"
 
 #include <kova/transaction.h>
 
@@ -33,14 +33,14 @@ std::string unescaped(std::string text) {
 // NAME=ADDRESS/MASK/SPEED/MAC, of which the last may be missing
 void add_interface(const std::string &name, const std::string &facts) {
   std::istringstream fields(facts);
-  fake::Interface interface { name, "", "" };
+  fake::Interface found{name, "", ""};
   std::string speed;
-  std::getline(fields, interface.address, '/');
-  std::getline(fields, interface.mask, '/');
-  if (std::getline(fields, speed, '/') && !speed.empty()) interface.speed = std::stoi(speed);
-  std::getline(fields, interface.mac, '/');
+  std::getline(fields, found.address, '/');
+  std::getline(fields, found.mask, '/');
+  if (std::getline(fields, speed, '/') && !speed.empty()) found.speed = std::stoi(speed);
+  std::getline(fields, found.mac, '/');
   std::erase_if(platform.interfaces, [&](const fake::Interface &other) { return other.name == name; });
-  platform.interfaces.push_back(interface);
+  platform.interfaces.push_back(found);
 }
 
 // NUMBER=DUPLEX,FIRST CHANNEL,LAST CHANNEL
@@ -68,10 +68,15 @@ const std::map<std::string, void (*)(const std::string &key, const std::string &
     {"counter",            [](auto &key, auto &value) { platform.counters[key] = value; }},
     {"interface",          add_interface},
     {"band",               add_band},
+    {"neighbour",          [](auto &ip, auto &mac) {
+       std::string &table = platform.files["/proc/net/arp"];
+       table += (table.empty() ? fake::neighbours_header : "") + fake::neighbour(ip, mac.c_str());
+     }},
     {"instance",           [](auto &, auto &value) { gSecondaryInstance = value == "2" ? 1 : 0; }},
     {"bound",              [](auto &, auto &value) { setBindInterface(value.c_str()); }},
     {"mac",                [](auto &, auto &value) { platform.mac = value; }},
     {"uptime",             [](auto &, auto &value) { platform.uptime = std::stol(value); }},
+    {"now", [](auto &, auto &value) { platform.now = std::stol(value); }},
     {"tree-opens",         [](auto &, auto &value) { platform.tree_opens = value == "1"; }},
     {"sockets",            [](auto &, auto &value) { platform.sockets = value == "1"; }},
     // what the platform's rules answer; "rules:3/9=-1" is one of them
@@ -91,8 +96,10 @@ void change(const std::string &word) {
                     value = equals == std::string::npos ? "" : unescaped(word.substr(equals + 1));
   if (const auto kind = kinds.find(name.substr(0, colon)); kind != kinds.end())
     kind->second(colon == std::string::npos ? "" : name.substr(colon + 1), value);
-  else
+  else if (colon == std::string::npos)
     platform.nvram[{0, name}] = value;
+  else
+    ADD_FAILURE() << "nobody knows what " << word << " says";
 }
 
 struct Accessors {
@@ -135,6 +142,7 @@ std::string answer(const std::string &name, const std::string &argument) {
 class Cases : public fake::Test {};
 
 TEST_F(Cases, ComeOutAsTheySay) {
+  setenv("TZ", "UTC0", 1);
   static const std::regex call(R"((\w+)\((.*?)\)( -> (.*))?)");
   std::size_t count = 0;
   for (const auto &entry : std::filesystem::directory_iterator(KOVA_CASES)) {

@@ -146,25 +146,6 @@ TEST_F(Time, EveryDateIsAMomentWhateverTheClockCanTell) {
     getDaylightDateTime(absurd, -absurd - 1, absurd);
 }
 
-TEST_F(Time, StoredWeeksThatTheMonthDoesNotHave) {
-  platform.now = 1718109296; // 2024-06-11T12:34:56
-  struct {
-    const char *month, *week, *weekday, *expected;
-  } const cases[] = {
-      {"3", "1", "4", "2024-03-29T12:00:00"}, // "day 0": the last of February, under the stored month
-      {"3", "1", "3", "2024-03-06T12:00:00"}, // before the first: a week later
-      {"2", "5", "6", "2024-02-02T12:00:00"}, // runs over into March
-      {"12", "5", "2", "2024-12-31T12:00:00"}, {"12", "6", "2", "2025-12-07T12:00:00"},
-      {"", "", "", "2023-00-26T12:00:00"},     {"13", "1", "3", "2025-13-01T12:00:00"}};
-  for (const auto &[month, week, weekday, expected] : cases) {
-    platform.nvram = {
-        {{0, "NTP_DST_START_M"}, month}, {{0, "NTP_DST_START_W"}, week}, {{0, "NTP_DST_START_D"}, weekday}};
-    EXPECT_EQ(get(kovaGetDaylightSavingsStart), expected);
-    const auto number = [](const char *text) { return std::atoi(text); };
-    EXPECT_EQ(getDaylightDateTime(number(month), number(week), number(weekday)) % 3600, 0);
-  }
-}
-
 // ---- Date-time texts and the clock
 
 TEST_F(Time, DateTimeTexts) {

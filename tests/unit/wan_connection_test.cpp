@@ -38,21 +38,6 @@ TEST_F(Wan, ThereIsOneOfEach) {
   }
 }
 
-TEST_F(Wan, ConnectionStatus) {
-  EXPECT_EQ(get(kovaGetTR069WANConnectionConnectionStatus), "");
-  constexpr const char *names[] = {"Off",       "Scanning",      "No Network", "Connecting",
-                                   "Connected", "Connect error", "Scanned"};
-  for (int state = 0; state <= 60; ++state) {
-    platform.nvram[{9, "lte_ue_state"}] = std::to_string(state);
-    EXPECT_EQ(get(kovaGetTR069WANConnectionConnectionStatus, 14), state > 55  ? std::string(14, '#')
-                                                                  : state < 7 ? names[state]
-                                                                              : "")
-        << state;
-  }
-  platform.nvram[{9, "lte_ue_state"}] = "-1";
-  EXPECT_EQ(get(kovaGetTR069WANConnectionConnectionStatus, 3), "###");
-}
-
 // A line of the kernel's table, whose addresses are in the byte order of the machine.
 std::string route(const char *name, const char *destination, const char *gateway, unsigned int flags,
                   const char *mask = "0.0.0.0") {

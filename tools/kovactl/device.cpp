@@ -17,7 +17,7 @@ namespace {
 
 struct Options {};
 struct Up : device::UpOptions {
-  std::string acs; // "" leaves the management server as it is
+  std::optional<std::string> acs; // "": none from now on
 };
 struct Place {
   std::string directory;
@@ -58,7 +58,8 @@ ExitStatus show(const Output &output, const device::Status &status) {
 
 ExitStatus up(const Output &output, const Up &options) {
   device::up(options);
-  if (!options.acs.empty()) start_management_agent(output, options.acs);
+  if (options.acs)
+    options.acs->empty() ? stop_management_agent() : start_management_agent(output, *options.acs);
   return show(output, device::status());
 }
 
@@ -121,7 +122,8 @@ void add_device(Commands &commands) {
   auto [upping, options] =
       group.add<Up>("up", "Create the device if need be, boot it, start its service daemon", up);
   upping.option("--serial", "TEXT", &options.serial, "The serial number of a device to be created");
-  upping.option("--acs", "URL", &options.acs, "Have the device managed by the server at this URL");
+  upping.option("--acs", "URL", &options.acs,
+                "Have the device managed by the server at this URL; \"\" by none");
   group.add<Options>("down", "Stop the service daemon; the settings stay", act_and_show<device::down>);
   group.add<Options>("reboot", "Stop and boot the device", act_and_show<device::reboot>);
   group.add<Options>("reset", "Back to factory settings: all settings and the log are lost",

@@ -2,12 +2,16 @@
 #include "kovactl/inform.hpp"
 
 #include "agent/control.hpp"
+#include "agent/names.hpp"
 #include "agent/values.hpp"
 #include "device/device.hpp"
 #include "kovactl/agent.hpp"
 #include "kovactl/command.hpp"
 #include "kovactl/commands.hpp"
+#include "platform/host/nvram_admin.hpp"
 #include "request/request.hpp"
+
+#include <algorithm>
 
 namespace kova::ctl {
 namespace {
@@ -56,12 +60,22 @@ ExitStatus inform(const Output &output, const Options &options) {
 
 void start_management_agent(const Output &output, const std::string &url) {
   start_agent(output);
-  const request::Assignment assignment{"InternetGatewayDevice.ManagementServer.URL", url};
+  const request::Assignment assignment{agent::parameter::url, url};
   const auto setting = in_turn([&] { return request::set_values(std::span(&assignment, 1)); });
   if (!setting.accepted)
     throw std::runtime_error(setting.faults.empty() ? "the device refuses this URL"
                                                     : setting.faults.front().detail);
-  device::start(agent::own_daemon());
+  device::start_agents();
+}
+
+void stop_management_agent() {
+  const host::NvramEntry none{host::configuration_section, agent::own_daemon().setting, ""};
+  host::nvram_store(std::span(&none, 1));
+}
+
+void follow_management_url(std::span<const request::Assignment> stored) {
+  if (std::ranges::find(stored, agent::parameter::url, &request::Assignment::path) != stored.end())
+    device::start_agents();
 }
 
 Table agent_rows() {

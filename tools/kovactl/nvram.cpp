@@ -53,13 +53,18 @@ ExitStatus get(const Output &output, const Options &options) {
 
 ExitStatus set(const Output &output, const Options &options) {
   boot(output);
-  const device::Turn turn(device::Turn::Kind::changing);
   std::vector<host::NvramEntry> entries;
   for (const std::string &text : options.words) {
     const auto [key, value] = as_assignment(text);
     entries.push_back({options.section, key, value});
   }
-  host::nvram_store(entries);
+  {
+    const device::Turn turn(device::Turn::Kind::changing);
+    host::nvram_store(entries);
+  }
+  for (const device::Daemon &agent : device::management_agents)
+    if (std::ranges::find(entries, agent.setting, &host::NvramEntry::key) != entries.end())
+      device::start_agents();
   show(output, entries);
   return Success;
 }

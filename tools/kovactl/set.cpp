@@ -4,6 +4,7 @@
 #include "kovactl/command.hpp"
 #include "kovactl/commands.hpp"
 #include "kovactl/diagnostics_tests.hpp"
+#include "kovactl/inform.hpp"
 #include "kovactl/log.hpp"
 #include "kovactl/report.hpp"
 #include "kovactl/trial.hpp"
@@ -118,6 +119,7 @@ ExitStatus set(const Output &output, const Options &options) {
     setting = carry_out(request, options.file.has_value());
     if (setting.accepted && aftermath.tests.empty()) aftermath.now = read_back(setting.stored);
   });
+  follow_management_url(setting.stored);
   if (!served && !setting.stored.empty())
     output.note("the service daemon is not running: no service heard of this; kovactl device up starts it");
   if (setting.accepted)
