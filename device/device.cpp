@@ -157,7 +157,7 @@ void start_agents(const Lock &lock) {
   }
 }
 
-void boot(const Lock &lock) {
+void boot(const Lock &lock, const fs::path &like) {
   stop_daemons();
   set_faults({});
   const Identity identity = identity_of(own_serial());
@@ -168,7 +168,7 @@ void boot(const Lock &lock) {
   settle_feed(identity);
   store_posix_zone();
   lay_out_files();
-  lay_out_programs();
+  lay_out_programs(like);
   start_daemon(service_daemon, {}, lock);
   write_file(booted_mark(), host_boot());
   log_change("booted");
@@ -214,9 +214,9 @@ void bring_up(const UpOptions &options, Daemons wanted) {
   settle_serial(options.serial);
   if (!is_created()) create();
   if (!is_booted()) {
-    boot(lock);
+    boot(lock, options.like);
   } else {
-    if (!programs_are_ours()) lay_out_programs();
+    if (!programs_are_ours()) lay_out_programs(options.like);
     if (wanted == Daemons::as_they_are) return;
     settle_feed(identity_of(own_serial()));
     settle_service(lock);

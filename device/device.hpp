@@ -42,6 +42,7 @@ Status status();
 
 struct UpOptions {
   std::optional<std::string> serial; // of a device to be created; otherwise one is drawn
+  std::filesystem::path like{};      // a device whose links to programs it may share
 };
 
 // Creates the device with factory settings when it does not exist, boots it when it is not booted (run-time

@@ -82,7 +82,7 @@ ExitStatus up(const Output &output, const Up &options) {
     delay_first_inform(begin +
                        std::chrono::milliseconds(1000 * ramp * static_cast<unsigned long>(position) / count));
     host::console_quiet(true);
-    device::up({.serial = serial});
+    device::up({.serial = serial, .like = fleet.device(serials.front())});
     if (!acs.empty()) start_management_agent(out, acs);
     return Success;
   };
