@@ -140,10 +140,14 @@ void settle_feed(const Identity &identity) {
   wanted ? host::switch_radio_on(identity.seed) : host::switch_radio_off();
 }
 
+bool is_missing(const Daemon &daemon) {
+  const bool is_wanted = daemon.setting == nullptr ||
+                         !host::nvram_find(host::configuration_section, daemon.setting).value_or("").empty();
+  return is_wanted && !daemon_pid(daemon);
+}
+
 void start_when_asked_for(const Daemon &daemon, const Lock &lock) {
-  const std::string setting = host::nvram_find(host::configuration_section, daemon.setting).value_or("");
-  if (!setting.empty() && !daemon_pid(daemon))
-    start_daemon(daemon, words_of(text_of(arguments_of(daemon))), lock);
+  if (is_missing(daemon)) start_daemon(daemon, words_of(text_of(arguments_of(daemon))), lock);
 }
 
 // The device runs without one of these as well.
@@ -243,6 +247,11 @@ Status status() {
   status.feed = status.booted && host::radio_is_on();
   status.serial = own_serial();
   return status;
+}
+
+std::optional<Daemon> missing_daemon() {
+  const auto *missing = is_booted() ? std::ranges::find_if(daemons, is_missing) : std::end(daemons);
+  return missing == std::end(daemons) ? std::nullopt : std::optional(*missing);
 }
 
 void up(const UpOptions &options) {

@@ -40,6 +40,9 @@ struct Status {
 // Throws for a directory that is not a device, or somebody else's.
 Status status();
 
+// What a booted device should run and does not.
+std::optional<Daemon> missing_daemon();
+
 struct UpOptions {
   std::optional<std::string> serial; // of a device to be created; otherwise one is drawn
   std::filesystem::path like{};      // a device whose links to programs it may share

@@ -35,9 +35,7 @@ std::string stored_url() {
 }
 
 bool is_up(const std::string &acs) {
-  const device::Status status = device::status();
-  if (!status.booted || !status.serviced) return false;
-  return acs.empty() || (device::daemon_pid(agent::own_daemon()) && stored_url() == acs);
+  return device::status().booted && !device::missing_daemon() && (acs.empty() || stored_url() == acs);
 }
 
 // An agent that is started has its first session after so long.
