@@ -138,10 +138,14 @@ void settle_feed(const Identity &identity) {
   wanted ? host::switch_radio_on(identity.seed) : host::switch_radio_off();
 }
 
+bool is_missing(const Daemon &daemon) {
+  const bool is_wanted = daemon.setting == nullptr ||
+                         !host::nvram_find(host::configuration_section, daemon.setting).value_or("").empty();
+  return is_wanted && !daemon_pid(daemon);
+}
+
 void start_when_asked_for(const Daemon &daemon, const Lock &lock) {
-  const std::string setting = host::nvram_find(host::configuration_section, daemon.setting).value_or("");
-  if (!setting.empty() && !daemon_pid(daemon))
-    start_daemon(daemon, words_of(text_of(arguments_of(daemon))), lock);
+  if (is_missing(daemon)) start_daemon(daemon, words_of(text_of(arguments_of(daemon))), lock);
 }
 
 // The device runs without one of these as well.
@@ -155,7 +159,7 @@ void start_agents(const Lock &lock) {
   }
 }
 
-void boot(const Lock &lock) {
+void boot(const Lock &lock, const fs::path &like) {
   stop_daemons();
   set_faults({});
   const Identity identity = identity_of(own_serial());
@@ -166,7 +170,7 @@ void boot(const Lock &lock) {
   settle_feed(identity);
   store_posix_zone();
   lay_out_files();
-  lay_out_programs();
+  lay_out_programs(like);
   start_daemon(service_daemon, {}, lock);
   write_file(booted_mark(), host_boot());
   log_change("booted");
@@ -212,9 +216,9 @@ void bring_up(const UpOptions &options, Daemons wanted) {
   settle_serial(options.serial);
   if (!is_created()) create();
   if (!is_booted()) {
-    boot(lock);
+    boot(lock, options.like);
   } else {
-    if (!programs_are_ours()) lay_out_programs();
+    if (!programs_are_ours()) lay_out_programs(options.like);
     if (wanted == Daemons::as_they_are) return;
     settle_feed(identity_of(own_serial()));
     settle_service(lock);
@@ -241,6 +245,11 @@ Status status() {
   status.feed = status.booted && host::radio_is_on();
   status.serial = own_serial();
   return status;
+}
+
+std::optional<Daemon> missing_daemon() {
+  const auto *missing = is_booted() ? std::ranges::find_if(daemons, is_missing) : std::end(daemons);
+  return missing == std::end(daemons) ? std::nullopt : std::optional(*missing);
 }
 
 void up(const UpOptions &options) {

@@ -40,8 +40,12 @@ struct Status {
 // Throws for a directory that is not a device, or somebody else's.
 Status status();
 
+// What a booted device should run and does not.
+std::optional<Daemon> missing_daemon();
+
 struct UpOptions {
   std::optional<std::string> serial; // of a device to be created; otherwise one is drawn
+  std::filesystem::path like{};      // a device whose links to programs it may share
 };
 
 // Creates the device with factory settings when it does not exist, boots it when it is not booted (run-time

@@ -2,6 +2,9 @@
 
 #include "request/interlocks.hpp"
 
+#include <algorithm>
+#include <utility>
+
 namespace kova::request {
 namespace {
 
@@ -38,6 +41,9 @@ Configuration get_configuration(const std::string &prefix) {
     else
       (row ? rows : found.values).push_back({value.path, value.text});
   }
+  std::ranges::stable_sort(found.values, {}, [](const Assignment &value) {
+    return std::pair(!model::find(value.path)->check, interlocks_ahead_of(value.path));
+  });
   found.values.insert(found.values.end(), rows.begin(), rows.end());
   return found;
 }

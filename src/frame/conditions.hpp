@@ -35,7 +35,13 @@ inline bool is_go_ahead(const char *value) {
 
 inline constexpr Condition anything = {[](const char *) { return true; }, true};
 // No markup and no shell quoting.
-inline constexpr Condition unmarked = {[](const char *value) { return checkXSSattack(value) >= 0; }, true};
+inline constexpr Condition unmarked = {
+    [](const char *value) { return checkXSSattack(value) >= 0; },
+    true,
+    nullptr,
+    0,
+    0,
+    "a text without quotes, parentheses, <, >, | and \\, plain or percent-encoded"};
 inline constexpr Condition not_empty = {[](const char *value) { return *value != '\0'; }};
 // What a trigger takes.
 inline constexpr Condition go_ahead = {is_go_ahead, false, "1"};

@@ -4,6 +4,7 @@
 #include "model/model.hpp"
 #include "platform/host/nvram_admin.hpp"
 #include "platform/host/tree_admin.hpp"
+#include "platform/nvram.h"
 #include "request/allowed.hpp"
 #include "request/configuration.hpp"
 #include "request/interlocks.hpp"
@@ -14,7 +15,6 @@
 #include <kova/transaction.h>
 
 #include <algorithm>
-#include <map>
 #include <regex>
 #include <set>
 
@@ -29,23 +29,11 @@ namespace {
 using Texts = std::vector<std::string>;
 
 // One at least for every rule that has neither words nor bounds.
-const Texts forms = {"1",
-                     "text",
-                     "a text with blanks",
-                     "Corr3ct horse",
-                     "192.168.1.20",
-                     "192.168.1.150",
-                     "255.255.255.0",
-                     "00:1a:2B:3C:4D:5E",
-                     "MEZ_001",
-                     "+05:45",
-                     "-14:59",
-                     "http://acs.example.com:7547/",
-                     "host.example.com",
-                     "2026-03-29T02:00:00",
-                     "3,1300",
-                     "1300,10",
-                     "G711U,G711A,G729"};
+// clang-format off
+const Texts forms = {"1", "text", "a text with blanks", "Corr3ct horse", "192.168.1.20", "192.168.1.150", "255.255.255.0",
+                     "00:1a:2B:3C:4D:5E", "MEZ_001", "+05:45", "-14:59", "http://acs.example.com:7547/", "host.example.com",
+                     "2026-03-29T02:00:00", "3,1300", "1300,10", "G711U,G711A,G729"};
+// clang-format on
 
 // Read otherwise than they are set.
 const std::regex converted(
@@ -55,20 +43,13 @@ const std::regex converted(
     R"(PCI\w*Lock|Installation\.Height|DaylightSavings(Start|End)))"); // brought into the stored form
 // Allowed by themselves, but not beside what the others are.
 const std::regex combined(R"(.*\.(WLANConfiguration\.1\.X_KOVA_Mode|X_KOVA_APN\.\d\.(ApplyTo|Enable)))");
-// What the next one needs to take all that is told of it, beyond its interlocks.
-const std::map<std::string, request::Assignment> needs = {
-    {"LocalPortMax",
-     {"InternetGatewayDevice.Services.VoiceService.1.VoiceProfile.1.RTP.LocalPortMin", "1024"}},
-    {"LocalPortMin",
-     {"InternetGatewayDevice.Services.VoiceService.1.VoiceProfile.1.RTP.LocalPortMax", "65535"}}};
-
 struct Samples {
   Texts inside, outside, some; // of the last at least one is taken
 };
 
-Samples samples_of(const Parameter &parameter, const request::AllowedValues &allowed) {
+Samples samples_of(const request::AllowedValues &allowed, Type type) {
   Samples found;
-  if (parameter.type != Type::List) // whose words are those of an item
+  if (type != Type::List) // whose words are those of an item
     for (const auto &[word, meaning] : allowed.words) {
       found.inside.push_back(word);
       found.outside.push_back(word + "x");
@@ -88,7 +69,7 @@ Samples samples_of(const Parameter &parameter, const request::AllowedValues &all
   for (const std::string &form : forms)
     if (!std::regex_match(form, pattern))
       found.outside.push_back(form);
-    else if (found.inside.empty() && request::can_be(parameter.type, form))
+    else if (found.inside.empty() && request::can_be(type, form))
       found.some.push_back(form);
   (allowed.takes_empty ? found.inside : found.outside).emplace_back();
   return found;
@@ -133,14 +114,13 @@ void open_the_way(const std::string &path) {
     ASSERT_NO_FATAL_FAILURE(set({step[1], step[2]}));
     ASSERT_NE(request::interlock_of(path), closed) << "it did not help";
   }
-  if (const auto need = needs.find(path.substr(path.rfind('.') + 1)); need != needs.end()) set(need->second);
 }
 
 void sweep(const Parameter &parameter) {
   const std::string path(parameter.path), initial = told(parameter);
   SCOPED_TRACE(path);
   ASSERT_NO_FATAL_FAILURE(open_the_way(path));
-  const Samples samples = samples_of(parameter, request::allowed_values(parameter));
+  const Samples samples = samples_of(request::allowed_values(parameter), parameter.type);
 
   const auto values = host::nvram_entries();
   const auto leaves = host::tree_leaves();
@@ -169,6 +149,22 @@ void sweep(const Parameter &parameter) {
   if (parameter.get) takes(parameter, initial);
 }
 
+TEST(Allowed, IsWhatTheRulesTake) {
+  const test::ScratchDevice device;
+  for (int rule = 0; rule < 64 << 8; ++rule) {
+    const auto described = host::describe_rule(rule >> 8, rule & 0xff);
+    if (!described) continue;
+    SCOPED_TRACE(described->text);
+    const auto taken = [rule](const std::string &value) {
+      return tarn_check_param(rule >> 8, value.c_str(), rule & 0xff) >= 0;
+    };
+    const Samples samples = samples_of(*described, Type::String);
+    EXPECT_TRUE(std::ranges::all_of(samples.inside, taken));
+    EXPECT_TRUE(std::ranges::none_of(samples.outside, taken));
+    EXPECT_TRUE(samples.some.empty() || std::ranges::any_of(samples.some, taken));
+  }
+}
+
 TEST(Allowed, IsWhatTheAccessorsTake) {
   const test::BootedDevice device;
   device.bring_up();
@@ -176,6 +172,9 @@ TEST(Allowed, IsWhatTheAccessorsTake) {
                        "root/bin"); // tests that run would store their results at any time
   EXPECT_TRUE(device.run([] {
     const device::Turn turn;
+    const std::string ports = "InternetGatewayDevice.Services.VoiceService.1.VoiceProfile.1.RTP.LocalPort";
+    set({ports + "Min", "1024"}); // none bounds the other
+    set({ports + "Max", "65535"});
     for (const Parameter *parameter : parameters())
       if (parameter->writable()) sweep(*parameter);
   }));

@@ -52,7 +52,7 @@ END
 } >"$scratch/table.c"
 "$cc" -std=c99 -Wall -Wextra -pedantic -Werror "$scratch/table.c" -o "$scratch/table" \
   $(pkg-config --cflags --libs kova) -Wl,-rpath,"$scratch/usr/$libdir"
-paths='InternetGatewayDevice.LANDevice.1.X_KOVA_LAN.IPAddress
-InternetGatewayDevice.WANDevice.1.WANConnectionDevice.1.WANIPConnection.1.X_KOVA_DMZEnable'
+device=InternetGatewayDevice
+paths="$device.LANDevice.1.X_KOVA_LAN.IPAddress $device.WANDevice.1.WANConnectionDevice.1.WANIPConnection.1.X_KOVA_DMZEnable"
 expect "values by path" "$("$kovactl" get -v $paths; echo ' , , ,0')" "$("$scratch/table" $paths)"
-expect "the rows after it" 1 "$("$kovactl" get -v InternetGatewayDevice.Layer3Forwarding.X_KOVA_RouteNumberOfEntries)"
+expect "the rows after it" 1 "$("$kovactl" get -v $device.Layer3Forwarding.X_KOVA_RouteNumberOfEntries)"

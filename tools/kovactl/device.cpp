@@ -5,6 +5,7 @@
 #include "kovactl/command.hpp"
 #include "kovactl/commands.hpp"
 #include "kovactl/device_fault.hpp"
+#include "kovactl/device_run.hpp"
 #include "kovactl/inform.hpp"
 #include "platform/host/device_dir.hpp"
 
@@ -130,6 +131,7 @@ void add_device(Commands &commands) {
                      act_and_show<device::reset>);
   group.add<Options>("status", "Show where the device is and whether it runs: exit status 3 if not all does",
                      show_status);
+  add_device_run(group);
   add_device_fault(group);
   auto [listing, place] =
       group.add<Place>("list", "Show the devices beside this one, or those in a directory", list);

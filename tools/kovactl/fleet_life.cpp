@@ -35,9 +35,7 @@ std::string stored_url() {
 }
 
 bool is_up(const std::string &acs) {
-  const device::Status status = device::status();
-  if (!status.booted || !status.serviced) return false;
-  return acs.empty() || (device::daemon_pid(agent::own_daemon()) && stored_url() == acs);
+  return device::status().booted && !device::missing_daemon() && (acs.empty() || stored_url() == acs);
 }
 
 // An agent that is started has its first session after so long.
@@ -82,7 +80,7 @@ ExitStatus up(const Output &output, const Up &options) {
     delay_first_inform(begin +
                        std::chrono::milliseconds(1000 * ramp * static_cast<unsigned long>(position) / count));
     host::console_quiet(true);
-    device::up({.serial = serial});
+    device::up({.serial = serial, .like = fleet.device(serials.front())});
     if (!acs.empty()) start_management_agent(out, acs);
     return Success;
   };

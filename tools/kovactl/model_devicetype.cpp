@@ -5,7 +5,6 @@
 
 #include <array>
 #include <cstdio>
-#include <stdexcept>
 
 namespace kova::ctl {
 namespace {
