@@ -111,7 +111,7 @@ std::optional<BindingAnswer> decode(std::string_view message, const TransactionI
     if ((attribute == mapped_address || attribute == xor_mapped_address) && length == 8 && value[1] == 1)
       answer.mapped = address_from(value, attribute == xor_mapped_address);
     if (attribute == error_code && length >= 4) answer.wants_credentials = value[2] == 4 && value[3] == 1;
-    rest.remove_prefix(std::min(rest.size(), std::size_t{4} + (length + 3) / 4 * 4));
+    rest.remove_prefix(std::min(rest.size(), std::size_t{4} + (std::size_t{length} + 3) / 4 * 4));
   }
   if (type == binding_error) answer.mapped.reset();
   return answer;
