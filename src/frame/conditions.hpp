@@ -22,7 +22,7 @@ struct Condition {
 
 template <long least, long most>
 bool begins_with_number(const char *value) {
-  const int number = leading_number(value); // a text that is no number is 0
+  const int number = leading_number(value); // 0 for a text without a number
   return number >= least && number <= most;
 }
 inline bool is_digits(const char *value) {

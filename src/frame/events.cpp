@@ -44,7 +44,7 @@ void kova_trigger_cpe_event(const char *event) {
   constexpr char command[] = "test_cpeevent call \"";
   constexpr std::size_t longest_line = 255, longest_event = longest_line - (sizeof command - 1) - 1;
   if (kova::is_empty(event) || std::strlen(event) > longest_event)
-    return; // cut, the line would lose its quote
+    return; // a shortened line would lack its closing quote
 
   char escaped[2 * longest_event + 1];
   kova::escape_for_double_quotes(event, escaped);

@@ -55,7 +55,7 @@ bool judge_lan(const Group &group, FaultNames &faults) {
              *end = pvcl_slot_value(&gPVCL.dhcpPoolEnd);
 
   // Relay cannot be set by a request. With the server off the addresses are not looked at.
-  const int mode = leading_number(dhcp); // a text that is no number is not 1 or 2
+  const int mode = leading_number(dhcp); // 0, off, for a text without a number
   const bool passes = mode == dhcp_server ? IPRangeCheck(address, mask, start, end) != 0 &&
                                                 webscheckIpStartEnd(start, end) != 0 &&
                                                 !same_address(address, start) && !same_address(address, end)

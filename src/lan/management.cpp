@@ -104,7 +104,7 @@ struct Quad {
     }
     return *address == '\0'; // a fifth part is one too many
   }
-  int last() const { return leading_number(part[3]); } // part of a judged address
+  int last() const { return leading_number(part[3]); } // a number: the address was judged before
 };
 
 // Moves a pool bound into the network of the new address; it keeps its last number.

@@ -43,7 +43,7 @@ public:
   // The next piece between separators that is not empty; NULL at the end.
   char *next(const char *separators) {
     char *from = started_ ? nullptr : copy_.writable();
-    const bool ended = started_ ? rest_ == nullptr : from == nullptr; // some libraries end with a null rest
+    const bool ended = started_ ? rest_ == nullptr : from == nullptr; // C libraries differ: some leave NULL
     started_ = true;
     if (ended) return nullptr;
     // NOLINTNEXTLINE(clang-analyzer-unix.Malloc): copy_ owns the text

@@ -180,7 +180,7 @@ int kovaGetTR069PciLock(char *buf, unsigned int buflen) {
   ValueCopy entries(result == 0 ? stored : "");
   for (char *entry = entries.next(";"); entry != nullptr; entry = entries.next(";")) {
     char *rest = nullptr;
-    strtok_r(entry, ",", &rest); // the band is not shown
+    strtok_r(entry, ",", &rest); // passes over the band
     const char *earfcn = strtok_r(nullptr, ",", &rest), *pci = strtok_r(nullptr, ",", &rest);
     list.add("%s%s,%s", list.empty() ? "" : ";", text_or_empty(earfcn), text_or_empty(pci));
   }

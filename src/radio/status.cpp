@@ -166,7 +166,7 @@ int getInternetDLEARFCN_vals(char *out, unsigned int outlen) {
     if (static_cast<long>(row->band) != band) continue;
     // The 0.1 keeps a product such as 4.9999 from ending one channel low.
     const double channels = (frequency - row->dl_low_freq) * 10.0 + 0.1;
-    if (!(channels >= -1e6 && channels <= 1e6)) return -1; // nor what is no number at all
+    if (!(channels >= -1e6 && channels <= 1e6)) return -1; // true of a NaN, too
     std::snprintf(out, outlen, "%d", static_cast<int>(channels) + static_cast<int>(row->dl_earfcn_low));
     return 0;
   }

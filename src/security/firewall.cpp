@@ -97,7 +97,7 @@ int kovaGetSystemSecuritySettingsSecurityLevel(char *buf, unsigned int buflen) {
 
 int kovasetSystemSecuritySettingsSecurityLevel(const char *value) {
   value = text_or_empty(value);
-  const int number = leading_number(value); // a text that is no number is 0
+  const int number = leading_number(value); // 0 for a text without a number
   if (number < 0 || number > 3) return -1;
   // The text decides, not its number: "01" changes nothing, and is no error.
   for (int i = 0; i < 3; ++i)

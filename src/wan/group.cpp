@@ -32,7 +32,7 @@ private:
 template <typename Number>
 void take_over(Number &field, const PendingValue &slot) {
   if (slot.name == nullptr) return;
-  field = static_cast<Number>(leading_number(pvcl_slot_value(&slot))); // no number counts as 0
+  field = static_cast<Number>(leading_number(pvcl_slot_value(&slot))); // 0 for a text without a number
 }
 
 void take_over_mode(OperMode &mode) {

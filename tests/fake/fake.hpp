@@ -36,6 +36,8 @@ struct Platform {
   Strings keys_read;   // "9 TR_PINGDIAG_STATE", every store read
   Strings rules_asked; // "3/9 192.168.1.1", "mode/bandwidth 11N 1", "mode/rate 11N 12", "writable gre_type",
                        // "scan mode 1 FDD", "dmz 10.0.0.1"
+  Strings
+      calls; // all of this and of what was asked below, in order: "read 0 lan_ip", "rule 3/9 10.0.0.1", ...
   std::function<void()> watch; // called when the library reads a setting, asks about a band or does something
 
   // What keys, leaves, counters, files and outputs of commands that are not scripted read as; unset: they do not exist.
@@ -44,6 +46,7 @@ struct Platform {
 
   Store nvram;
   std::string refused_key;                 // the store does not take it
+  bool stores = true;                      // does it take anything?
   bool has_copies = true;                  // does it have memory for allocated copies?
   std::map<std::string, std::string> tree; // by path without the leading "/"
   bool tree_opens = true;
@@ -106,6 +109,7 @@ struct Platform {
 
 extern Platform platform;
 void did(const std::string &what);
+void asked(const std::string &rule);
 const Interface *find_interface(const std::string &name); // nullptr: there is none
 
 // Starts every test with an empty platform, the primary instance and an empty check list, and sees that no file, pipe
@@ -122,10 +126,7 @@ private:
 // Reads a parameter into a buffer that was full of '#': what the getter left untouched shows.
 std::string get(kova_getter *getter, unsigned int buflen = 256);
 std::string get(kova_getter *getter, int &result, unsigned int buflen = 256);
-void expect_no_buffer_refused(kova_getter *getter);
-Strings get_all(const std::vector<kova_getter *> &getters);
 // All that is done about a value, which the setter must answer like this.
 Strings effect(kova_setter *set, const char *value, int expected = 0);
-void refuse_all(); // the rule checker
 
 } // namespace fake

@@ -34,7 +34,23 @@ void Platform::preset(int section, const std::string &settings) {
 
 void did(const std::string &what) {
   platform.done.push_back(what);
+  platform.calls.push_back(what);
   if (platform.watch) platform.watch();
+}
+
+void asked(const std::string &what) {
+  platform.rules_asked.push_back(what);
+  platform.calls.push_back("rule " + what);
+}
+
+static void was_read(const std::string &what) {
+  platform.keys_read.push_back(what);
+  platform.calls.push_back("read " + what);
+}
+
+static void asked_lte(const std::string &what) {
+  platform.lte_asked.push_back(what);
+  platform.calls.push_back("lte " + what);
 }
 
 const Interface *find_interface(const std::string &name) {
@@ -79,27 +95,10 @@ std::string get(kova_getter *getter, unsigned int buflen) {
   return text;
 }
 
-void expect_no_buffer_refused(kova_getter *getter) {
-  char buf[4];
-  EXPECT_EQ(getter(nullptr, sizeof buf), -1);
-  EXPECT_EQ(getter(buf, 0), -1);
-}
-
-Strings get_all(const std::vector<kova_getter *> &getters) {
-  Strings texts;
-  for (kova_getter *getter : getters)
-    texts.push_back(get(getter));
-  return texts;
-}
-
 Strings effect(kova_setter *set, const char *value, int expected) {
   platform.done.clear();
   EXPECT_EQ(set(value), expected) << (value != nullptr ? value : "NULL");
   return platform.done;
-}
-
-void refuse_all() {
-  platform.rule = [](int, const std::string &, int) { return -2; };
 }
 
 namespace {
@@ -124,7 +123,7 @@ void expect_reachable(int handle, const char *path) {
 
 const std::string *find(int section, const char *key) {
   EXPECT_TRUE(is_section(section)) << section << " " << key;
-  platform.keys_read.push_back(std::to_string(section) + " " + key);
+  fake::was_read(std::to_string(section) + " " + key);
   if (platform.watch) platform.watch();
   return platform.scripted(platform.nvram, std::pair{section, std::string(key)});
 }
@@ -167,12 +166,13 @@ int nvram_bufset(int section, const char *key, const char *value) {
   EXPECT_TRUE(is_section(section)) << section << " " << key;
   if (key == platform.refused_key) return -1;
   did("nvram " + std::to_string(section) + " " + key + "=" + value);
+  if (!platform.stores) return -1;
   platform.nvram[{section, key}] = value;
   return 0;
 }
 
 int tarn_check_param(int group, const char *value, int item) {
-  platform.rules_asked.push_back(std::to_string(group) + "/" + std::to_string(item) + " " + value);
+  fake::asked(std::to_string(group) + "/" + std::to_string(item) + " " + value);
   return platform.rule ? platform.rule(group, value, item) : 0;
 }
 
@@ -237,7 +237,7 @@ int init_ucfg_ex() {
 int read_ucfg_xml(int handle, const char *path, char *dst) {
   expect_reachable(handle, path);
   expect_room(dst, 256); // which the call takes for granted
-  platform.keys_read.push_back(path);
+  fake::was_read(path);
   const std::string *leaf = platform.scripted(platform.tree, without_slash(path));
   if (leaf == nullptr) return platform.tree_failure;
   std::snprintf(dst, 256, "%s", leaf->c_str());
@@ -275,19 +275,19 @@ int Init_End() {
 struct lted_client {};
 
 lted_client *new_lted_client() {
-  platform.lte_asked.push_back("client");
+  fake::asked_lte("client");
   return platform.lte_daemon ? new lted_client : nullptr;
 }
 
 void destory_lted_client(lted_client *client) {
   EXPECT_NE(client, nullptr);
-  platform.lte_asked.push_back("bye");
+  fake::asked_lte("bye");
   delete client;
 }
 
 int rrc_band_list_get(lted_client *client, RrcBandList *list) {
   EXPECT_NE(client, nullptr);
-  platform.lte_asked.push_back("list");
+  fake::asked_lte("list");
   if (!platform.lists_bands) return -1;
   list->count = static_cast<uint8_t>(platform.bands.size());
   std::copy(platform.bands.begin(), platform.bands.end(), list->band);
@@ -295,7 +295,7 @@ int rrc_band_list_get(lted_client *client, RrcBandList *list) {
 }
 
 int get_band_info(int band, BandInfo *info) {
-  platform.lte_asked.push_back("band " + std::to_string(band));
+  fake::asked_lte("band " + std::to_string(band));
   if (platform.watch) platform.watch();
   const auto found = platform.band_records.find(band);
   if (found == platform.band_records.end()) return -1;
@@ -304,7 +304,7 @@ int get_band_info(int band, BandInfo *info) {
 }
 
 int get_band_info_by_earfcn(int earfcn, BandInfo *info) {
-  platform.lte_asked.push_back("earfcn " + std::to_string(earfcn));
+  fake::asked_lte("earfcn " + std::to_string(earfcn));
   for (const auto &[band, record] : platform.band_records)
     if (earfcn >= record.earfcn_low && earfcn <= record.earfcn_high) {
       *info = record;
@@ -316,12 +316,12 @@ int get_band_info_by_earfcn(int earfcn, BandInfo *info) {
 // ---- the web-validation library
 
 int webscheckScanMode(const char *code, const char *duplex) {
-  platform.rules_asked.push_back(std::string("scan mode ") + code + " " + duplex);
+  fake::asked(std::string("scan mode ") + code + " " + duplex);
   return platform.scan_mode;
 }
 
 int checkDMZParam(const char *ip) {
-  platform.rules_asked.push_back(std::string("dmz ") + ip);
+  fake::asked(std::string("dmz ") + ip);
   return platform.dmz_param;
 }
 
@@ -339,12 +339,12 @@ int webscheckIpStartEnd(const char *start, const char *end) {
 }
 
 int CheckRFModeAndBW(const char *mode, const char *bandwidth) {
-  platform.rules_asked.push_back(std::string("mode/bandwidth ") + mode + " " + bandwidth);
+  fake::asked(std::string("mode/bandwidth ") + mode + " " + bandwidth);
   return platform.mode_and_bandwidth;
 }
 
 int CheckRFModeAndRate(const char *mode, const char *rate) {
-  platform.rules_asked.push_back(std::string("mode/rate ") + mode + " " + rate);
+  fake::asked(std::string("mode/rate ") + mode + " " + rate);
   return platform.mode_and_rate;
 }
 
@@ -362,6 +362,6 @@ void OperMode_delete(OperMode *record) {
 }
 
 int OperMode_checkKeyWritableFromNvram(const char *key) {
-  platform.rules_asked.push_back(std::string("writable ") + key);
+  fake::asked(std::string("writable ") + key);
   return platform.writable;
 }

@@ -93,6 +93,7 @@ int system(const char *command) {
 FILE *popen(const char *command, const char *mode) {
   EXPECT_STREQ(mode, "r") << command;
   platform.piped.push_back(command);
+  platform.calls.push_back(std::string("pipe ") + command);
   const std::string *output = platform.scripted(platform.output, std::string(command));
   return output == nullptr ? nullptr : stream_of(*output);
 }

@@ -9,13 +9,10 @@
 #include <cstdlib>
 #include <cstring>
 
+using fake::asked;
 using fake::platform;
 
 namespace {
-
-void asked(const std::string &what) {
-  platform.rules_asked.push_back(what);
-}
 
 unsigned int last_octet(const char *ip) {
   return websIP2Num(ip) & 0xFFU;

@@ -4,7 +4,7 @@
 layers  an #include between directories goes along an arrow that is written here, and the arrows make no circle
 macros  how many words the library's own dialect has, and that none has two meanings
 width   a table's row stays on the screen
-share   how much of the code is tests
+share   how much of the code is tests; tables and texts are no code
 """
 import collections
 import os
@@ -37,7 +37,7 @@ ANYTHING = {"tests", "fuzz", "bench"}  # nobody includes them
 
 MACROS = 30
 COLUMNS = 130
-TEST_SHARE = 0.32
+TEST_SHARE = 0.30
 
 
 def files(*suffixes):
@@ -138,7 +138,7 @@ def code_lines(name):
 
 def share():
     lines = collections.Counter()
-    for name in files(".c", ".cc", ".cpp", ".h", ".hpp", ".def", ".sh", ".py"):
+    for name in files(".c", ".cc", ".cpp", ".h", ".hpp", ".sh", ".py"):
         lines["tests" if name.startswith(("tests/", "fuzz/")) else "code"] += code_lines(name)
     part = lines["tests"] / lines.total()
     print(f"{lines['tests']} of {lines.total()} lines are tests: {part:.1%}")

@@ -1,11 +1,9 @@
-// Accounts, SNMP, web access and the ping watchdog.
-#include "rows.hpp"
+// Passwords, and the hops of a traced route.
+#include "fake/fake.hpp"
 
 #include <kova/accounts.h>
 
 using fake::effect;
-using fake::event;
-using fake::get;
 using fake::platform;
 using fake::Strings;
 
@@ -56,74 +54,13 @@ TEST_F(Accounts, ThePasswordPolicyNamesItsFirstObjection) {
   EXPECT_EQ(passwdCheckInnerSpace(" ab ") + passwdCheckInnerSpace(" "), 0);
 }
 
-TEST_F(Accounts, PasswordsAreStoredAsSaltedHashes) {
-  for (const char *refused : {"a<b", static_cast<const char *>(nullptr)})
-    EXPECT_EQ(effect(kovaSetAdminPassword, refused, -1), Strings{});
-  EXPECT_EQ(effect(kovaSetUserPassword, nullptr, -1), Strings{});
-  EXPECT_EQ(effect(kovaSetUserPassword, "weak", -1).back(),
-            "console [kovaSetUserPassword] failed to verify soundess of password\n");
-  EXPECT_EQ(effect(kovaSetAdminPassword, "weak"), // no policy here
-            (Strings{"nvram 0 WebsPassword=hash(weak,salt)", "nvram 0 PswdSalt=salt"}));
-  const std::string longest = "Password!" + std::string(53, 'x') + "0";
-  EXPECT_EQ(kovaSetUserPassword((longest + ":dropped").c_str()), 0);
-  EXPECT_EQ(platform.stored(0, "WebsPassword2"), "hash(" + longest.substr(0, 50) + ",salt)");
-  EXPECT_EQ(platform.stored(0, "PswdSalt2"), "salt");
-  EXPECT_EQ(fake::get_all({kovaGetAdminPassword, kovaGetUserPassword}), (Strings{"", " "}));
-}
-
-TEST_F(Accounts, SnmpCredentialsNeedTheService) {
-  EXPECT_EQ(effect(kovaSetSNMPUserName, "me", -1), Strings{});
-  const Strings started = {event("ce_snmp_start"), event("fw_sip_rule")};
-  EXPECT_EQ(effect(kovaSetSNMPEnable, "1"), (Strings{"nvram 0 snmp_enable=1", started[0], started[1]}));
-  EXPECT_EQ(effect(kovaSetSNMPUserName, "me"), (Strings{"nvram 0 snmp_username=me", started[0], started[1]}));
-  EXPECT_EQ(platform.rules_asked, (Strings{"24/0 1", "24/2 me"}));
-  fake::refuse_all();
-  for (kova_setter *set : {kovaSetSNMPEnable, kovaSetSNMPUserName, kovaSetSNMPPassword})
-    EXPECT_EQ(effect(set, nullptr, -1), Strings{});
-}
-
-TEST_F(Accounts, TheWebLockTimeIsWholeSeconds) {
-  EXPECT_EQ(get(kovaGetWebLockTimeSettings, 4), "####");
-  for (const char *refused :
-       {"299", "65536", "+300", "", "99999999999999999999", static_cast<const char *>(nullptr)})
-    EXPECT_EQ(effect(kovaSetWebLockTimeSettings, refused, -1), Strings{});
-  for (const char *accepted : {"300", "65535"}) {
-    EXPECT_EQ(kovaSetWebLockTimeSettings(accepted), 0);
-    EXPECT_EQ(get(kovaGetWebLockTimeSettings), accepted);
-  }
-}
-
-TEST_F(Accounts, DiagnosticsObjects) {
-  platform.rule = [](int, const std::string &host, int) { return host.empty() ? -1 : 1; };
-  effect(kovasetDiagnosticsHost, "h");
-  effect(kovasetDiagnosticsHost, nullptr, -1);
-  EXPECT_EQ(platform.rules_asked, (Strings{"21/1 h", "21/1 "}));
-  for (const char *known : {"lo", "", static_cast<const char *>(nullptr),
-                            "InternetGatewayDevice.WANDevice.1.WANConnectionDevice.1.WANIPConnection.1",
-                            "InternetGatewayDevice.LANDevice.1.LANHostConfigManagement.IPInterface.1"})
-    effect(kovasetIPingInterface, known);
-  effect(kovasetTraceRouteDiagnosticsInterface, "eth0", -1);
+TEST_F(Accounts, HopsAreCountedFromOne) {
   platform.nvram[{0, "ROUTEHOPS_HOPHOST"}] = "first;second";
   char host[8] = "";
   EXPECT_EQ(kovaGetDiagnosticsRouteHopsHopHost(2, host, 4), 0);
   EXPECT_STREQ(host, "sec");
   for (int index : {0, 3})
     EXPECT_EQ(kovaGetDiagnosticsRouteHopsHopHost(index, host, sizeof host), -1);
-}
-
-TEST_F(Accounts, TheWatchdogTakesAnythingButMarkup) {
-  setSecondaryInstance(); // has the same watchdog
-  for (const auto &[value, stored] : {std::pair{"5", "1"}, {"false", "1"}, {"0", "0"}, {"", "0"}}) {
-    EXPECT_EQ(setTR069PingWatchdogEnable(value), 0);
-    EXPECT_EQ(get(getTR069PingWatchdogEnable), stored) << value;
-  }
-  EXPECT_EQ(effect(setTR069PingWatchdogEnable, "1(", -1), Strings{});
-  for (const char *value : {static_cast<const char *>(nullptr), "no address"})
-    EXPECT_EQ(effect(setTR069PingWatchdogIPAddress, value)[0],
-              std::string("nvram 0 pingWdIpAddress=") + (value != nullptr ? value : ""));
-  EXPECT_EQ(effect(setTR069PingWatchdogIPAddress, "%3cx", -1), Strings{});
-  EXPECT_EQ(get(getTR069PingWatchdogIPAddress), "no address");
-  EXPECT_TRUE(platform.rules_asked.empty());
 }
 
 } // namespace

@@ -1,4 +1,4 @@
-// The APN profiles and the rules across them.
+// The rules across the APN profiles.
 #include "fake/fake.hpp"
 #include "platform/webs.h"
 
@@ -9,8 +9,6 @@
 #include <array>
 #include <cstring>
 
-using fake::effect;
-using fake::get;
 using fake::platform;
 using fake::Strings;
 
@@ -18,103 +16,9 @@ namespace {
 
 class Apn : public fake::Test {};
 
-const char *const none = nullptr;
-
 std::string path_of(std::size_t number, const std::string &leaf) {
   return "tarn/cm_config/apnprofile/apn" + std::to_string(number) + "/" + leaf;
 }
-
-const std::string update = "request 0x10000007", restart = "request 0x10000023";
-
-TEST_F(Apn, SettersJudgeStoreAndReactAfterTheTreeIsClosed) {
-  // What is refused, and what is stored of a value that is taken. One leaf for each kind of setter.
-  const struct {
-    kova_setter *set;
-    std::string path, reaction;
-    std::vector<const char *> refused;
-    std::vector<std::pair<const char *, std::string>> stored;
-  } cases[] = {
-      {setTR069APN2Enable,
-       path_of(2, "enable"),
-       update,
-       {"", none, "2", "01", "1 "},
-       {{"0", "0"}, {"1", "1"}}},
-      {setTR069APN8Password, path_of(8, "password"), update, {}, {{"`secret`", "`secret`"}, {none, ""}}},
-      {setTR069APN1Auth,
-       path_of(1, "auth_type"),
-       update,
-       {"", none, "0", "5", "-1", "x", "4294967297"},
-       {{"1", "1"}, {"02", "2"}, {"4x", "4"}}},
-      {setTR069APN7ApplyTo,
-       path_of(7, "apply_to"),
-       restart,
-       {"", none, "4", "-1", "x"},
-       {{"0", "0"}, {"3x", "3x"}}},
-      {setTR069APN8ApplyTo, path_of(8, "apply_to"), restart, {"", none}, {{"4", "4"}, {"x", "x"}}},
-      {setTR069APN3BridgeVID, path_of(3, "bridge_vid"), restart, {"", none}, {{"9999", "9999"}, {"x", "x"}}},
-      {setTR069APN4GREL2VlanList,
-       path_of(4, "gre_l2_vlan_list"),
-       restart,
-       {},
-       {{"100 200", "100 200"}, {none, ""}}}};
-  for (const auto &[set, path, reaction, refused, stored] : cases) {
-    SCOPED_TRACE(path);
-    platform = {};
-    for (const char *value : refused)
-      EXPECT_EQ(effect(set, value, -1), Strings{});
-    for (const auto &[value, text] : stored)
-      EXPECT_EQ(effect(set, value),
-                (Strings{"tree open", "tree /" + path + "=" + text, "tree close", reaction}));
-    // A failure leaves the tree open, and asks for nothing.
-    platform.tree_refuses[path] = true;
-    EXPECT_EQ(effect(set, stored[0].first, -1), Strings{"tree open"});
-    platform.tree_opens = false;
-    EXPECT_EQ(effect(set, stored[0].first, -1), Strings{});
-  }
-}
-
-TEST_F(Apn, TheFirstProfileStaysEnabled) {
-  EXPECT_EQ(effect(setTR069APN1Enable, "1"), Strings{});
-  for (const char *value : {"0", "2", "", none})
-    EXPECT_EQ(effect(setTR069APN1Enable, value, -1), Strings{});
-}
-
-TEST_F(Apn, EachProfileReadsItsOwnLeaves) {
-  int result = 0;
-  EXPECT_EQ(get(getTR069APN2Name, result, 4), "####"); // no such leaf
-  EXPECT_EQ(result, -1);
-  EXPECT_EQ(platform.tree_opened, 1);
-  std::size_t number = 0;
-  for (kova_getter *getter : {getTR069APN1MTU, getTR069APN2MTU, getTR069APN3MTU, getTR069APN4MTU,
-                              getTR069APN5MTU, getTR069APN6MTU, getTR069APN7MTU, getTR069APN8MTU}) {
-    ++number;
-    platform.tree[path_of(number, "mtu")] = std::to_string(number);
-    EXPECT_EQ(get(getter), std::to_string(number));
-  }
-  EXPECT_EQ(platform.tree_opened, 1);
-}
-
-TEST_F(Apn, CheckersKnowTheRanges) {
-  for (const char *value : {"0", "03", "3x"})
-    EXPECT_EQ(chkTR069APN8ApplyTo("Name", value), 0) << value;
-  EXPECT_EQ(chkTR069APN1BridgeVID("Name", "4094"), 0);
-  EXPECT_EQ(chkTR069APN8ApplyTo("Name", "4") + chkTR069APN1BridgeVID("Name", "4095"), -2);
-  for (const char *value : {"-1", "x", "", none})
-    EXPECT_EQ(chkTR069APN8ApplyTo("Name", value) + chkTR069APN1BridgeVID("Name", value), -2);
-}
-
-TEST_F(Apn, BothParametersOfTheMtuAnnounceIt) {
-  fake::expect_no_buffer_refused(getTR069APNMTU);
-  EXPECT_EQ(effect(setTR069APNMTU, "1400"),
-            (Strings{"nvram 0 internet_mtu=1400", "run test_cpeevent call \"ce_set_mtu\""}));
-  EXPECT_EQ(effect(kovaSetWANConnectionX_MTU, "1300"),
-            (Strings{"nvram 0 internet_mtu=1300", "run test_cpeevent call 'ce_set_mtu'"}));
-  EXPECT_EQ(get(getTR069APNMTU), "1300");
-  fake::refuse_all();
-  EXPECT_EQ(effect(setTR069APNMTU, "9", -1), Strings{});
-}
-
-// ---- Rules across the profiles
 
 using Rules = std::vector<std::array<int, 4>>; // profile number, enable, bearer use, VLAN
 

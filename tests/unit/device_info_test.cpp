@@ -11,16 +11,6 @@ namespace {
 
 class DeviceInfo : public fake::Test {};
 
-TEST_F(DeviceInfo, SerialNumberAndHardwareVersionFallBack) {
-  const auto told = [] { return fake::get_all({kovaGetTR069SerialNumber, kovaGetTR069HardwareVersion}); };
-  platform.preset(0, "TR_HardVer=never IMEI=never");
-  EXPECT_EQ(told(), (Strings{"", "N/A"}));
-  platform.preset(9, "IMEI=357 HW_VER=B CACHE_SN= CACHE_HW_VER=");
-  EXPECT_EQ(told(), (Strings{"357", "B"}));
-  platform.preset(9, "CACHE_SN=S1 CACHE_HW_VER=A");
-  EXPECT_EQ(told(), (Strings{"S1", "A"}));
-}
-
 TEST_F(DeviceInfo, SettingsAreToldAsTheyAreStored) {
   const std::string value(300, 'v');
   const auto told = [] {
@@ -31,42 +21,16 @@ TEST_F(DeviceInfo, SettingsAreToldAsTheyAreStored) {
   EXPECT_EQ(told(), value + value.substr(0, 255)); // the first from an allocated copy
 }
 
-TEST_F(DeviceInfo, CopiesOfTheStore) {
-  platform.preset(9, "CACHE_SN=S1 IMEI=357");
-  platform.keys_read.clear();
-  EXPECT_EQ(get(kovaGetTR069SerialNumber), "S1");
-  EXPECT_EQ(platform.keys_read, Strings{"9 CACHE_SN"});
-  platform.nvram[{9, "CACHE_SN"}] = std::string(300, 's');
-  EXPECT_EQ(get(kovaGetTR069SerialNumber, 300), std::string(300, 's'));
-  platform.has_copies = false;
-  EXPECT_EQ(get(kovaGetTR069ModelName), std::string(256, '#'));
-  EXPECT_EQ(get(kovaGetTR069Manufacturer), "");
-}
-
 TEST_F(DeviceInfo, MemoryIsInThousandsOfBytesWhateverTheKernelsUnit) {
   platform.total_ram = 524288999;
   platform.free_ram = 1999;
-  EXPECT_EQ(fake::get_all({kovaGetTR069MemoryStatusTotal, kovaGetTR069MemoryStatusFree}),
-            (Strings{"524288", "1"}));
+  EXPECT_EQ(get(kovaGetTR069MemoryStatusTotal) + " " + get(kovaGetTR069MemoryStatusFree), "524288 1");
   platform.knows_memory_and_uptime = false;
   for (kova_getter *getter : {kovaGetTR069MemoryStatusTotal, kovaGetTR069MemoryStatusFree}) {
     int result = 0;
     EXPECT_EQ(get(getter, result), "");
     EXPECT_EQ(result, -1);
   }
-}
-
-TEST_F(DeviceInfo, TimesSinceTheStartAndSinceTheConnection) {
-  const std::pair<const char *, const char *> cases[] = {
-      {"999", "1"}, {"1001", "0"}, {"0", "0"}, {"-99999999999999999999", "0"}, {"400", "600"}};
-  EXPECT_EQ(get(kovaGetTR069ConntionTime), "0");
-  for (const auto &[connected_at, expected] : cases) {
-    platform.nvram[{9, "lte_conn_uptime"}] = connected_at;
-    EXPECT_EQ(get(kovaGetTR069ConntionTime), expected) << connected_at;
-  }
-  EXPECT_EQ(get(kovaGetTR069UpTime), "1000");
-  platform.knows_memory_and_uptime = false;
-  EXPECT_EQ(fake::get_all({kovaGetTR069UpTime, kovaGetTR069ConntionTime}), (Strings{"0", "0"}));
 }
 
 TEST_F(DeviceInfo, TheLogIsAppendedWhole) {
@@ -81,14 +45,6 @@ TEST_F(DeviceInfo, TheLogIsAppendedWhole) {
   platform.output["cat /tmp/M4412_Log.dat"] = log;
   EXPECT_EQ(kovaGetTR069DeviceLog(buffer, 1), 0);
   EXPECT_EQ(buffer, "begun " + log);
-}
-
-TEST_F(DeviceInfo, ProvisioningSetsTheClockAndTheQosMapIsNotKept) {
-  EXPECT_EQ(fake::effect(kovaSetTR069MapnQos, "anything"), Strings{});
-  EXPECT_EQ(fake::effect(kovaSetTR069ProvisioningCode, "any \"code\""),
-            (Strings{"nvram 0 TR_PROVCODE=any \"code\"", "run /etc/sysconfig/script/ntp.sh envTZ",
-                     "run /etc/sysconfig/script/ntp.sh"}));
-  EXPECT_TRUE(platform.rules_asked.empty());
 }
 
 TEST_F(DeviceInfo, ManufacturerPartOfAnAddress) {

@@ -18,26 +18,6 @@ protected:
   PendingValue slot = {};
 };
 
-TEST_F(Pending, NineGroupsOf65SlotsInOrder) {
-  using List = PendingValueCheckList;
-  std::size_t offset = 0;
-  for (const auto &[group, slots] :
-       std::initializer_list<std::pair<std::size_t, std::size_t>>{{offsetof(List, wifiTouched), 3},
-                                                                  {offsetof(List, lanTouched), 5},
-                                                                  {offsetof(List, dnsTouched), 4},
-                                                                  {offsetof(List, downloadDiagTouched), 4},
-                                                                  {offsetof(List, uploadDiagTouched), 5},
-                                                                  {offsetof(List, udpEchoTouched), 5},
-                                                                  {offsetof(List, ipPingTouched), 5},
-                                                                  {offsetof(List, traceRouteTouched), 6},
-                                                                  {offsetof(List, wanApnTouched), 28}}) {
-    EXPECT_EQ(group, offset);
-    offset += sizeof(void *) + slots * sizeof(PendingValue); // the flag takes a pointer's alignment
-  }
-  EXPECT_EQ(sizeof gPVCL, offset);
-  EXPECT_EQ(&gPVCL.apn[7].apnBridgeVid - &gPVCL.operMode, 27);
-}
-
 TEST_F(Pending, SlotsOwnCopies) {
   char name[] = "Name", value[] = "value";
   EXPECT_EQ(pvcl_set_slot(&slot, name, value), 0);

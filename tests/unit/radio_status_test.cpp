@@ -10,7 +10,6 @@
 
 using fake::get;
 using fake::platform;
-using fake::Strings;
 
 namespace {
 
@@ -79,39 +78,7 @@ TEST_F(Radio, LookUpsOfOtherBands) {
     EXPECT_EQ(getLowFreq(band) + getHighFreq(band), 0.0) << band;
 }
 
-// ---- Status values
-
-// Each row: what is published, and what one getter then answers.
-struct Reading {
-  kova_getter *getter;
-  Strings settings; // of section 9, or of section 0 with "0 " ahead
-  const char *expected;
-  int result = 0;
-};
-
-void expect(const std::vector<Reading> &readings) {
-  for (const auto &[getter, settings, expected, wanted] : readings) {
-    SCOPED_TRACE(settings.empty() ? "nothing" : settings.back());
-    platform.nvram.clear();
-    for (const std::string &setting : settings) {
-      const bool is_config = setting.starts_with("0 ");
-      const std::size_t start = is_config ? 2 : 0, equals = setting.find('=');
-      platform.nvram[{is_config ? 0 : 9, setting.substr(start, equals - start)}] = setting.substr(equals + 1);
-    }
-    int result = 1;
-    EXPECT_EQ(get(getter, result), expected);
-    EXPECT_EQ(result, wanted);
-  }
-}
-
-TEST_F(Radio, CellAndNetworkIdentities) {
-  expect({{kovaGetTR069CellIDValue, {"lte_cur_eci=1A2B3C"}, "1715004"},
-          {kovaGetTR069CellIDValue, {"lte_cur_eci=0xfffffff"}, "268435455"},
-          {kovaGetTR069CellIDValue, {"lte_cur_eci="}, "0"},
-          {kovaGetTR069CellIDValue, {}, "", -1},
-          {kovaGetTR069EnbIdValue, {"lte_cur_enodeb_id=1a2b"}, "6699"},
-          {kovaGetTR069EnbIdValue, {}, "", -1},
-          {kovaGetTR069BandValue, {"lte_cur_band=123456789"}, "1234567"}});
+TEST_F(Radio, FieldsAreCutAtTheirRoom) {
   platform.nvram[{9, "lte_dl_mcs"}] = std::string(300, 'x');
   EXPECT_EQ(get(kovaGetTR069DLMcsValue, 300).size(), 254U);
   const std::string digits = "12345678901234567890";
@@ -121,68 +88,13 @@ TEST_F(Radio, CellAndNetworkIdentities) {
     const std::size_t mnc = length == 6 ? 3 : length > 5 ? 2 : length > 3 ? length - 3 : 0;
     EXPECT_EQ(get(kovaGetTR069MNCValue), digits.substr(3, mnc)) << length;
   }
-  platform.preset(9, "lte_cur_plmn=310410");
-  EXPECT_EQ(get(kovaGetTR069MCCValue, 3), "###");
-  EXPECT_EQ(get(kovaGetTR069MNCValue, 4), "410");
 }
 
-TEST_F(Radio, SignalFields) {
-  constexpr const char *record = "DM_CELL_STAT_INFO=12,-70,-95,-9,15,23.0";
-  constexpr const char *gap = "DM_CELL_STAT_INFO=12,-70,,-9,15,23"; // an empty field moves the later ones up
-                                                                    // clang-format off
-  expect({
-      {kovaGetTR069PCIValue, {record}, "12"}, {kovaGetTR069RSSIValue, {record}, "-70"},
-      {kovaGetTR069RSRQValue, {record}, "-9"}, {kovaGetTR069SINRValue, {record}, "15"},
-      {kovaGetTR069TXPWRValue, {record}, "23.0"}, {kovaGetTR069PCIValue, {gap}, "12"},
-      {kovaGetTR069RSRQValue, {gap}, "15"}, {kovaGetTR069SINRValue, {gap}, "23"},
-      {kovaGetTR069TXPWRValue, {gap}, "NONE"}, {kovaGetTR069PCIValue, {}, "NONE"},
-      {kovaGetTR069RSRP0Value, {"lte_rsrp_per_antenna=-95/-97"}, "-95"},
-      {kovaGetTR069RSRP1Value, {"lte_rsrp_per_antenna=-95/-97"}, "-97"},
-      {kovaGetTR069RSRP1Value, {"lte_rsrp_per_antenna= -95 \t/ -97"}, "-97"},
-      {kovaGetTR069RSRP1Value, {"lte_rsrp_per_antenna=-95"}, ""}, {kovaGetTR069RSRP0Value, {}, ""},
-      {kovaGetTR069CINR0Value, {"lte_cinr_per_antenna=10\t11"}, "10"},
-      {kovaGetTR069CINR1Value, {"lte_cinr_per_antenna=10\t11"}, "11"}});
-  // clang-format on
+TEST_F(Radio, SignalTexts) {
   char text[] = "7";
   EXPECT_STREQ(getInternetStatusPCI_vals(text), "7");
   EXPECT_STREQ(getInternetStatusTXPWR_vals(text), "NONE");
   EXPECT_STREQ(getInternetStatusRSSI_vals(nullptr), "NONE");
-}
-
-TEST_F(Radio, SpectrumAccessCapsThePower) {
-  constexpr const char *power = "DM_CELL_STAT_INFO=1,2,3,4,5,23.0";
-  const auto granted = [&](const char *enabled, const char *limit, const char *expected) {
-    expect({{kovaGetTR069TXPWRValue,
-             {power, std::string("0 SAS_CONFIG_RADIOENABLE=") + enabled,
-              std::string("0 SAS_CONFIG_POWER=") + limit},
-             expected}});
-  };
-  granted("1", "20", "20.0");
-  granted("", "20.04", "20.0"); // anything but "0"
-  granted("0", "20", "23.0");
-  granted("1", "", "23.0");
-  granted("1", "0", "23.0");
-  granted("1", "30", "23.0");
-  granted("1", "15.000000000000000000", "15.0"); // more than is read
-  expect({{kovaGetTR069TXPWRValue, {power, "0 SAS_CONFIG_POWER=20"}, "23.0"},
-          {kovaGetTR069TXPWRValue, {"0 SAS_CONFIG_RADIOENABLE=1", "0 SAS_CONFIG_POWER=20"}, "NONE"}});
-}
-
-TEST_F(Radio, FrequenciesAndBandwidth) {
-  constexpr const char *tdd = "0 /tarn/cell_selection/dedicated_duplex=TDDx",
-                       *fdd = "0 /tarn/cell_selection/dedicated_duplex=FDD";
-  expect({{kovaGetTR069DLFrequencyValue, {"lte_cur_freq=26550"}, "2655000"},
-          {kovaGetTR069DLFrequencyValue, {"lte_cur_freq=26550.5"}, "2655000"},
-          {kovaGetTR069DLFrequencyValue, {"lte_cur_freq=-1"}, ""},
-          {kovaGetTR069DLFrequencyValue, {"lte_cur_freq=N/A"}, ""},
-          {kovaGetTR069DLFrequencyValue, {}, ""},
-          {kovaGetTR069ULFrequencyValue, {tdd, "lte_cur_freq=26550", "lte_cur_ulfreq=1"}, "2655000"},
-          {kovaGetTR069ULFrequencyValue, {fdd, "lte_cur_ulfreq=25350", "lte_cur_freq=1"}, "2535000"},
-          {kovaGetTR069ULFrequencyValue, {fdd, "lte_cur_ulfreq=-1"}, ""},
-          {kovaGetTR069ULFrequencyValue, {"lte_cur_freq=1", "lte_cur_ulfreq=1"}, ""},
-          {kovaGetTR069BandwidthValue, {"lte_cur_bandwidth=20000"}, "20"},
-          {kovaGetTR069BandwidthValue, {"lte_cur_bandwidth=1400"}, "1"},
-          {kovaGetTR069BandwidthValue, {}, "0"}});
   struct {
     const char *published, *rewritten;
   } const frequencies[] = {{"26550", "2655.0"}, {"2655.0", "265.50"}, {"7", ".7"},    {"7.", ".7"},
@@ -190,8 +102,8 @@ TEST_F(Radio, FrequenciesAndBandwidth) {
   for (const auto &[published, rewritten] : frequencies)
     for (const int which : {1, 0, 2}) {
       platform.nvram = {{{9, which == 1 ? "lte_cur_freq" : "lte_cur_ulfreq"}, published}};
-      const std::unique_ptr<char, decltype(&free)> text(getInternetStatusFrequency_vals(which), free);
-      EXPECT_STREQ(text.get(), rewritten) << published;
+      const std::unique_ptr<char, decltype(&free)> frequency(getInternetStatusFrequency_vals(which), free);
+      EXPECT_STREQ(frequency.get(), rewritten) << published;
     }
   const std::unique_ptr<char, decltype(&free)> bandwidth(getInternetStatusBandwidth_vals(), free);
   EXPECT_STREQ(bandwidth.get(), "NONE");
@@ -200,9 +112,8 @@ TEST_F(Radio, FrequenciesAndBandwidth) {
 TEST_F(Radio, TheChannelOfTheCarrier) {
   const auto carrier = [](const char *band, const char *frequency, const char *expected) {
     SCOPED_TRACE(std::string(band) + " at " + frequency);
-    expect({{kovaGetTR069EARFCNValue,
-             {std::string("lte_cur_band=") + band, std::string("lte_cur_freq=") + frequency},
-             expected}});
+    platform.nvram = {{{9, "lte_cur_band"}, band}, {{9, "lte_cur_freq"}, frequency}};
+    EXPECT_EQ(get(kovaGetTR069EARFCNValue), expected);
     char out[16] = "?";
     EXPECT_EQ(getInternetDLEARFCN_vals(out, sizeof out), *expected == '\0' ? -1 : 0);
     EXPECT_STREQ(out, *expected == '\0' ? "?" : expected);
@@ -229,39 +140,6 @@ TEST_F(Radio, TheChannelOfTheCarrier) {
       ASSERT_EQ(getInternetDLEARFCN_vals(out, sizeof out), 0);
       ASSERT_EQ(out, std::to_string(channel)) << row->band;
     }
-}
-
-TEST_F(Radio, SchedulerRatesAndNameServersOfAConnection) {
-  constexpr const char *up = "lte_data_state=3", *down = "lte_data_state=2";
-  constexpr const char *primary = "wan_primary_dns=8.8.8.8", *secondary = "wan_secondary_dns=8.8.4.4";
-  expect({{kovaGetTR069WANUplinkRateValue, {up, "lte_cur_ulsched=1.5"}, "1536"},
-          {kovaGetTR069WANUplinkRateValue, {up, "lte_cur_ulsched=0.0015"}, "1"},
-          {kovaGetTR069WANUplinkRateValue, {down, "lte_cur_ulsched=1.5"}, "0"},
-          {kovaGetTR069WANDownlinkRateValue, {up, "lte_cur_dlcw1=2"}, "2048"},
-          {kovaGetTR069WANDownlinkRateValue, {up, "lte_cur_dlcw1=-2"}, "-2048"},
-          {kovaGetTR069WANDownlinkRateValue, {up, "lte_cur_dlcw1=nan"}, "0"},
-          {kovaGetTR069WANDownlinkRateValue, {up, "lte_cur_dlcw1=1e30"}, "0"},
-          {kovaGetTR069LTEDnsServer, {up, primary, secondary}, "8.8.8.8,8.8.4.4"},
-          {kovaGetTR069LTEDnsServer, {up, primary}, "8.8.8.8"},
-          {kovaGetTR069LTEDnsServer, {down, primary, secondary}, ""},
-          {kovaGetTR069LTEStatus, {"lte_ue_state=4"}, "Connected"},
-          {kovaGetTR069LTEStatus, {}, ""}});
-}
-
-TEST_F(Radio, TrafficAndAddressesOfThePdns) {
-  platform.counters = {{"wan 2", "2048"}, {"wan 10", "4096"}, {"wan 3", "3000"}, {"wan 11", "1100"}};
-  EXPECT_EQ(get(kovaGetTR069RxPacketsValue), "3000"); // crossed, as it must be
-  EXPECT_EQ(get(kovaGetTR069TxPacketsValue), "1100");
-  EXPECT_EQ(get(kovaGetTR069RxBytesValue), "2048");
-  EXPECT_EQ(get(kovaGetTR069TxBytesValue), "4096");
-  kova_getter *const getters[] = {kovaGetTR069APN1IPAddress, kovaGetTR069APN2IPAddress,
-                                  kovaGetTR069APN3IPAddress, kovaGetTR069APN4IPAddress};
-  for (int pdn = 0; pdn < 4; ++pdn) {
-    EXPECT_EQ(get(getters[pdn]), "");
-    const std::string address = "10.0.0." + std::to_string(pdn);
-    platform.interfaces.push_back({"lte0pdn" + std::to_string(pdn), address, "255.0.0.0"});
-    EXPECT_EQ(get(getters[pdn]), address);
-  }
 }
 
 } // namespace

@@ -1,7 +1,6 @@
 // Static routes: numbered refusals and the count; their changes are those of the rule lists.
 #include "rows.hpp"
 
-using fake::get;
 using fake::platform;
 using fake::Strings;
 
@@ -51,12 +50,6 @@ TEST_F(Routes, CodesAreTextsAsFarAsThereAreAny) {
   EXPECT_STREQ(RouteSetting_getErrStr(13), "Error.");
   for (const int code : {14, -1, INT_MAX, INT_MIN})
     EXPECT_STREQ(RouteSetting_getErrStr(code), "Unknown.");
-}
-
-TEST_F(Routes, TheTableIsCountedWhole) {
-  EXPECT_EQ(get(kovaGetXRouteRulesNumberOfEntries), "0");
-  platform.nvram[{0, "static_route_key"}] = std::string(300, ';');
-  EXPECT_EQ(get(kovaGetXRouteRulesNumberOfEntries), "301");
 }
 
 } // namespace

@@ -1,103 +1,24 @@
 // Filter switches, the security level and its switches, web login.
 #include "rows.hpp"
 
-using fake::event;
 using fake::get;
 using fake::platform;
-using fake::Strings;
 
 namespace {
 
 class Security : public fake::Test {};
 
-TEST_F(Security, WhiteModeWithAnEmptyListLetsTheManagingClientIn) {
+TEST_F(Security, TheManagingClientIsFoundAmongHundreds) {
   std::string table = fake::neighbours_header;
   for (int i = 0; i < 700; ++i) {
     char mac[18];
     std::snprintf(mac, sizeof mac, "00:1a:2b:00:%02x:%02x", i / 256, i % 256);
     table += fake::neighbour("10.0." + std::to_string(i / 250) + "." + std::to_string(i % 250), mac);
   }
-  const struct {
-    const char *what, *mode, *manager;
-    int section;
-    std::string white, expected, neighbours;
-  } cases[] = {{"the first of two with the address", "1", "10.0.0.7", 0, "", "AA:BB:CC:DD:EE:0F",
-                fake::neighbours_header + fake::neighbour("10.0.0.8", "00:00:00:00:00:01") +
-                    fake::neighbour("10.0.0.7", "aa:bb:cc:dd:ee:0f") +
-                    fake::neighbour("10.0.0.7", "00:00:00:00:00:02")},
-               {"the last of hundreds", "1", "10.0.2.199", 0, "", "00:1A:2B:00:02:BB", table},
-               {"no such neighbour", "1", "10.0.9.9", 0, "", "", table},
-               {"no manager", "1", "", 0, "", "", table},
-               {"no table", "1", "10.0.0.7", 0, "", "", ""},
-               {"another section's manager", "1", "10.0.0.7", 9, "", "", table},
-               {"a list with rows", "1", "10.0.0.7", 0, " ", "(untouched)", table},
-               {"black", "0", "10.0.0.7", 0, "", "(untouched)", table},
-               {"not exactly white", "1 ", "10.0.0.7", 0, "", "(untouched)", table}};
-  for (const auto &[what, mode, manager, section, white, expected, neighbours] : cases) {
-    SCOPED_TRACE(what);
-    platform = {};
-    platform.nvram = {{{0, "MACFilterEnable"}, "1"},
-                      {{0, "MACFilterWhiteRules"}, white},
-                      {{section, "curr_user_ip"}, manager}};
-    if (!neighbours.empty()) platform.files["/proc/net/arp"] = neighbours;
-    EXPECT_EQ(kovasetMacFilteringBasicSettingModeValue(mode), 0);
-    Strings done;
-    if (expected != "(untouched)")
-      done = {"nvram 0 MACFilterWhiteRules=" + expected, "nvram 0 WlanMACFilterWhiteRules=" + expected};
-    done.insert(done.end(), {std::string("nvram 0 MACFilterMode=") + mode,
-                             std::string("nvram 0 WlanMACFilterMode=") + mode});
-    EXPECT_EQ(platform.done, done);
-  }
-}
-
-TEST_F(Security, WhatTheFirewallReadsAtOnceAndOnApply) {
-  for (const char *refused : {"", "0", "11", "true"}) {
-    EXPECT_EQ(kovasetMacApply(refused), -1);
-    EXPECT_EQ(kovasetWebLoginEnable(refused), *refused == '0' ? 0 : -1);
-  }
-  platform.done.clear();
-  EXPECT_EQ(kovasetMacApply("1") + kovasetIpApply("1") + kovasetACLApply("1"), 0);
-  EXPECT_EQ(get(kovaGetIpApply, 4), "####");
-  EXPECT_EQ(platform.done, (Strings{event("fw_sec_mac_filter"), event("ce_set_wlan_mac_filter"),
-                                    event("fw_sec_ipv4_filter"), event("fw_sec_ddos_filter")}));
-}
-
-// ---- Security level
-
-Strings level_stores(const Strings &fields, const std::string &custom) {
-  return {"nvram 0 AclEnable=" + fields[0], "nvram 0 SPIFWEnabled=" + fields[1],
-          "nvram 0 BlockPortScan=" + fields[2], "nvram 0 BlockSynFlood=" + fields[3],
-          "nvram 0 WebsSysFirewallCustom=" + custom};
-}
-
-TEST_F(Security, LevelsStoreTheirSwitchesAndReadBack) {
-  const std::string long_field(40, 'x');
-  const struct {
-    const char *value, *choice;
-    int result;
-    Strings done;
-    const char *level; // read afterwards, from nothing stored
-  } cases[] = {{"0", "", 0, level_stores({"0", "0", "0", "0"}, "0"), "0"},
-               {"1", "", 0, level_stores({"0", "0", "1", "1"}, "0"), "1"},
-               {"2", "", 0, level_stores({"0", "1", "1", "1"}, "0"), "2"},
-               {"3", "1,0,1,1", 0, level_stores({"1", "0", "1", "1"}, "1"), "3"},
-               {"3", "0,1,1,1", 0, level_stores({"0", "1", "1", "1"}, "1"), "3"}, // high, but chosen
-               {"3", "", 0, level_stores({"", "", "", ""}, "1"), "3"},
-               {"3", "1,,1,1,9", 0, level_stores({"1", "", "1", "1"}, "1"), "3"},
-               {"02", "", 0, {}, "0"},
-               {"4", "", -1, {}, "0"},
-               {"4294967299", "", -1, {}, "0"}};
-  for (const auto &[value, choice, result, done, level] : cases) {
-    SCOPED_TRACE(std::string(value) + " of " + choice);
-    platform = {};
-    platform.nvram[{0, "WebsSysFirewallCustomSettings"}] = choice;
-    EXPECT_EQ(kovasetSystemSecuritySettingsSecurityLevel(value), result);
-    EXPECT_EQ(platform.done, done);
-    EXPECT_EQ(get(kovaGetSystemSecuritySettingsSecurityLevel), level);
-  }
-  platform.nvram[{0, "WebsSysFirewallCustomSettings"}] = long_field + ",1,1,1";
-  EXPECT_EQ(kovasetSystemSecuritySettingsSecurityLevel("3"), 0);
-  EXPECT_EQ(platform.stored(0, "AclEnable"), long_field.substr(0, 31));
+  platform.files["/proc/net/arp"] = table;
+  platform.preset(0, "MACFilterEnable=1 MACFilterWhiteRules= curr_user_ip=10.0.2.199");
+  EXPECT_EQ(kovasetMacFilteringBasicSettingModeValue("1"), 0);
+  EXPECT_EQ(platform.stored(0, "WlanMACFilterWhiteRules"), "00:1A:2B:00:02:BB");
 }
 
 TEST_F(Security, AnythingButAPredefinedCombinationIsCustom) {
@@ -114,29 +35,6 @@ TEST_F(Security, AnythingButAPredefinedCombinationIsCustom) {
     EXPECT_EQ(get(kovaGetSystemSecuritySettingsSecurityLevel), level == levels.end() ? "3" : level->second)
         << combination;
   }
-}
-
-TEST_F(Security, ASingleSwitchMakesTheLevelCustomAndKeepsTheRestOfTheChoice) {
-  constexpr kova_setter *set[] = {
-      kovasetSystemSecuritySettingsACLValue, kovasetSystemSecuritySettingsSPIFirewallValue,
-      kovasetSecuritySettingsBlockPortScanValue, kovasetSystemSecuritySettingsBlockSynFloodValue};
-  for (const char *refused : {"", "2", "on"})
-    EXPECT_EQ(set[0](refused), -1);
-  EXPECT_TRUE(platform.done.empty());
-  for (std::size_t which = 0; which < std::size(set); ++which)
-    for (const std::string before : {"a,b,c,d", "a,b", ",,,,"}) {
-      platform.nvram[{0, "WebsSysFirewallCustomSettings"}] = before;
-      Strings fields = fake::rows_of(before, ',');
-      fields.resize(4);
-      fields[which] = "1";
-      platform.done.clear();
-      EXPECT_EQ(set[which]("1"), 0);
-      const std::string key = level_stores({"1", "1", "1", "1"}, "")[which];
-      EXPECT_EQ(platform.done, (Strings{key, "nvram 0 WebsSysFirewallCustom=1",
-                                        "nvram 0 WebsSysFirewallCustomSettings=" + fields[0] + "," +
-                                            fields[1] + "," + fields[2] + "," + fields[3]}));
-    }
-  EXPECT_EQ(get(kovaGetSystemSecuritySettingsSecurityLevel), "3");
 }
 
 TEST_F(Security, FieldsAndRowsOfATextAreCounted) {

@@ -117,41 +117,4 @@ TEST_F(Startup, DhcpRelayAndWanInterface) {
   EXPECT_EQ(numbers, "121000");
 }
 
-TEST_F(Startup, ManagementInterfaceNeedsItsPdn) {
-  platform.preset(0, "TR_IF_TYPE=data_pdn lte_mgmt_pdn=1,mgmt,ip");
-  platform.preset(9, "lte_data_state=3 curr_data_if=lte0pdn0 lte_mgmt_state=0 curr_mgmt_if=lte0pdn1");
-  fake::Store store = platform.nvram;
-  const auto name_with = [&](int section, const char *key,
-                             const char *text) { // one key differs; nullptr: missing
-    platform.nvram = store;
-    platform.nvram.erase({section, key});
-    if (text != nullptr) platform.nvram[{section, key}] = text;
-    int result = 1;
-    std::string name = get(kovaGetTR069If, result);
-    EXPECT_EQ(result, name.empty() ? -1 : 0) << key;
-    return name;
-  };
-  EXPECT_EQ(name_with(9, "lte_data_state", "3"), "lte0pdn0");
-  EXPECT_EQ(name_with(9, "curr_data_if", "0123456789abcdefgh"), "0123456789abcde");
-  EXPECT_EQ(name_with(9, "curr_data_if", nullptr), ""); // no earlier name survives
-  EXPECT_EQ(name_with(9, "lte_data_state", nullptr), "");
-  EXPECT_EQ(name_with(0, "TR_IF_TYPE", ""), "");
-  EXPECT_EQ(name_with(9, "lte_data_state", "2"), "");
-  EXPECT_EQ(name_with(0, "TR_IF_TYPE", "data_pdn2"), "");
-
-  store[{0, "TR_IF_TYPE"}] = "mgmt_pdn";
-  for (const char *state : {"0", "7"})
-    EXPECT_EQ(name_with(9, "lte_mgmt_state", state), "lte0pdn1");
-  EXPECT_EQ(name_with(0, "lte_mgmt_pdn", "1,mgmt"), "lte0pdn1");
-  for (const char *pdn : {static_cast<const char *>(nullptr), "1", "1,,ip"})
-    EXPECT_EQ(name_with(0, "lte_mgmt_pdn", pdn), "");
-  for (const char *state : {"", "up"})
-    EXPECT_EQ(name_with(9, "lte_mgmt_state", state), "");
-  EXPECT_EQ(name_with(9, "curr_mgmt_if", nullptr), "");
-}
-
-TEST_F(Startup, UpgradeScriptIsAlwaysTerminated) {
-  EXPECT_EQ(get(kovaGetUpgradeScript), "/etc/sysconfig/script/tr069_fwupdate.sh");
-}
-
 } // namespace

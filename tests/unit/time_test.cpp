@@ -69,26 +69,6 @@ TEST_F(Time, ZonesBothWays) {
   }
 }
 
-TEST_F(Time, OffsetsAreWellFormedOrRefused) {
-  const std::pair<const char *, const char *> cases[] = {
-      {"+13:30", "+13:30"}, {"-13:59", "-13:59"}, {"+05:45:00", "N_05:45"}, {"+01:00 Europe", "MEZ_001"},
-      {"-00:00", "-00:00"}, {"+14:00", nullptr},  {"-99:00", nullptr},      {"+05:60", nullptr},
-      {"05:45", nullptr},   {"+5:45", nullptr},   {"+005:45", nullptr},     {"+05:", nullptr},
-      {"+05:4", nullptr},   {"+05.45", nullptr},  {"+-5:00", nullptr},      {"", nullptr}};
-  for (const auto &[value, stored] : cases) {
-    SCOPED_TRACE(value != nullptr ? value : "NULL");
-    platform.nvram.clear();
-    EXPECT_EQ(kovasetLocalTimeZone(value), stored != nullptr ? 0 : -1);
-    EXPECT_EQ(platform.stored(0, "TZ"), stored != nullptr ? stored : "(missing)");
-  }
-  platform.nvram.clear();
-  platform.rule = [](int, const std::string &, int) { return -1; };
-  EXPECT_EQ(kovasetLocalTimeZone("+05:45"), -1);
-  EXPECT_EQ(kovasetLocalTimeZone("+01:00"), -1);
-  EXPECT_EQ(platform.nvram,
-            (fake::Store{{{0, "NTPDaylightSaving"}, "0"}})); // switched off before the rule is asked
-}
-
 TEST_F(Time, ZonesWithDaylightSaving) {
   const std::string with =
       "AKS_-09 PST_-08 UCT_-08 MST_-07 UCT_-07 CST_-06 GMT_-06 UCT_-05 CLT_-04 N_-3:30 WGT_-03 "
@@ -145,27 +125,6 @@ TEST_F(Time, EveryDayOfSixYearsComesBackFromItsWeekdayAndWeek) {
   }
 }
 
-TEST_F(Time, DaylightSavingRulesAndWhatStaysStored) {
-  platform.preset(0, "TZ=PST_-08");
-  EXPECT_EQ(kovasetDaylightSavingsStart("2024-03-10T02:00:00"),
-            0); // the third row of a month that begins on a Friday
-  EXPECT_EQ(kovasetDaylightSavingsEnd("2024-10-35T02:00:00"), 0); // runs over into November
-  EXPECT_EQ(platform.rules_asked, (Strings{"4/13 3", "4/12 0", "4/11 3", "4/16 11", "4/15 1", "4/14 2"}));
-  EXPECT_EQ(platform.done,
-            (Strings{"nvram 0 NTP_DST_START_M=3", "nvram 0 NTP_DST_START_D=0", "nvram 0 NTP_DST_START_W=3",
-                     "nvram 0 NTP_DST_END_M=11", "nvram 0 NTP_DST_END_D=1", "nvram 0 NTP_DST_END_W=2"}));
-  for (const int refused : {13, 12, 11}) {
-    platform.done.clear();
-    platform.rule = [&](int, const std::string &, int item) { return item == refused ? -1 : 0; };
-    EXPECT_EQ(kovasetDaylightSavingsStart("2024-03-10T02:00:00"), -1);
-    EXPECT_EQ(platform.done.size(), 13U - static_cast<unsigned>(refused));
-  }
-  platform.done.clear();
-  for (const char *value : {"", "2024-03-10", "2024-03-10T02:00", static_cast<const char *>(nullptr)})
-    EXPECT_EQ(kovasetDaylightSavingsEnd(value), -1);
-  EXPECT_TRUE(platform.done.empty());
-}
-
 TEST_F(Time, EveryDateIsAMomentWhateverTheClockCanTell) {
   platform.preset(0, "TZ=GMT_000");
   const auto stored = [](const char *date) {
@@ -185,25 +144,6 @@ TEST_F(Time, EveryDateIsAMomentWhateverTheClockCanTell) {
   }
   for (const int absurd : {INT_MIN, INT_MAX}) // no arithmetic overflows
     getDaylightDateTime(absurd, -absurd - 1, absurd);
-}
-
-TEST_F(Time, StoredWeeksThatTheMonthDoesNotHave) {
-  platform.now = 1718109296; // 2024-06-11T12:34:56
-  struct {
-    const char *month, *week, *weekday, *expected;
-  } const cases[] = {
-      {"3", "1", "4", "2024-03-29T12:00:00"}, // "day 0": the last of February, under the stored month
-      {"3", "1", "3", "2024-03-06T12:00:00"}, // before the first: a week later
-      {"2", "5", "6", "2024-02-02T12:00:00"}, // runs over into March
-      {"12", "5", "2", "2024-12-31T12:00:00"}, {"12", "6", "2", "2025-12-07T12:00:00"},
-      {"", "", "", "2023-00-26T12:00:00"},     {"13", "1", "3", "2025-13-01T12:00:00"}};
-  for (const auto &[month, week, weekday, expected] : cases) {
-    platform.nvram = {
-        {{0, "NTP_DST_START_M"}, month}, {{0, "NTP_DST_START_W"}, week}, {{0, "NTP_DST_START_D"}, weekday}};
-    EXPECT_EQ(get(kovaGetDaylightSavingsStart), expected);
-    const auto number = [](const char *text) { return std::atoi(text); };
-    EXPECT_EQ(getDaylightDateTime(number(month), number(week), number(weekday)) % 3600, 0);
-  }
 }
 
 // ---- Date-time texts and the clock

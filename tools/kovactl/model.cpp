@@ -58,11 +58,7 @@ void add_model(Commands &commands) {
   std::string help;
   for (const Format &format : formats)
     help += (help.empty() ? "" : ", ") + std::string(format.name) + ": " + format.help;
-  CLI::Option *format = command.add_option("--format", options.format, help)
-                            ->required()
-                            ->type_name("FORMAT")
-                            ->check(CLI::IsMember(format_names()));
-  commands.complete(format, [](const std::string &word) { return beginning_with(word, format_names()); });
+  command.option("--format", "FORMAT", &options.format, help).required().one_of(format_names());
 }
 
 } // namespace kova::ctl

@@ -1,11 +1,10 @@
 #include "kovactl/model_documents.hpp"
 #include "kovactl/model_xml.hpp"
 
-#include <openssl/evp.h>
+#include <nettle/sha1.h>
 
 #include <array>
 #include <cstdio>
-#include <stdexcept>
 
 namespace kova::ctl {
 namespace {
@@ -20,9 +19,11 @@ std::string uuid_of(const std::string &name) {
   static constexpr unsigned char name_space[] = {0x6b, 0xa7, 0xb8, 0x11, 0x9d, 0xad, 0x11, 0xd1,
                                                  0x80, 0xb4, 0x00, 0xc0, 0x4f, 0xd4, 0x30, 0xc8};
   const std::string input = std::string(std::begin(name_space), std::end(name_space)) + name;
-  std::array<unsigned char, EVP_MAX_MD_SIZE> digest{};
-  if (EVP_Digest(input.data(), input.size(), digest.data(), nullptr, EVP_sha1(), nullptr) != 1)
-    throw std::runtime_error("no SHA-1 digest is to be had");
+  std::array<unsigned char, SHA1_DIGEST_SIZE> digest{};
+  sha1_ctx hash;
+  sha1_init(&hash);
+  sha1_update(&hash, input.size(), reinterpret_cast<const unsigned char *>(input.data()));
+  sha1_digest(&hash, digest.size(), digest.data());
   digest[6] = static_cast<unsigned char>((digest[6] & 0x0f) | 0x50);
   digest[8] = static_cast<unsigned char>((digest[8] & 0x3f) | 0x80);
   std::string uuid;

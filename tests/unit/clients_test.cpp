@@ -1,8 +1,7 @@
-// The WiFi radio, its networks and their stations.
+// Who is on the LAN: the stations of the WiFi networks, and the leases.
 #include "fake/fake.hpp"
 
 #include <kova/lan.h>
-#include <kova/transaction.h>
 
 using fake::get;
 using fake::platform;
@@ -10,39 +9,13 @@ using fake::Strings;
 
 namespace {
 
-class Wifi : public fake::Test {};
-
-TEST_F(Wifi, CheckersJudgeTheirFormBeforeTheirRule) {
-  for (const char *value : {"13", "-1", "+1", "1.0", "", "4294967297"})
-    EXPECT_EQ(chkTR069WifiRate("Name", value), -1) << value;
-  EXPECT_EQ(chkTR069WifiBandwidth("Name", "01") + chkTR069WifiMode("Name", ""), -2);
-  EXPECT_TRUE(platform.rules_asked.empty());
-  for (const char *value : {"0", "12", "007"})
-    EXPECT_EQ(chkTR069WifiRate("Name", value), 0) << value;
-  EXPECT_EQ(platform.rules_asked, (Strings{"1/17 0", "1/17 12", "1/17 007"}));
-  fake::refuse_all();
-  EXPECT_EQ(chkTR069WifiRate("Name", "0"), -1);
-}
-
-TEST_F(Wifi, ASecurityModeGoesWithItsCipher) {
-  const std::pair<std::string, std::string> modes[] = {
-      {"OPEN", "UNDEFINED"}, {"WPA", "TKIP"}, {"WPA2", "AES"}, {"WPAWPA2", "AESTKIP"}};
-  for (const auto &[mode, cipher] : modes) {
-    EXPECT_EQ(fake::effect(setTR069WifiEncryption3, mode.c_str()),
-              (Strings{"nvram 0 3_authmode=" + mode, "nvram 0 3_authalgo=" + cipher, "request 0x10000005"}));
-    EXPECT_EQ(get(getTR069WifiEncryption3), mode);
-  }
-  for (const char *refused : {"", "WEP", "open", "WPAWPA2WPAWPA2WPA"})
-    EXPECT_EQ(fake::effect(setTR069WifiEncryption0, refused, -1), Strings{});
-}
-
-// ---- Stations
+class Clients : public fake::Test {};
 
 std::string record(const std::string &lines) {
   return "1: stat_info...\n" + lines;
 }
 
-TEST_F(Wifi, StationsAreReadFromACopyOfTheDriversFile) {
+TEST_F(Clients, StationsAreReadFromACopyOfTheDriversFile) {
   const std::string copy = "/tmp/tr069_wlan0_va2_sta_info";
   EXPECT_EQ(get(getTR069WifiDeviceList3, 4), "####"); // no file
   EXPECT_EQ(platform.done, Strings{"run cp /proc/wlan0-va2/sta_info " + copy});
@@ -54,7 +27,7 @@ TEST_F(Wifi, StationsAreReadFromACopyOfTheDriversFile) {
   EXPECT_EQ(get(getTR069WifiDeviceList3, 5), " 00:1"); // cut at the buffer's end
 }
 
-TEST_F(Wifi, EachRecordMakesAnEntry) {
+TEST_F(Clients, EachRecordMakesAnEntry) {
   const std::string station =
       record("    state: 7\n    hwaddr: aa:bb\n    aid: 1\n\n    rx_bw: 20M\n    tx_bw: 40M\n"
              "    wireless mode: BGN\n");
@@ -77,7 +50,7 @@ TEST_F(Wifi, EachRecordMakesAnEntry) {
   }
 }
 
-TEST_F(Wifi, EntriesThatDoNotFitAreLeftOut) {
+TEST_F(Clients, EntriesThatDoNotFitAreLeftOut) {
   std::string &file = platform.files["/tmp/tr069_wlan0_sta_info"], list;
   const auto add = [&](std::size_t length) {
     file += record("    hwaddr:" + std::string(length, 'a') + "\n");
@@ -90,6 +63,30 @@ TEST_F(Wifi, EntriesThatDoNotFitAreLeftOut) {
   file += "\n";
   EXPECT_EQ(list.size(), 1022U);
   EXPECT_EQ(get(getTR069WifiDeviceList0, 2048), list);
+}
+
+TEST_F(Clients, LeasesEndAtTheFirstMalformedLine) {
+  EXPECT_EQ(get(kovaGetTR069DhcpClientStatus), "");
+  std::string &leases = platform.files["/var/config/tarn_dhcpd.leases"];
+  const std::pair<std::string, std::string> cases[] = {
+      {"", ""},
+      {"1,mac,ip,host\n2,mac,ip,other", "1,mac,ip,host;2,mac,ip,other"},
+      {"1,mac,ip,host\n\n2,mac,ip,other\n", "1,mac,ip,host"},
+      {"1,mac,ip\n2,mac,ip,other\n", ""},
+      {"1,mac,ip,host\n" + std::string(300, 'x') + ",b,c,d\n", "1,mac,ip,host"},
+      {std::string(248, 'x') + ",b,c,d\n", std::string(248, 'x') + ",b,c,d"}, // as long as a line may be
+      {std::string(249, 'x') + ",b,c,d", ""}}; // as long, but nobody knows what is missing behind it
+  for (const auto &[text, expected] : cases) {
+    leases = text;
+    EXPECT_EQ(get(kovaGetTR069DhcpClientStatus), expected) << text;
+  }
+  leases.clear();
+  for (int i = 0; i < 200; ++i)
+    leases += "1234567890,00:11:22:33:44:55,192.168.1.100,host-name\n";
+  const std::string list = get(kovaGetTR069DhcpClientStatus, 4096);
+  const std::size_t entry = leases.find('\n') + 1;
+  EXPECT_EQ((list.size() + 1) % entry, 0U) << "whole entries only";
+  EXPECT_GT(list.size() + 1 + 256, 4096 - entry);
 }
 
 } // namespace

@@ -1,0 +1,77 @@
+// Memory that ends: the library's allocations, counted by the linker's --wrap.
+#include "fake/fake.hpp"
+#include "model/model.hpp"
+
+#include <kova/transaction.h>
+
+#include <climits>
+#include <functional>
+
+using fake::platform;
+
+namespace {
+
+int left = INT_MAX; // how many allocations succeed
+bool is_left() {
+  return left == INT_MAX || --left >= 0;
+}
+
+} // namespace
+
+extern "C" {
+// NOLINTBEGIN(bugprone-reserved-identifier)
+void *__real_calloc(std::size_t count, std::size_t size);
+char *__real_strdup(const char *text);
+void *__wrap_calloc(std::size_t count, std::size_t size) {
+  return is_left() ? __real_calloc(count, size) : nullptr;
+}
+char *__wrap_strdup(const char *text) {
+  return is_left() ? __real_strdup(text) : nullptr;
+}
+// NOLINTEND(bugprone-reserved-identifier)
+}
+
+namespace {
+
+// Makes the call with memory for nothing, for one allocation, for two, ... until it gets all that it wants, where everything
+// reads as that. Answers how often there was too little.
+int failing(const char *otherwise, const std::function<void()> &call) {
+  int times = 0;
+  do {
+    platform = {};
+    platform.otherwise = otherwise;
+    platform.bands = {3};
+    platform.band_records = {{3, {0, 3, 1200, 1949}}};
+    left = times++;
+    call();
+  } while (std::exchange(left, INT_MAX) < 0);
+  return times - 1;
+}
+
+class Memory : public fake::Test {};
+
+// Sanitizers see a use of what there is not, and what is not given back.
+TEST_F(Memory, MayEndAtAnyAllocation) {
+  int failures = 0;
+  char names[1 << 14];
+  for (const auto *parameter : kova::model::parameters())
+    for (const char *value : {"1", "1300,1", "3,1300"})
+      failures += failing("3,1300,1", [&] {
+        if (parameter->get) parameter->get.call(names, 256);
+        if (parameter->set) parameter->set.call(value);
+        if (parameter->check) parameter->check.call("Name", value);
+        *names = '\0';
+        kovaCheckTR069ParameterValues(names, sizeof names);
+      });
+  for (const auto &list : kova::model::lists())
+    failures += failing("1", [&] {
+      list.get.call(1, names, 256);
+      if (!list.set) return;
+      list.add.call();
+      list.set.call(1, "7,::1,,0");
+      list.remove.call(1);
+    });
+  EXPECT_GT(failures, 100) << "the library asks for memory elsewhere";
+}
+
+} // namespace
