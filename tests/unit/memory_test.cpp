@@ -33,14 +33,13 @@ char *__wrap_strdup(const char *text) {
 
 namespace {
 
-// Makes the call with no memory for its first allocation, for its second, ... where everything reads as that. Answers how
-// many there were.
-int failing(const char *otherwise, const std::function<void()> &call) {
+// Makes the call with no memory for its first allocation, for its second, ... and answers how many there were.
+int failing(const std::function<void()> &call) {
   constexpr const char *duplex = "/tarn/cell_selection/dedicated_duplex";
   int times = 0;
   do {
     platform = {};
-    platform.otherwise = otherwise;
+    platform.otherwise = "1";
     platform.nvram[{0, "MACFilterWhiteRules"}] = "";
     platform.nvram[{0, duplex}] = platform.tree[duplex + 1] = "FDD";
     platform.bands = {3};
@@ -59,7 +58,7 @@ TEST_F(Memory, MayBeShortAtAnyAllocation) {
   char names[1 << 14];
   for (const auto *parameter : kova::model::parameters())
     for (const char *value : {"1", "1300,1", "3,1300"})
-      failures += failing("1", [&] {
+      failures += failing([&] {
         if (parameter->get) parameter->get.call(names, 256);
         if (parameter->set) parameter->set.call(value);
         if (parameter->check) parameter->check.call("Name", value);
@@ -67,7 +66,7 @@ TEST_F(Memory, MayBeShortAtAnyAllocation) {
         kovaCheckTR069ParameterValues(names, sizeof names);
       });
   for (const auto &list : kova::model::lists())
-    failures += failing("1", [&] {
+    failures += failing([&] {
       list.get.call(1, names, 256);
       if (!list.set) return;
       list.add.call();
