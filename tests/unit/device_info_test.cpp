@@ -13,11 +13,9 @@ class DeviceInfo : public fake::Test {};
 
 TEST_F(DeviceInfo, SettingsAreToldAsTheyAreStored) {
   const std::string value(300, 'v');
-  const auto told = [] {
-    return get(kovaGetTR069Manufacturer, 4096) + get(kovaGetTR069ModemFirmwareVersion, 4096);
-  };
   platform.nvram = {{{0, "TR_MF"}, value}, {{9, "TR_MODEM_VER"}, value}};
-  EXPECT_EQ(told(), value + value.substr(0, 255)); // the first from an allocated copy
+  EXPECT_EQ(get(kovaGetTR069Manufacturer, 4096), value); // from an allocated copy
+  EXPECT_EQ(get(kovaGetTR069ModemFirmwareVersion, 4096), value.substr(0, 255));
 }
 
 TEST_F(DeviceInfo, MemoryIsInThousandsOfBytesWhateverTheKernelsUnit) {
