@@ -13,12 +13,17 @@
 #include "agent/stun.hpp"
 #include "agent/transfers.hpp"
 #include "device/background.hpp"
+#include "device/file_system.hpp"
+#include "device/paths.hpp"
+#include "device/process.hpp"
+#include "platform/host/nvram_admin.hpp"
 
 #include <kova/frame.h>
 #include <unistd.h>
 #include <uv.h>
 
 #include <csignal>
+#include <cstdlib>
 #include <filesystem>
 #include <functional>
 #include <memory>
@@ -90,6 +95,26 @@ private:
   bool outlives_agent_ = false;
   Done done_;
 };
+
+std::vector<std::string> words_for_tasks(const AgentOptions &options) {
+  std::vector<std::string> words;
+  const std::pair<const char *, const std::string &> files[] = {{"--trace=", options.trace},
+                                                                {"--ca=", options.tls.ca},
+                                                                {"--cert=", options.tls.certificate},
+                                                                {"--key=", options.tls.key}};
+  for (const auto &[name, file] : files)
+    if (!file.empty()) words.push_back(name + file);
+  if (options.least_retry_wait) words.push_back("--retry-wait=" + std::to_string(*options.least_retry_wait));
+  if (options.exchange_seconds) words.push_back("--timeout=" + std::to_string(*options.exchange_seconds));
+  return words;
+}
+
+// A boot starts the agent as it runs now.
+void keep_options(const AgentOptions &options) {
+  std::vector<std::string> words = words_for_tasks(options);
+  if (options.port) words.push_back("--port=" + std::to_string(*options.port));
+  device::write_file(device::arguments_of(own_daemon()), device::text_of_words(words));
+}
 
 class Agent {
 public:
@@ -181,30 +206,47 @@ private:
 
   void do_what_is_due() {
     listener_->serve(); // which closes what is silent
-    if (!device::is_wanted() || read_value(store_, parameter::url).empty()) return uv_stop(&loop_);
+    if (!device::is_wanted()) return uv_stop(&loop_);
     if (session_.runs() || leaving_.runs()) return;
     const std::time_t now = std::time(nullptr);
-    note_bootstrap(store_);
-    watch_values(store_);
-    settle_diagnostics(store_);
+    const bool looks = is_time_to_look(now);
+    if (looks) look_at_parameters(now);
+    if (url_.empty()) return uv_stop(&loop_);
+    if (looks || stun_->keeps_binding()) stun_->settle();
     settle_scheduled_informs(store_, now);
     settle_periodic_inform(now);
-    stun_->settle();
     if (leave_if_asked(now)) return;
     start_due_transfer(now);
     start_due_session(now);
   }
 
-  void settle_periodic_inform(std::time_t now) {
+  // To look costs a hundred times what waiting does. Some values do not come from the store.
+  bool is_time_to_look(std::time_t now) const {
+    constexpr std::time_t longest_pause = 5;
+    return now < last_look_ || now >= last_look_ + longest_pause || host::store_version() != seen_version_;
+  }
+
+  void look_at_parameters(std::time_t now) {
+    last_look_ = now;
+    seen_version_ = host::store_version();
+    url_ = read_value(store_, parameter::url);
+    note_bootstrap(store_);
+    watch_values(store_);
+    settle_diagnostics(store_);
     const PeriodicInform periodic = periodic_inform(store_);
-    if (periodic != periodic_) {
-      periodic_ = periodic;
-      next_periodic_ = next_periodic(periodic, now, now);
-    } else if (next_periodic_ != 0 && next_periodic_ <= now) {
-      next_periodic_ = next_periodic(periodic, next_periodic_, now);
-      store_.change([](Transaction &change) { add_event(change, event::periodic); });
-    } else
-      return;
+    if (periodic == periodic_) return;
+    periodic_ = periodic;
+    keep_next_periodic(now, now);
+  }
+
+  void settle_periodic_inform(std::time_t now) {
+    if (next_periodic_ == 0 || next_periodic_ > now) return;
+    store_.change([](Transaction &change) { add_event(change, event::periodic); });
+    keep_next_periodic(next_periodic_, now);
+  }
+
+  void keep_next_periodic(std::time_t begin, std::time_t now) {
+    next_periodic_ = next_periodic(periodic_, begin, now);
     store_.change(
         [this](Transaction &change) { change.put(stored::next_periodic, std::to_string(next_periodic_)); });
   }
@@ -234,13 +276,22 @@ private:
       const bool waits = failed.count > 0 && now < failed.earliest && now >= failed.earliest - longest_wait();
       return !pending_events(store).empty() || has_active_change(store) ? (wanted_now_ || !waits) : false;
     });
-    if (!due) return;
+    if (!due || (now < first_session_ && !wanted_now_)) return;
     wanted_now_ = false;
     const unsigned long number = store_.read(last_session).number;
     session_.start(&loop_, words("session"), false, [this, number](bool) {
       note_session_that_broke_off(number);
+      last_look_ = 0; // the ACS may have set anything
       tick();
     });
+  }
+
+  // A boot that this agent's task makes is no part of what the starter asked for.
+  static std::time_t time_of_first_session() {
+    const char *delay = std::getenv(first_inform_delay);
+    const std::time_t time = delay == nullptr ? 0 : std::time(nullptr) + std::strtol(delay, nullptr, 10);
+    unsetenv(first_inform_delay);
+    return time;
   }
 
   // A clock that was set back must not hold the agent up for longer than any wait is.
@@ -261,17 +312,8 @@ private:
   }
 
   std::vector<std::string> words(const char *what, const std::string &argument = "") const {
-    std::vector<std::string> all;
+    std::vector<std::string> all = words_for_tasks(options_);
     if (gSecondaryInstance != 0) all.emplace_back("--secondary");
-    const std::pair<const char *, const std::string &> files[] = {{"--trace=", options_.trace},
-                                                                  {"--ca=", options_.tls.ca},
-                                                                  {"--cert=", options_.tls.certificate},
-                                                                  {"--key=", options_.tls.key}};
-    for (const auto &[name, file] : files)
-      if (!file.empty()) all.push_back(name + file);
-    if (options_.least_retry_wait)
-      all.push_back("--retry-wait=" + std::to_string(*options_.least_retry_wait));
-    if (options_.exchange_seconds) all.push_back("--timeout=" + std::to_string(*options_.exchange_seconds));
     all.emplace_back(what);
     if (!argument.empty()) all.push_back(argument);
     return all;
@@ -287,8 +329,11 @@ private:
   std::unique_ptr<Stun> stun_;
   Task session_, transfer_, leaving_;
   bool wanted_now_ = false; // whatever wait there is after a failure
+  const std::time_t first_session_ = time_of_first_session();
+  std::string url_;
   PeriodicInform periodic_;
-  std::time_t next_periodic_ = 0, earliest_leave_ = 0;
+  std::time_t next_periodic_ = 0, earliest_leave_ = 0, last_look_ = 0;
+  std::size_t seen_version_ = 0;
 };
 
 } // namespace
@@ -296,6 +341,7 @@ private:
 void run_agent(const AgentOptions &options) {
   init_parameters();
   Agent agent(options);
+  keep_options(options);
   device::announce_ready();
   agent.run();
 }

@@ -1,5 +1,7 @@
 #include "agent/connection_request.hpp"
 
+#include "device/faults.hpp"
+
 #include <microhttpd.h>
 #include <sys/random.h>
 
@@ -38,6 +40,7 @@ struct ConnectionRequestHandler {
   static MHD_Result serve(void *self, MHD_Connection *connection, const char *url, const char *method,
                           const char *, const char *, size_t *body_size, void **seen) {
     auto &listener = *static_cast<ConnectionRequestListener *>(self);
+    if (device::faults().deaf) return MHD_NO;
     if (*seen == nullptr) { // the headers alone; the answer waits for the whole request
       *seen = self;
       return MHD_YES;

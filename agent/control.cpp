@@ -6,6 +6,7 @@
 
 #include <kova/frame.h>
 
+#include <algorithm>
 #include <csignal>
 #include <stdexcept>
 #include <thread>
@@ -29,6 +30,11 @@ AgentStatus agent_status() {
   if (!std::filesystem::exists(store_file())) return status;
   Store store(store_file());
   store.read([&status](const Transaction &reading) {
+    const auto untold = [](const Event &event) {
+      return event.code == event::bootstrap || event.code == event::boot;
+    };
+    status.informed =
+        reading.get(stored::bootstrapped_url) && std::ranges::none_of(pending_events(reading), untold);
     status.last_session = last_session(reading);
     status.retries = retries(reading);
     status.next_periodic = std::stoll(reading.get(stored::next_periodic).value_or("0"));

@@ -13,11 +13,15 @@
 
 namespace kova::agent {
 
+// In the environment of an agent that starts: the seconds before its first session.
+constexpr const char *first_inform_delay = "KOVA_FIRST_INFORM_DELAY";
+
 // The agent of this process's management instance.
 const device::Daemon &own_daemon();
 
 struct AgentStatus {
   std::optional<pid_t> process; // of a running agent
+  bool informed = false;        // the ACS knows of the device's last boot
   SessionStatus last_session;
   Retries retries;
   std::time_t next_periodic = 0; // 0: none is due

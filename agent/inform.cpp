@@ -48,11 +48,13 @@ Report pending_report(Store &store) {
 }
 
 void add_values(pugi::xml_node parent, std::span<const request::Value> values) {
+  static const std::string hidden; // the standard has passwords read as empty
   add_array(parent, "ParameterList", "cwmp:ParameterValueStruct", [values](pugi::xml_node list) {
     for (const request::Value &value : values) {
       pugi::xml_node one = list.append_child("ParameterValueStruct");
       add(one, "Name", value.path);
-      add(one, "Value", wire_value(value.type, value.text)).append_attribute("xsi:type") =
+      const std::string &shown = is_secret(value.path) ? hidden : value.text;
+      add(one, "Value", wire_value(value.type, shown)).append_attribute("xsi:type") =
           wire_type(value.type).c_str();
     }
   });

@@ -5,6 +5,7 @@
 #include "agent/methods.hpp"
 #include "agent/names.hpp"
 #include "agent/values.hpp"
+#include "device/faults.hpp"
 
 #include <algorithm>
 #include <map>
@@ -77,6 +78,15 @@ void note_diagnostics(Transaction &change, std::span<const request::Assignment> 
     if (path.ends_with(diagnostics_state) && value == requested) change.put(stored::diagnostics + path, "");
 }
 
+std::vector<request::Fault> faults_on_demand(const auto &items) {
+  const device::Faults wanted = device::faults();
+  std::vector<request::Fault> found;
+  for (const auto &item : items)
+    if (wanted.fails(item.path))
+      found.push_back({item.path, request::FaultCode::InternalError, "a fault on demand"});
+  return found;
+}
+
 } // namespace
 
 void store_parameter_key(const std::string &key) {
@@ -86,7 +96,8 @@ void store_parameter_key(const std::string &key) {
 void settle_diagnostics(Store &store) {
   const auto pending =
       store.read([](const Transaction &reading) { return reading.entries(stored::diagnostics); });
-  for (const auto &[record, value] : pending) {
+  for (const auto &each : pending) {
+    const std::string &record = each.first;
     const std::string state = read_value(store, record.substr(std::string_view(stored::diagnostics).size()));
     if (state == requested) continue;
     store.change([&](Transaction &change) {
@@ -112,6 +123,8 @@ void get_parameter_names(Store &, const pugi::xml_node &call, pugi::xml_node ans
 void get_parameter_values(Store &store, const pugi::xml_node &call, pugi::xml_node answer) {
   const std::vector<std::string> names = requested_names(call);
   request::Reading reading = read_values(store, names);
+  for (const request::Fault &fault : faults_on_demand(reading.values))
+    throw RpcFault{fault.code, fault.path + ": " + fault.detail};
   for (const request::Fault &fault : reading.faults) {
     // Of a branch the rest is still of use.
     const bool within_branch = fault.code == request::FaultCode::InternalError &&
@@ -126,6 +139,8 @@ void get_parameter_values(Store &store, const pugi::xml_node &call, pugi::xml_no
 void set_parameter_values(Store &store, const pugi::xml_node &call, pugi::xml_node answer) {
   const std::string key = text_argument(call, "ParameterKey", longest_key);
   const std::vector<request::Assignment> assignments = requested_assignments(call);
+  if (auto faults = faults_on_demand(assignments); !faults.empty())
+    throw RpcFault{request::FaultCode::InvalidArguments, "", std::move(faults)};
   settle_diagnostics(store);
   const request::Setting setting = request::set_values(assignments);
   std::vector<std::string> paths;
@@ -148,10 +163,11 @@ void get_parameter_attributes(Store &store, const pugi::xml_node &call, pugi::xm
       pugi::xml_node one = list.append_child("ParameterAttributeStruct");
       add(one, "Name", path);
       add(one, "Notification", std::to_string(static_cast<int>(attributes.notification)));
-      add_array(one, "AccessList", "xsd:string", [&attributes](pugi::xml_node access_list) {
-        for (const std::string &entity : attributes.access_list)
-          add(access_list, "string", entity);
-      });
+      add_array(one, "AccessList", "xsd:string",
+                [&entities = attributes.access_list](pugi::xml_node access_list) {
+                  for (const std::string &entity : entities)
+                    add(access_list, "string", entity);
+                });
     }
   });
 }

@@ -48,7 +48,7 @@ void settle_scheduled_informs(Store &store, std::time_t now) {
       store.read([](const Transaction &reading) { return reading.entries(stored::schedule); });
   for (const auto &[record, key] : scheduled) {
     if (std::strtoll(record.c_str() + std::string_view(stored::schedule).size(), nullptr, 10) > now) break;
-    store.change([&](Transaction &change) {
+    store.change([&record = record, &key = key](Transaction &change) {
       change.erase(record);
       add_event(change, event::scheduled);
       add_event(change, event::m_schedule_inform, key);

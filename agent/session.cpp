@@ -8,15 +8,19 @@
 #include "agent/status.hpp"
 #include "agent/values.hpp"
 #include "device/device.hpp"
+#include "device/faults.hpp"
 #include "device/paths.hpp"
+#include "device/process.hpp"
 
 #include <algorithm>
+#include <chrono>
 #include <ctime>
+#include <thread>
 
 namespace kova::agent {
 namespace {
 
-constexpr std::time_t longest_session = 30 * 60; // seconds: an ACS that asks for ever
+constexpr std::time_t longest_session = 30L * 60; // seconds: an ACS that asks for ever
 
 bool is_blank(std::string_view text) {
   return text.find_first_not_of(" \t\r\n") == std::string_view::npos;
@@ -37,6 +41,17 @@ std::string fault_of_acs(const Message &message, std::string &code) {
   return "the management server answers with fault " + (code.empty() ? "without a code" : code);
 }
 
+struct RebootOnDemand : HttpError {
+  using HttpError::HttpError;
+};
+
+// By a process that outlives the session, whose agent goes down.
+void reboot_from_within() {
+  const std::string program = std::filesystem::read_symlink("/proc/self/exe");
+  pid_t process = 0;
+  device::start_program(process, {.path = program, .words = {program, "reboot"}, .own_group = true});
+}
+
 class Session {
 public:
   Session(Store &store, const Server &server, long exchange_seconds, Trace &trace)
@@ -51,7 +66,7 @@ public:
         report_transfer(*transfer++);
         continue;
       }
-      const std::string received = connection_.post(answer_);
+      const std::string received = post(answer_);
       answer_.clear();
       if (is_blank(received)) {
         trace_.note("from the ACS: nothing");
@@ -77,6 +92,17 @@ private:
     }
   }
 
+  // With the faults that the device has on demand.
+  std::string post(const std::string &text) {
+    const device::Faults faults = device::faults();
+    std::this_thread::sleep_for(std::chrono::seconds(faults.delay));
+    std::string received = connection_.post(text);
+    const std::string after = " after message " + std::to_string(++messages_) + ", a fault on demand";
+    if (messages_ == faults.reboot_after) throw RebootOnDemand("rebooted" + after);
+    if (messages_ == faults.break_after) throw HttpError("broken off" + after);
+    return received;
+  }
+
   std::string next_id() { return std::to_string(++last_id_); }
 
   // Posts a request of the device; answers what came, which is the response, or a fault of the ACS. One that
@@ -85,7 +111,7 @@ private:
     constexpr int most_attempts = 3;
     for (int attempt = 1;; ++attempt) {
       trace_.sent(request.document());
-      Message answer = receive(connection_.post(request.text()));
+      Message answer = receive(post(request.text()));
       if (!answer.defect.empty()) throw ProtocolError(answer.defect);
       std::string code;
       if (answer.name == "Fault" && fault_of_acs(answer, code).ends_with("8005") && attempt < most_attempts)
@@ -164,7 +190,7 @@ private:
   std::string answer_;  // to the last request of the ACS, not sent yet
   std::string refusal_; // of a report that the ACS did not take
   bool hold_requests_ = false;
-  int last_id_ = 0;
+  int last_id_ = 0, messages_ = 0;
 };
 
 std::string joined(const std::vector<std::string> &words) {
@@ -208,27 +234,31 @@ bool run_session(Store &store, const SessionOptions &options, Trace &trace) {
   const Server server = management_server(store, options.tls);
   settle_connection_request_url(store, server);
   const Report report = pending_report(store);
-  SessionStatus status = store.read(last_session);
-  status = {status.number + 1, true, std::time(nullptr), 0, report.event_codes(), ""};
+  const auto begin = std::chrono::steady_clock::now();
+  SessionStatus status = store.read(last_session).follow(report.event_codes());
   store.change([&status](Transaction &change) { put(change, status); });
   log("session: " + joined(status.events));
   long retry_after = 0;
+  bool reboot = false;
   try {
     Session(store, server, options.exchange_seconds, trace).run(report);
   } catch (const HttpError &error) {
     status.failure = error.what();
     retry_after = error.retry_after;
+    reboot = dynamic_cast<const RebootOnDemand *>(&error) != nullptr;
   } catch (const std::exception &error) {
     status.failure = error.what();
   }
   status.running = false;
   status.end = std::time(nullptr);
+  status.duration = std::chrono::ceil<std::chrono::milliseconds>(std::chrono::steady_clock::now() - begin);
   const bool well = status.failure.empty();
   store.change([&](Transaction &change) {
     put(change, status);
     if (!well) add_retry(change, options.least_retry_wait, retry_after);
   });
   log("session: " + (well ? std::string("ended") : "failed: " + status.failure));
+  if (reboot) reboot_from_within();
   return well;
 }
 

@@ -143,7 +143,7 @@ std::uint32_t number_argument(const pugi::xml_node &call, const char *name) {
 std::vector<pugi::xml_node> array_argument(const pugi::xml_node &call, const char *name,
                                            const char *element) {
   const pugi::xml_node array = argument(call, name);
-  const std::vector<pugi::xml_node> found = elements_of(array);
+  std::vector<pugi::xml_node> found = elements_of(array);
   for (const pugi::xml_node &each : found)
     if (local_name(each) != element)
       throw invalid_arguments(std::string(name) + " has an element that is no " + element);

@@ -15,13 +15,38 @@ SessionStatus last_session(const Transaction &store) {
   const auto text = store.get(stored::session);
   if (!text) return {};
   const Json json = Json::parse(*text);
-  return {json.at("number"), json.at("running"), json.at("begin"),
-          json.at("end"),    json.at("events"),  json.at("failure")};
+  return {json.at("number"),
+          json.at("running"),
+          json.at("begin"),
+          json.at("end"),
+          json.at("events"),
+          json.at("failure"),
+          std::chrono::milliseconds(json.value("milliseconds", 0L)),
+          json.value("recent", std::vector<std::time_t>())};
+}
+
+SessionStatus SessionStatus::follow(std::vector<std::string> its_events) const {
+  SessionStatus next{number + 1, true, std::time(nullptr), 0, std::move(its_events), "", duration, recent};
+  std::erase_if(next.recent,
+                [&](std::time_t before) { return before + 60 <= next.begin || before > next.begin; });
+  next.recent.push_back(next.begin);
+  return next;
+}
+
+unsigned SessionStatus::in_minute_before(std::time_t time) const {
+  return static_cast<unsigned>(
+      std::ranges::count_if(recent, [time](std::time_t began) { return began + 60 > time; }));
 }
 
 void put(Transaction &change, const SessionStatus &session) {
-  const Json json{{"number", session.number}, {"running", session.running}, {"begin", session.begin},
-                  {"end", session.end},       {"events", session.events},   {"failure", session.failure}};
+  const Json json{{"number", session.number},
+                  {"running", session.running},
+                  {"begin", session.begin},
+                  {"end", session.end},
+                  {"events", session.events},
+                  {"failure", session.failure},
+                  {"milliseconds", session.duration.count()},
+                  {"recent", session.recent}};
   change.put(stored::session, json.dump(-1, ' ', false, Json::error_handler_t::replace));
 }
 

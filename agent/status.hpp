@@ -3,6 +3,7 @@
 
 #include "agent/store.hpp"
 
+#include <chrono>
 #include <ctime>
 #include <string>
 #include <string_view>
@@ -15,7 +16,13 @@ struct SessionStatus {
   bool running = false;
   std::time_t begin = 0, end = 0;
   std::vector<std::string> events;
-  std::string failure; // "" when it went well
+  std::string failure;                  // "" when it went well
+  std::chrono::milliseconds duration{}; // of the last one that ended
+  std::vector<std::time_t> recent{};    // when those of the minute before it began, and it itself
+
+  // The next one, which begins now.
+  SessionStatus follow(std::vector<std::string> its_events) const;
+  unsigned in_minute_before(std::time_t time) const;
 };
 
 SessionStatus last_session(const Transaction &store);

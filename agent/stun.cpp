@@ -5,6 +5,7 @@
 #include "agent/names.hpp"
 #include "agent/reach.hpp"
 #include "agent/values.hpp"
+#include "device/faults.hpp"
 #include "platform/host/nvram_admin.hpp"
 
 #include <arpa/inet.h>
@@ -166,6 +167,7 @@ void Stun::send_request() {
 
 void Stun::receive(std::string_view message) {
   if (message.starts_with("GET ")) {
+    if (device::faults().deaf) return;
     const auto request = signed_request(message, read_value(store_, parameter::connection_request_username),
                                         read_value(store_, parameter::connection_request_password));
     if (request && is_first(store_, *request)) requested_();

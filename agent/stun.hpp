@@ -25,8 +25,10 @@ public:
   ~Stun();
   Stun(const Stun &) = delete;
   Stun &operator=(const Stun &) = delete;
-  // To be called every second: follows the parameters, and keeps the binding.
+  // To be called every second while a binding is kept, otherwise when parameters have changed: follows them,
+  // and keeps the binding.
   void settle();
+  bool keeps_binding() const { return socket_ != nullptr; }
 
 private:
   struct Resolving;

@@ -1,8 +1,7 @@
 #include "agent/stun_message.hpp"
 
 #include <arpa/inet.h>
-#include <openssl/evp.h>
-#include <openssl/hmac.h>
+#include <nettle/hmac.h>
 
 #include <algorithm>
 #include <cstdlib>
@@ -43,11 +42,13 @@ void put_length(std::string &bytes, std::size_t length) {
 }
 
 std::string hmac_sha1(std::string_view key, std::string_view text) {
-  unsigned char digest[EVP_MAX_MD_SIZE];
-  unsigned size = 0;
-  HMAC(EVP_sha1(), key.data(), static_cast<int>(key.size()),
-       reinterpret_cast<const unsigned char *>(text.data()), text.size(), digest, &size);
-  return {reinterpret_cast<const char *>(digest), size};
+  const auto bytes = [](std::string_view of) { return reinterpret_cast<const std::uint8_t *>(of.data()); };
+  std::uint8_t digest[SHA1_DIGEST_SIZE];
+  hmac_sha1_ctx hash;
+  hmac_sha1_set_key(&hash, key.size(), bytes(key));
+  hmac_sha1_update(&hash, text.size(), bytes(text));
+  hmac_sha1_digest(&hash, sizeof digest, digest);
+  return {reinterpret_cast<const char *>(digest), sizeof digest};
 }
 
 sockaddr_in address_from(std::string_view value, bool is_masked) {

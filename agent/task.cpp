@@ -4,10 +4,6 @@
 #include "agent/session.hpp"
 #include "agent/transfers.hpp"
 #include "device/device.hpp"
-#include "device/file_system.hpp"
-#include "device/paths.hpp"
-#include "device/process.hpp"
-#include "device/service.hpp"
 
 #include <CLI/CLI.hpp>
 #include <kova/frame.h>
@@ -24,44 +20,11 @@ namespace {
 using namespace kova;
 using namespace kova::agent;
 
-struct RunningAgent {
-  device::Daemon daemon;
-  std::vector<std::string> arguments;
-};
-
-// A boot starts again what the device was asked to run, and not what a person has started by hand.
-std::vector<RunningAgent> running_agents() {
-  std::vector<RunningAgent> agents;
-  for (const device::Daemon &agent : device::management_agents) {
-    if (!device::daemon_pid(agent)) continue;
-    const auto file = device::arguments_of(agent);
-    const bool is_asked_for = std::filesystem::exists(file);
-    agents.push_back(
-        {agent, is_asked_for ? device::words_of(device::text_of(file)) : std::vector<std::string>{}});
-  }
-  return agents;
-}
-
-void start(const std::vector<RunningAgent> &agents) {
-  for (const RunningAgent &agent : agents)
-    device::start_with(agent.daemon, agent.arguments);
-}
-
-void boot_again() {
-  const auto agents = running_agents();
-  device::reboot();
-  start(agents);
-}
-
 // The operator's preset outlasts a reset; no agent is to see the device without it.
 void reset_to_factory() {
   constexpr int back_up = 1, restore = 2;
-  const auto agents = running_agents();
-  for (const RunningAgent &agent : agents)
-    device::stop(agent.daemon);
   backup_restore_settings(back_up);
   device::reset([] { backup_restore_settings(restore); });
-  start(agents);
 }
 
 bool carry_out_transfer(Store &store, const std::string &record) {
@@ -99,7 +62,7 @@ int main(int argc, char **argv) {
     // The device's programs lie beside this one, and not where those of the tools in bin/ do.
     setenv("KOVA_LIBEXEC", std::filesystem::read_symlink("/proc/self/exe").parent_path().c_str(), 0);
     if (*boot) {
-      boot_again();
+      device::reboot();
       return 0;
     }
     if (!*session && !*move) {

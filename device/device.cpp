@@ -2,6 +2,7 @@
 
 #include "device/error.hpp"
 #include "device/factory.hpp"
+#include "device/faults.hpp"
 #include "device/file_system.hpp"
 #include "device/identity.hpp"
 #include "device/layout.hpp"
@@ -11,6 +12,7 @@
 #include "device/service.hpp"
 #include "device/zone.hpp"
 #include "platform/host/nvram_admin.hpp"
+#include "platform/host/radio_admin.hpp"
 #include "platform/host/tree_admin.hpp"
 #include "src/frame/channel.hpp"
 
@@ -19,7 +21,6 @@
 
 #include <algorithm>
 #include <ctime>
-#include <ranges>
 #include <set>
 #include <span>
 #include <sstream>
@@ -115,8 +116,7 @@ void create() {
 }
 
 void stop_daemons() {
-  for (const Daemon &daemon : std::ranges::reverse_view(daemons))
-    stop_daemon(daemon);
+  std::for_each(std::rbegin(daemons), std::rend(daemons), stop_daemon);
   remove_tree(on_device("/tmp/mrhd_socket")); // one that was killed has left it
 }
 
@@ -130,27 +130,47 @@ void write_hardware(const Identity &identity) {
                                          with_colons(identity.lan_mac) + "\n");
 }
 
+// Without the feed the radio stands still.
+void settle_feed(const Identity &identity) {
+  const char *variable = std::getenv("KOVA_FEED");
+  const bool wanted = variable == nullptr || std::string_view(variable) != "off";
+  if (wanted == host::radio_is_on()) return;
+  wanted ? host::switch_radio_on(identity.seed) : host::switch_radio_off();
+}
+
+bool is_missing(const Daemon &daemon) {
+  const bool is_wanted = daemon.setting == nullptr ||
+                         !host::nvram_find(host::configuration_section, daemon.setting).value_or("").empty();
+  return is_wanted && !daemon_pid(daemon);
+}
+
+void start_when_asked_for(const Daemon &daemon, const Lock &lock) {
+  if (is_missing(daemon)) start_daemon(daemon, words_of(text_of(arguments_of(daemon))), lock);
+}
+
 // The device runs without one of these as well.
-void start_others(const Lock &lock) {
-  for (const Daemon &daemon : std::span(daemons).subspan(1)) {
-    if (!is_there(arguments_of(daemon)) || daemon_pid(daemon)) continue;
+void start_agents(const Lock &lock) {
+  for (const Daemon &agent : management_agents) {
     try {
-      start_daemon(daemon, words_of(text_of(arguments_of(daemon))), lock);
+      start_when_asked_for(agent, lock);
     } catch (const std::exception &error) {
       log_change(error.what());
     }
   }
 }
 
-void boot(const Lock &lock) {
+void boot(const Lock &lock, const fs::path &like) {
   stop_daemons();
+  set_faults({});
   const Identity identity = identity_of(own_serial());
   write_hardware(identity);
   host::nvram_clear_section(host::runtime_section);
   host::nvram_store(runtime_facts(identity));
+  host::switch_radio_on(identity.seed);
+  settle_feed(identity);
   store_posix_zone();
   lay_out_files();
-  lay_out_programs();
+  lay_out_programs(like);
   start_daemon(service_daemon, {}, lock);
   write_file(booted_mark(), host_boot());
   log_change("booted");
@@ -181,14 +201,8 @@ void settle_serial(const std::optional<std::string> &wanted) {
                              own + ": another one takes a new device");
 }
 
-void settle_feed() {
-  constexpr auto patience = std::chrono::seconds(5);
-  if (feed_wanted() != is_there(feed_mark()))
-    ask_service(switch_feed, feed_wanted() ? "on" : "off", patience);
-}
-
 void settle_service(const Lock &lock) {
-  if (daemon_pid(service_daemon)) return settle_feed();
+  if (daemon_pid(service_daemon)) return;
   start_daemon(service_daemon, {}, lock);
   log_change("daemon restarted");
 }
@@ -202,13 +216,14 @@ void bring_up(const UpOptions &options, Daemons wanted) {
   settle_serial(options.serial);
   if (!is_created()) create();
   if (!is_booted()) {
-    boot(lock);
+    boot(lock, options.like);
   } else {
-    if (!programs_are_ours()) lay_out_programs();
+    if (!programs_are_ours()) lay_out_programs(options.like);
     if (wanted == Daemons::as_they_are) return;
+    settle_feed(identity_of(own_serial()));
     settle_service(lock);
   }
-  if (wanted != Daemons::service_only) start_others(lock);
+  if (wanted != Daemons::service_only) start_agents(lock);
 }
 
 } // namespace
@@ -227,9 +242,14 @@ Status status() {
   status.created = is_created();
   status.booted = is_booted();
   status.serviced = daemon_pid(service_daemon);
-  status.feed = status.serviced && is_there(feed_mark());
+  status.feed = status.booted && host::radio_is_on();
   status.serial = own_serial();
   return status;
+}
+
+std::optional<Daemon> missing_daemon() {
+  const auto *missing = is_booted() ? std::ranges::find_if(daemons, is_missing) : std::end(daemons);
+  return missing == std::end(daemons) ? std::nullopt : std::optional(*missing);
 }
 
 void up(const UpOptions &options) {
@@ -282,23 +302,11 @@ void remove() {
   host::release_device_dir();
 }
 
-void start(const Daemon &daemon) {
-  start_with(daemon, words_of(text_of(arguments_of(daemon))));
-}
-
-void start_with(const Daemon &daemon, const std::vector<std::string> &arguments) {
-  ensure_booted();
+void start_agents() {
+  if (!is_device() || !is_booted()) return;
   const Lock lock = state_lock();
-  if (daemon_pid(daemon)) return;
-  start_daemon(daemon, arguments, lock);
-  write_file(arguments_of(daemon), text_of_words(arguments));
-}
-
-void stop(const Daemon &daemon) {
-  if (!is_device() || !is_there(run_dir())) return;
-  const Lock lock = state_lock();
-  remove_tree(arguments_of(daemon));
-  stop_daemon(daemon);
+  for (const Daemon &agent : management_agents)
+    start_when_asked_for(agent, lock);
 }
 
 } // namespace kova::device

@@ -11,7 +11,7 @@
 //   (held while the device's state
 //            changes), turn (held for a request), serial (the serial number), hardware (what device/redirect
 //            tells of the machine), and the marks created, booted (the host boot in which the device was
-//            booted), resetting, feed
+//            booted), resetting
 #pragma once
 
 #include "device/daemons.hpp"
@@ -33,20 +33,24 @@ struct Status {
   bool created = false;          // factory settings are in the store
   bool booted = false;           // since the host's last boot
   std::optional<pid_t> serviced; // the running service daemon
-  bool feed = false;             // it publishes the radio
+  bool feed = false;             // the radio moves
   std::string serial;            // "" before the device is created
 };
 
 // Throws for a directory that is not a device, or somebody else's.
 Status status();
 
+// What a booted device should run and does not.
+std::optional<Daemon> missing_daemon();
+
 struct UpOptions {
   std::optional<std::string> serial; // of a device to be created; otherwise one is drawn
+  std::filesystem::path like{};      // a device whose links to programs it may share
 };
 
 // Creates the device with factory settings when it does not exist, boots it when it is not booted (run-time
 // section cleared and seeded, stand-ins laid out, daemon started). Starts again a daemon that has died; with
-// KOVA_FEED=off in the environment it sees that no radio is published. What is up already stays as it is.
+// KOVA_FEED=off in the environment it sees that the radio stands still. What is up already stays as it is.
 void up(const UpOptions &options);
 void up();
 // As up(), but a booted device whose daemon died is left so: the library must do without it then.
@@ -61,11 +65,9 @@ void reset(const std::function<void()> &restore);
 // down(), then what the device laid out goes, and the directory with it when nothing else is in it.
 void remove();
 
-// A daemon of device/daemons.hpp, on a device that is booted when it is not; nothing to do when it runs. From
-// then on each boot starts it too, until it is stopped.
-void start(const Daemon &daemon);
-void start_with(const Daemon &daemon, const std::vector<std::string> &arguments);
-void stop(const Daemon &daemon);
+// Starts the management agents that have a server and do not run, on a device that is booted, as each boot
+// does. Throws for one that does not come up.
+void start_agents();
 
 // Requests of several tools come one after the other, as those of one agent do: a reading sees one state,
 // whole. Readings wait for changes only. A device that may only be read is not waited for.

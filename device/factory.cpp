@@ -1,7 +1,6 @@
 #include "device/factory.hpp"
 
 #include "device/factory_tables.hpp"
-#include "device/radio/radio.hpp"
 #include "device/routes.hpp"
 #include "platform/nvram.h"
 
@@ -166,8 +165,6 @@ std::vector<host::NvramEntry> runtime_facts(const Identity &identity) {
   for (const std::span<const Setting> table : {std::span<const Setting>(facts), radio_facts()})
     for (const auto &[key, value] : table)
       add(key, value);
-  for (auto &reading : Radio().readings())
-    entries.push_back(std::move(reading));
   add("CACHE_SN", identity.serial);
   add("IMEI", identity.imei);
   add("imei_infostr", identity.imei);

@@ -20,7 +20,7 @@ constexpr Setting identity[] = {
 
 constexpr InstanceSetting management[] = {
     {"ENABLE",        "1",                                "0"},
-    {"ACS_URL",       "http://acs.example.com:7547/",     "http://acs2.example.com:7547/"},
+    {"ACS_URL",       "",                                 ""}, // nobody outside is called unasked
     {"ACS_PASS",      "acs secret",                       "second acs secret"},
     {"INFORM_ENABLE", "1",                                "1"},
     {"INFORM_INTERVAL", "300",                            "300"},  // seconds

@@ -69,8 +69,14 @@ void remove_tree(const fs::path &path) {
   if (error) fail("cannot remove " + path.string(), error.value());
 }
 
-void make_link(const fs::path &target, const fs::path &path) {
+void make_link(const fs::path &target, const fs::path &path, const fs::path &like) {
+  const auto leads_there = [&target](const fs::path &link_path) {
+    std::error_code error;
+    return fs::read_symlink(link_path, error) == target;
+  };
+  if (leads_there(path)) return;
   make_directories(path.parent_path());
+  if (!like.empty() && leads_there(like) && link(like.c_str(), path.c_str()) == 0) return;
   if ((unlink(path.c_str()) != 0 && errno != ENOENT) || symlink(target.c_str(), path.c_str()) != 0)
     fail("cannot create " + path.string());
 }

@@ -18,8 +18,10 @@ void write_file(const std::filesystem::path &path, std::string_view text);
 void make_directories(const std::filesystem::path &path);
 // Follows no link. What is not there is no error.
 void remove_tree(const std::filesystem::path &path);
-// In place of what is there, unless that is a directory.
-void make_link(const std::filesystem::path &target, const std::filesystem::path &path);
+// In place of what is there, unless that is a directory. Where `like` is the same link it becomes another name of that:
+// the file system need not make one.
+void make_link(const std::filesystem::path &target, const std::filesystem::path &path,
+               const std::filesystem::path &like = {});
 // False when the path names another file than the open one, or none.
 bool is_at(const std::filesystem::path &path, int fd);
 

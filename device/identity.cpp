@@ -5,16 +5,30 @@
 #include <cstdio>
 #include <random>
 #include <stdexcept>
+#include <string_view>
 
 namespace kova::device {
 namespace {
 
 // FNV-1a: the same on every host, unlike std::hash.
-uint64_t hash_of(const std::string &text) {
+uint64_t hash_of(std::string_view text) {
   uint64_t hash = 0xcbf29ce484222325;
   for (const char c : text)
     hash = (hash ^ static_cast<unsigned char>(c)) * 0x100000001b3;
   return hash ^ hash >> 32;
+}
+
+// Differs between serial numbers that differ in the number at their end, and so do its last twenty bits between
+// a million of them: the devices of a fleet have no address in common.
+uint64_t number_of(std::string_view serial) {
+  constexpr std::size_t most_digits = 18;
+  const std::size_t last_other = serial.find_last_not_of("0123456789");
+  std::string_view digits = last_other == std::string_view::npos ? serial : serial.substr(last_other + 1);
+  digits.remove_prefix(digits.size() - std::min(digits.size(), most_digits));
+  uint64_t number = 0;
+  for (const char digit : digits)
+    number = number * 10 + static_cast<uint64_t>(digit - '0');
+  return hash_of(serial.substr(0, serial.size() - digits.size())) + number;
 }
 
 template <typename... Arguments>
@@ -36,8 +50,8 @@ char check_digit(const std::string &digits) {
 }
 
 // In the range of test equipment.
-std::string imei_of(uint64_t hash) {
-  const std::string digits = formatted("00101000%06u", static_cast<unsigned>((hash >> 24) % 1'000'000));
+std::string imei_of(uint64_t number) {
+  const std::string digits = formatted("00101000%06u", static_cast<unsigned>(number % 1'000'000));
   return digits + check_digit(digits);
 }
 
@@ -53,11 +67,11 @@ Identity identity_of(const std::string &serial) {
   if (serial.empty() || serial.size() > longest || !std::ranges::all_of(serial, belongs_to_serial))
     throw std::runtime_error("\"" + serial +
                              "\" is no serial number: 1 to 32 letters, digits, \"-\", \"_\" and \".\"");
-  const uint64_t hash = hash_of(serial);
-  const auto mac = [hash](unsigned port) {
-    return formatted("021122%05X%u", static_cast<unsigned>(hash & 0xFFFFFU), port);
+  const uint64_t number = number_of(serial);
+  const auto mac = [number](unsigned port) {
+    return formatted("021122%05X%u", static_cast<unsigned>(number & 0xFFFFFU), port);
   };
-  return {serial, imei_of(hash), mac(0), mac(1)};
+  return {serial, imei_of(number), mac(0), mac(1), hash_of(serial)};
 }
 
 std::string random_serial() {

@@ -2,6 +2,7 @@
 // kept across boots and resets.
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 namespace kova::device {
@@ -10,6 +11,7 @@ struct Identity {
   std::string serial;
   std::string imei;              // 15 digits, the last a check digit
   std::string lan_mac, wlan_mac; // 12 hexadecimal digits; locally administered
+  uint64_t seed;                 // of what is the device's own by chance, its radio
 };
 
 // The same for the same number. Throws std::runtime_error for what is no serial number: 1 to 32 letters,

@@ -10,8 +10,8 @@ namespace kova::device {
 // there.
 std::filesystem::path helper_program(std::string_view name);
 
-// Lays out bin/ and the programs under root/ anew.
-void lay_out_programs();
+// Lays out bin/ and the programs under root/; `like` is a device that may share its links, or "".
+void lay_out_programs(const std::filesystem::path &like = {});
 // False when the laid-out stand-ins are missing or are those of another installation.
 bool programs_are_ours();
 

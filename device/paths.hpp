@@ -22,16 +22,17 @@ inline std::filesystem::path log_dir() {
 inline std::filesystem::path pid_file_of(const Daemon &daemon) {
   return run_dir() / (std::string(daemon.name) + ".pid");
 }
-// Is there from the daemon's start until it is stopped: the words that it was started with.
+// The words that the daemon is started with; it may be missing.
 inline std::filesystem::path arguments_of(const Daemon &daemon) {
   return run_dir() / (std::string(daemon.name) + ".arguments");
 }
 inline std::filesystem::path messages_of(const Daemon &daemon) {
   return log_dir() / (std::string(daemon.name) + ".log");
 }
-// Is there while the daemon publishes the radio.
-inline std::filesystem::path feed_mark() {
-  return run_dir() / "feed";
+
+// Is there while the device has faults on demand.
+inline std::filesystem::path faults_file() {
+  return run_dir() / "faults";
 }
 
 // Where an absolute path of the device lies: on_device("/tmp/mrhd_socket").

@@ -6,6 +6,7 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <optional>
@@ -46,11 +47,15 @@ std::optional<fs::path> find_host_tool(const char *name) {
   return std::nullopt;
 }
 
-// Nothing else in it is the device's.
-void remove_links_in(const fs::path &directory) {
+// Those of another version; nothing else in it is the device's.
+void remove_other_links_in(const fs::path &directory) {
+  const auto is_ours = [](const std::string &name) {
+    return std::ranges::find(stand_ins, name) != std::end(stand_ins) ||
+           std::ranges::find(host_tools, name) != std::end(host_tools);
+  };
   std::error_code error;
   for (fs::directory_iterator entry(directory, error), end; !error && entry != end; entry.increment(error))
-    if (entry->is_symlink(error)) remove_tree(entry->path());
+    if (entry->is_symlink(error) && !is_ours(entry->path().filename())) remove_tree(entry->path());
 }
 
 fs::path own_directory() {
@@ -77,22 +82,25 @@ fs::path helper_program(std::string_view name) {
   return program;
 }
 
-void lay_out_programs() {
+void lay_out_programs(const fs::path &like) {
   const fs::path stand_in = helper_program("kova-standin"), diagnostics = helper_program("kova-diag");
+  const auto lay_out = [&like](const fs::path &target, const fs::path &path) {
+    make_link(target, path, like.empty() ? like : like / path.lexically_relative(host::device_dir()));
+  };
   make_directories(bin_dir());
-  remove_links_in(bin_dir());
+  remove_other_links_in(bin_dir());
   for (const char *name : host_tools) {
     if (const auto program = find_host_tool(name))
-      make_link(*program, bin_dir() / name);
+      lay_out(*program, bin_dir() / name);
     else
       std::fprintf(stderr, "kova: this host has no %s; device commands that use it fail\n", name);
   }
   for (const char *path : placed_stand_ins)
-    make_link(stand_in, on_device(path));
+    lay_out(stand_in, on_device(path));
   for (const std::string_view tool : diagnostics_tools)
-    make_link(diagnostics, diagnostics_program(tool));
+    lay_out(diagnostics, diagnostics_program(tool));
   for (const char *name : stand_ins)
-    make_link(stand_in, bin_dir() / name);
+    lay_out(stand_in, bin_dir() / name);
 }
 
 bool programs_are_ours() {

@@ -138,9 +138,4 @@ std::optional<uint32_t> ask_service(uint32_t command, const std::string &payload
                            ") does not answer: kovactl device reboot starts another");
 }
 
-bool feed_wanted() {
-  const char *variable = std::getenv("KOVA_FEED");
-  return variable == nullptr || std::string_view(variable) != "off";
-}
-
 } // namespace kova::device

@@ -26,8 +26,4 @@ void stop_daemon(const Daemon &daemon);
 std::optional<uint32_t> ask_service(uint32_t command, const std::string &payload,
                                     std::chrono::seconds patience);
 
-// A request of this device's own: the payload "on" or "off" starts or stops the radio feed. It is not logged.
-constexpr uint32_t switch_feed = 0x7F000001;
-bool feed_wanted(); // KOVA_FEED=off in the environment: no
-
 } // namespace kova::device

@@ -69,6 +69,7 @@ std::span<const Parameter *const> starting_with(std::string_view prefix) {
 std::string_view name(Type type) {
   switch (type) {
   case Type::String:
+  case Type::Secret:
     return "string";
   case Type::Boolean:
     return "boolean";

@@ -15,7 +15,17 @@
 namespace kova::model {
 
 // Types as the Broadband Forum's data model names them.
-enum class Type { String, Boolean, Int, UnsignedInt, DateTime, IPAddress, MACAddress, List };
+enum class Type {
+  String,
+  Secret, // a string that others need not know
+  Boolean,
+  Int,
+  UnsignedInt,
+  DateTime,
+  IPAddress,
+  MACAddress,
+  List
+};
 
 enum class Access {
   ReadOnly,
@@ -29,22 +39,28 @@ template <typename Shape>
 struct Accessor {
   const char *name = nullptr; // the exported symbol
   Shape *call = nullptr;
+  int indexes = 0; // how many arguments, each 1, `call` puts before its own
   explicit operator bool() const { return call != nullptr; }
 };
 
 // What a value may be, as the library judges it: by a rule of the platform's checker, by a condition, or by both.
 struct Allowed {
   std::optional<kova_rule> rule;
-  std::string_view words;   // the values that are taken, joined by blanks; "" for any
-  long least = 0, most = 0; // of a number; equal: no bounds
-  bool empty_too = true;    // as far as the condition goes
+  std::string_view words;          // the values that are taken, joined by blanks; "" for any
+  long least = 0, most = 0;        // of a number; equal: no bounds
+  std::string_view form;           // how a text looks, in words; "" for any
+  std::string_view pattern;        // of XML Schema; "" for none
+  std::optional<bool> takes_empty; // by the condition, if there is one
 
   constexpr Allowed() = default;
   constexpr Allowed(kova_rule rule_) : rule(rule_) {}
   constexpr Allowed(const Condition &condition)
-      : words(condition.words == nullptr ? "" : condition.words), least(condition.least),
-        most(condition.most), empty_too(condition.takes_empty) {}
+      : words(text(condition.words)), least(condition.least), most(condition.most),
+        form(text(condition.form)), pattern(text(condition.pattern)), takes_empty(condition.takes_empty) {}
   constexpr Allowed(const Condition &condition, kova_rule rule_) : Allowed(condition) { rule = rule_; }
+
+private:
+  static constexpr std::string_view text(const char *text) { return text == nullptr ? "" : text; }
 };
 
 struct Parameter {

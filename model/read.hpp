@@ -40,11 +40,18 @@ consteval kova_setter *bound() {
   return [](const char *value) { return call(1, 1, 1, value); };
 }
 
+// The indexes that a function takes before all else.
+template <typename... Arguments>
+consteval int count_indexes(int (*)(Arguments...)) {
+  return (0 + ... + (std::is_same_v<Arguments, int> ? 1 : 0));
+}
+
 // An accessor by its function, which may be NONE.
 template <auto function>
 consteval auto accessor(const char *name) {
   if constexpr (requires { bound<function>(); }) {
-    return Accessor<std::remove_pointer_t<decltype(bound<function>())>>{name, bound<function>()};
+    return Accessor<std::remove_pointer_t<decltype(bound<function>())>>{name, bound<function>(),
+                                                                        count_indexes(function)};
   } else {
     return *function;
   }

@@ -5,6 +5,7 @@
 #include "src/lan/lan_rows.hpp"
 #include "src/lan/wifi_rows.hpp"
 #include "src/security/filters_rows.hpp"
+#include "src/time/time_rows.hpp"
 #include "src/voice/voice_rows.hpp"
 #include "src/wan/apn_rows.hpp"
 #include "src/wan/dmz_rows.hpp"
@@ -114,6 +115,7 @@ constexpr Row rows[] = {
 } // namespace radio
 
 namespace time {
+using namespace kova::time;
 constexpr Row rows[] = {
 #include "src/time/time.def"
 };

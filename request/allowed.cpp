@@ -1,8 +1,9 @@
 #include "request/allowed.hpp"
 
-#include "platform/host/rule_admin.hpp"
+#include "request/value_types.hpp"
 
 #include <algorithm>
+#include <limits>
 #include <sstream>
 
 namespace kova::request {
@@ -17,16 +18,28 @@ void restrict_to_condition(AllowedValues &values, const model::Allowed &allowed)
   }
   if (!named.empty()) values.words = std::move(named);
   if (allowed.least < allowed.most) values.range = {allowed.least, allowed.most};
+  if (!allowed.form.empty()) values.text = allowed.form;
+  if (!allowed.pattern.empty()) values.pattern = allowed.pattern;
+  if (allowed.takes_empty) values.takes_empty = *allowed.takes_empty && (!allowed.rule || values.takes_empty);
 }
 
-std::string described(const AllowedValues &values) {
+template <typename Integer>
+void restrict_to_numbers(AllowedValues &values) {
+  using Limits = std::numeric_limits<Integer>;
+  values.length.reset();
+  values.pattern.clear();
   if (values.range)
-    return "a number from " + std::to_string(values.range->first) + " to " +
-           std::to_string(values.range->second);
-  std::string text;
-  for (const auto &[word, meaning] : values.words)
-    text += (text.empty() ? "" : ", ") + word;
-  return values.words.size() > 1 ? "one of " + text : text;
+    values.range = {std::max<std::int64_t>(values.range->first, Limits::min()),
+                    std::min<std::int64_t>(values.range->second, Limits::max())};
+  else if (values.words.empty())
+    values.range = {Limits::min(), Limits::max()};
+}
+
+void restrict_to_type(AllowedValues &values, model::Type type) {
+  std::erase_if(values.words, [type](const auto &word) { return !can_be(type, word.first); });
+  if (type == model::Type::Boolean && values.words.empty()) values.words = {{"0", ""}, {"1", ""}};
+  if (type == model::Type::Int) restrict_to_numbers<std::int32_t>(values);
+  if (type == model::Type::UnsignedInt) restrict_to_numbers<std::uint32_t>(values);
 }
 
 } // namespace
@@ -35,14 +48,15 @@ AllowedValues allowed_values(const model::Parameter &parameter) {
   AllowedValues values;
   if (!parameter.writable()) return values;
   const model::Allowed &allowed = parameter.allowed;
-  if (allowed.rule) {
-    const int rule = *allowed.rule;
-    if (const auto told = host::describe_rule(rule >> 8, rule & 0xff))
-      values = {told->text, told->range, told->words, told->length, told->pattern};
-  }
+  if (allowed.rule)
+    values =
+        host::describe_rule(kova_rule_group(*allowed.rule), kova_rule_item(*allowed.rule)).value_or(values);
   restrict_to_condition(values, allowed);
-  if (values.text.empty() || !allowed.words.empty() || allowed.least < allowed.most)
-    values.text = described(values);
+  restrict_to_type(values, parameter.type);
+  if (const std::string text = in_words(values); !text.empty())
+    values.text = (parameter.type == model::Type::List ? "a list, each " : "") + text;
+  const bool says_so = values.text.empty() || (values.length && values.length->first == 0);
+  if (values.takes_empty && !says_so) values.text += ", or nothing";
   return values;
 }
 

@@ -2,24 +2,14 @@
 #pragma once
 
 #include "model/model.hpp"
-
-#include <cstdint>
-#include <optional>
-#include <string>
-#include <utility>
-#include <vector>
+#include "platform/host/rule_admin.hpp"
 
 namespace kova::request {
 
-struct AllowedValues {
-  std::string text; // completes "it takes ..."; "" when nothing is known
-  std::optional<std::pair<std::int64_t, std::int64_t>> range;
-  std::vector<std::pair<std::string, std::string>> words; // each with its meaning, which may be ""
-  std::optional<std::pair<std::size_t, std::size_t>> length;
-  std::string pattern; // of XML Schema; "" for none
-};
+// As a rule tells it; `text` completes "it takes ..." and is "" when nothing is known.
+using AllowedValues = host::RuleDescription;
 
-// Of a writable parameter, from the rule and the condition in its row.
+// Of a writable parameter, from the rule and the condition in its row, within its type.
 AllowedValues allowed_values(const model::Parameter &parameter);
 
 } // namespace kova::request

@@ -2,21 +2,17 @@
 
 #include "request/interlocks.hpp"
 
-#include <regex>
+#include <algorithm>
+#include <utility>
 
 namespace kova::request {
 namespace {
 
-bool is_secret(const std::string &path) {
-  static const std::regex secret(
-      R"(.*\.\w*(Password|Passphrase|PassPhrase|PreSharedKey|CloudKey|WEPKey)\w*)");
-  return std::regex_match(path, secret);
-}
-
 bool is_setting(const Value &value) {
   const model::Parameter *parameter = model::find(value.path);
   if (!parameter) return true; // a row
-  return parameter->writable() && parameter->get && !acts(value.path);
+  return parameter->writable() && parameter->get && parameter->type != model::Type::Secret &&
+         !acts(value.path);
 }
 
 bool is_blank(const std::string &text) {
@@ -37,14 +33,17 @@ Configuration get_configuration(const std::string &prefix) {
   std::vector<Assignment> rows;
   for (const Value &value : reading.values) {
     const auto row = model::row_at(value.path);
-    if (!value.path.starts_with(prefix) || !is_setting(value) || is_secret(value.path) ||
-        is_blank(value.text) || (row && !row->list->writable()))
+    if (!value.path.starts_with(prefix) || !is_setting(value) || is_blank(value.text) ||
+        (row && !row->list->writable()))
       continue;
     if (const auto closed = interlock_of(value.path))
       found.left_out.push_back({value.path, FaultCode::InvalidValue, *closed});
     else
       (row ? rows : found.values).push_back({value.path, value.text});
   }
+  std::ranges::stable_sort(found.values, {}, [](const Assignment &value) {
+    return std::pair(!model::find(value.path)->check, interlocks_ahead_of(value.path));
+  });
   found.values.insert(found.values.end(), rows.begin(), rows.end());
   return found;
 }

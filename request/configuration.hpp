@@ -12,8 +12,10 @@ namespace kova::request {
 bool acts(const std::string &path);
 
 struct Configuration {
-  std::vector<Assignment> values; // those of rows come last, as a row needs its list's switches
-  std::vector<Fault> left_out;    // what the device would not take back as it is now
+  // In an order in which another device takes them: first what is judged together, then each behind what opens it,
+  // rows last.
+  std::vector<Assignment> values;
+  std::vector<Fault> left_out; // what the device would not take back as it is now
 };
 
 // What can be set and read: no secrets, and nothing that acts rather than stays. Of the paths that begin so.

@@ -21,6 +21,8 @@ const std::string firewall = "InternetGatewayDevice.X_KOVA_Firewall.";
 const std::string voice = "InternetGatewayDevice.Services.VoiceService.1.VoiceProfile.1.";
 const std::string connection = "InternetGatewayDevice.WANDevice.1.WANConnectionDevice.1.WANIPConnection.1.";
 const std::string vpn = "InternetGatewayDevice.WANDevice.1.X_KOVA_OperMode.";
+const std::string dhcp = "InternetGatewayDevice.LANDevice.1.LANHostConfigManagement.";
+const std::string server = "InternetGatewayDevice.ManagementServer.";
 const std::string snmp = "InternetGatewayDevice.X_KOVA_SNMP.";
 
 std::vector<Interlock> all() {
@@ -45,10 +47,34 @@ std::vector<Interlock> all() {
   found.push_back({sip + "X_KOVA_PCSCF*", mode, {"0"}, "1", "the line uses a proxy"});
   found.push_back(
       {connection + "X_KOVA_DMZHostIPAddress", connection + "X_KOVA_DMZEnable", off, "1", "the DMZ is off"});
+  for (const char *member :
+       {"IPInterface.1.IPInterfaceIPAddress", "MinAddress", "MaxAddress", "SubnetMask", "DHCPLeaseTime"})
+    found.push_back({dhcp + member, dhcp + "DHCPServerEnable", {"0"}, "1", "the DHCP server is off"});
   for (const char *member : {"UserName", "Password"})
     found.push_back({snmp + member, snmp + "Enable", off, "1", "SNMP is off"});
+  found.push_back({server + "PeriodicInformInterval",
+                   server + "PeriodicInformEnable",
+                   {"0"},
+                   "1",
+                   "the device does not report periodically"});
   found.push_back({vpn + "*", vpn + "OperMode", {"0", "1", "3"}, "2", "the device is not in its VPN mode"});
+  for (const char *member : {"L2TP*", "BCPEnable"})
+    found.push_back({vpn + member, vpn + "VPNType", {"1"}, "0", "the VPN is a GRE tunnel"});
+  found.push_back({vpn + "GRE*", vpn + "VPNType", {"0", ""}, "1", "the VPN is an L2TP tunnel"});
+  for (const char *member : {"VPNNatEnable", "L3VPNDefaultIf"}) {
+    found.push_back({vpn + member, vpn + "BCPEnable", {"1"}, "0", "the L2TP tunnel is bridged"});
+    found.push_back({vpn + member, vpn + "GREType", {"1"}, "0", "the GRE tunnel carries layer 2"});
+  }
   return found;
+}
+
+const std::vector<Interlock> &interlocks() {
+  static const std::vector<Interlock> table = all();
+  return table;
+}
+
+bool closes(const Interlock &interlock, const std::string &path) {
+  return path != interlock.by && fnmatch(interlock.pattern.c_str(), path.c_str(), 0) == 0;
 }
 
 std::string value_of(const std::string &path) {
@@ -59,15 +85,21 @@ std::string value_of(const std::string &path) {
 } // namespace
 
 std::optional<std::string> interlock_of(std::string_view path) {
-  static const std::vector<Interlock> interlocks = all();
-  const std::string text(path);
-  for (const Interlock &interlock : interlocks) {
-    if (text == interlock.by || fnmatch(interlock.pattern.c_str(), text.c_str(), 0) != 0) continue;
+  for (const Interlock &interlock : interlocks()) {
+    if (!closes(interlock, std::string(path))) continue;
     const std::string value = value_of(interlock.by);
-    if (std::ranges::find(interlock.closing, value) != interlock.closing.end())
+    const bool closed = std::ranges::find(interlock.closing, value) != interlock.closing.end();
+    if (closed && !interlock_of(interlock.by)) // what cannot be turned now is without effect
       return interlock.words + ": set " + interlock.by + "=" + interlock.opening + " first";
   }
   return std::nullopt;
+}
+
+int interlocks_ahead_of(std::string_view path) {
+  int most = 0;
+  for (const Interlock &interlock : interlocks())
+    if (closes(interlock, std::string(path))) most = std::max(most, 1 + interlocks_ahead_of(interlock.by));
+  return most;
 }
 
 } // namespace kova::request

@@ -11,4 +11,7 @@ namespace kova::request {
 // none when nothing stands in the way. Asks the device.
 std::optional<std::string> interlock_of(std::string_view path);
 
+// How many others, each closed by the next, may have to be set before this path: an order in which all can be set.
+int interlocks_ahead_of(std::string_view path);
+
 } // namespace kova::request

@@ -11,6 +11,7 @@
 #include <cstdarg>
 #include <cstdio>
 #include <regex>
+#include <sstream>
 
 namespace kova::request {
 namespace {
@@ -48,6 +49,7 @@ constexpr Saying sayings[] = {
     {"can't be the same with gateway", "a host on the WAN side has no address of the LAN"},
     {"must be the same with gateway", "a host on the LAN side has an address of the LAN"},
     {"RANG_FAIL", "the last address lies before the first"},
+    {"RTP Start Port", "the first port is not above the last"},
     {"can not set DMZ", "there is no DMZ in the router mode: set X_KOVA_WANSetting.OperMode first"},
     {"line is busy", "the line is in a call"},
     {"15 seconds", "the line was restarted less than 15 seconds ago"},
@@ -79,14 +81,24 @@ std::string last_understood(std::span<const std::string> lines) {
   return "";
 }
 
+// The name of the field of a row that holds this text alone; "it" when none does, or several.
+std::string field_with(const std::string &text, const std::string &row, std::string_view form) {
+  std::istringstream texts(row + ","), names{std::string(form)};
+  std::string found, one, name;
+  while (std::getline(texts, one, ',') && std::getline(names, name, ','))
+    if (one == text) found = found.empty() ? name : "it";
+  return found.empty() ? "it" : found;
+}
+
 // What only the rules know: the last of them that refused, else the parameter's own.
 std::string allowed_text(const Assignment &assignment) {
   const auto refusals = host::take_refusals();
-  if (!refusals.empty())
-    if (const auto rule = host::describe_rule(refusals.back().group, refusals.back().item))
-      return "it takes " + rule->text;
   const model::Parameter *parameter = model::find(assignment.path);
   const auto row = model::row_at(assignment.path);
+  if (!refusals.empty())
+    if (const auto rule = host::describe_rule(refusals.back().group, refusals.back().item))
+      return (row ? field_with(refusals.back().value, assignment.value, row->list->form) : "it") + " takes " +
+             rule->text;
   const std::string text = parameter ? allowed_values(*parameter).text
                            : row     ? std::string(row->list->form)
                                      : "";

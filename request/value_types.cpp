@@ -35,6 +35,7 @@ bool can_be(model::Type type, std::string_view text) {
   case model::Type::DateTime:
     return is_date_time(text);
   case model::Type::String:
+  case model::Type::Secret:
   case model::Type::IPAddress:
   case model::Type::MACAddress:
   case model::Type::List:

@@ -44,5 +44,5 @@ say "A diagnostics test that really runs"
 ping=InternetGatewayDevice.IPPingDiagnostics
 show kovactl set --wait $ping.Host=127.0.0.1 $ping.NumberOfRepetitions=3 $ping.DiagnosticsState=Requested
 
-say "The radio, as the device's own feed publishes it"
+say "The radio, as the device computes it when it is read"
 show kovactl get InternetGatewayDevice.X_KOVA_LTE.Cell.

@@ -26,7 +26,7 @@ done
 
 cmake --preset fuzz >/dev/null
 cmake --build --preset fuzz
-for target in accessors records request_text; do
+for target in accessors acs_message records request_text; do
   (cd build/fuzz && "bin/fuzz_$target" -runs=20000 -seed=1 -len_control=0 -max_len=2000 >"$target.log" 2>&1) ||
     { cat "build/fuzz/$target.log"; exit 1; }
 done

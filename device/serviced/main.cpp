@@ -1,10 +1,9 @@
-// The daemon of the virtual device: accepts what agents ask of the device's services, logs it, runs the
-// diagnostics tests, and publishes the radio.
+// The daemon of the virtual device: accepts what agents ask of the device's services, logs it, and runs
+// the diagnostics tests.
 #include "device/background.hpp"
 #include "device/file_system.hpp"
 #include "device/log.hpp"
 #include "device/paths.hpp"
-#include "device/radio/feed.hpp"
 #include "device/service.hpp"
 #include "device/serviced/running_tests.hpp"
 #include "device/serviced/server.hpp"
@@ -47,24 +46,11 @@ void log_malformed(pid_t client, const std::string &why) {
                       {"reason", why}});
 }
 
-uint32_t settle_feed(device::Feed &feed, bool wanted) {
-  constexpr uint32_t done = 0, failed = 1;
-  try {
-    wanted ? feed.start() : feed.stop();
-    return done;
-  } catch (const std::exception &error) {
-    std::fprintf(stderr, "radio feed: %s\n", error.what());
-    return failed;
-  }
-}
-
 void serve() {
   device::Loop loop;
   device::RunningTests tests(loop);
-  device::Feed feed(loop);
   {
     const auto take_request = [&](const device::Request &request) {
-      if (request.command == device::switch_feed) return settle_feed(feed, request.payload == "on");
       log_request(request);
       return tests.handle(request);
     };
@@ -73,14 +59,12 @@ void serve() {
     device::Timer watch(loop, [&loop] {
       if (!device::is_wanted()) loop.stop();
     });
-    watch.start(std::chrono::seconds(1), std::chrono::seconds(1));
+    watch.start(std::chrono::seconds(5), std::chrono::seconds(5));
     const auto end = [&loop] { loop.stop(); };
     const device::Signal terminated(loop, SIGTERM, end), interrupted(loop, SIGINT, end),
         hung_up(loop, SIGHUP, end);
-    settle_feed(feed, device::feed_wanted());
     device::announce_ready();
     loop.run();
-    feed.stop();
   }
   tests.stop_all();
 }

@@ -32,10 +32,8 @@ fs::path home() {
 }
 
 fs::path chosen_dir() {
-  if (const auto named = environment("KOVA_DEVICE"); !named.empty()) return named;
-  const fs::path state = environment("XDG_STATE_HOME");
-  // The base directory specification: a relative path in the variable is to be ignored.
-  return (state.is_absolute() ? state : home() / ".local/state") / "kova";
+  const auto named = environment("KOVA_DEVICE");
+  return named.empty() ? state_dir() / "kova" : fs::path(named);
 }
 
 int write_permission(const fs::path &dir) {
@@ -136,6 +134,12 @@ fs::path device_dir() {
   std::error_code unknown_working_dir;
   fs::path whole = fs::absolute(dir, unknown_working_dir);
   return unknown_working_dir ? dir : whole;
+}
+
+fs::path state_dir() {
+  const fs::path state = environment("XDG_STATE_HOME");
+  // The base directory specification: a relative path in the variable is to be ignored.
+  return state.is_absolute() ? state : home() / ".local/state";
 }
 
 fs::path store_dir() {

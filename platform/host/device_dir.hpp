@@ -14,6 +14,8 @@ constexpr mode_t private_dir = 0700, private_file = 0600;
 // $KOVA_DEVICE when it is set and not empty, else "kova" under $XDG_STATE_HOME or ~/.local/state. Absolute;
 // need not exist. Read at every call, so that a tool can choose its device before it uses the stores.
 std::filesystem::path device_dir();
+// Where a user's devices are when nothing names another place: $XDG_STATE_HOME or ~/.local/state.
+std::filesystem::path state_dir();
 
 // What stands at device_dir(). A device carries a mark; whatever is there without one belongs to somebody
 // else and is never touched.

@@ -2,6 +2,7 @@
 #include "platform/nvram.h"
 
 #include "platform/host/nvram_admin.hpp"
+#include "platform/host/radio.hpp"
 #include "platform/host/store.hpp"
 
 #include <algorithm>
@@ -21,14 +22,9 @@ constexpr int found = 1, missing = 0, failure = -1;
 template <class Use>
 int look_up(int section, const char *key, Use use) {
   if (key == nullptr) return failure;
-  const StoredKey stored = StoredKey::setting(section, key);
-  if (!stored.storable()) return missing;
-  const int result = Store::of_process().reading([&](const Transaction &snapshot) {
-    std::string_view value;
-    const int answer = snapshot.get(stored, value);
-    if (answer == 0) use(value);
-    return answer;
-  });
+  if (!StoredKey::setting(section, key).storable()) return missing;
+  const int result = Store::of_process().reading(
+      [&](const Transaction &snapshot) { return kova::host::use_setting(snapshot, section, key, use); });
   if (result == 0) return found;
   if (result == MDB_NOTFOUND) return missing;
   tarn_log_console("nvram: cannot read key \"%s\" of section %d: %s", key, section,

@@ -1,9 +1,12 @@
 #include "platform/host/nvram_admin.hpp"
 
 #include "platform/host/device_dir.hpp"
+#include "platform/host/radio.hpp"
 #include "platform/host/store.hpp"
 
+#include <algorithm>
 #include <stdexcept>
+#include <utility>
 
 namespace kova::host {
 
@@ -20,6 +23,17 @@ StoredKey checked_key(int section, const std::string &name) {
   return key;
 }
 
+// Those of the radio, each at its place unless a stored value holds.
+void add_readings(std::vector<NvramEntry> &entries, const Transaction &snapshot) {
+  const auto place = [](const NvramEntry &entry) {
+    return std::pair(entry.section, std::string_view(entry.key));
+  };
+  for (NvramEntry &reading : radio_readings(snapshot)) {
+    const auto at = std::ranges::lower_bound(entries, place(reading), {}, place);
+    if (at == entries.end() || place(*at) != place(reading)) entries.insert(at, std::move(reading));
+  }
+}
+
 } // namespace
 
 std::vector<NvramEntry> nvram_entries(std::optional<int> section) {
@@ -30,22 +44,20 @@ std::vector<NvramEntry> nvram_entries(std::optional<int> section) {
           {StoredKey::section_of(key), std::string(StoredKey::name_of(key)), std::string(value)});
       return 0;
     };
-    return section ? snapshot.each(StoredKey::setting(*section, "").text(), add)
-                   : snapshot.each(StoredKey::any_setting, add);
+    const int read = section ? snapshot.each(StoredKey::setting(*section, "").text(), add)
+                             : snapshot.each(StoredKey::any_setting, add);
+    if (read == 0 && section.value_or(runtime_section) == runtime_section) add_readings(entries, snapshot);
+    return read;
   });
   if (failed != 0 && failed != MDB_NOTFOUND) fail("read", failed);
   return entries;
 }
 
 std::optional<std::string> nvram_find(int section, const std::string &key) {
-  const StoredKey stored = StoredKey::setting(section, key);
-  if (!stored.storable()) return {};
+  if (!StoredKey::setting(section, key).storable()) return {};
   std::optional<std::string> result;
   const int failed = Store::of_process().reading([&](const Transaction &snapshot) {
-    std::string_view value;
-    const int answer = snapshot.get(stored, value);
-    if (answer == 0) result = value;
-    return answer;
+    return use_setting(snapshot, section, key, [&](std::string_view value) { result = value; });
   });
   if (failed != 0 && failed != MDB_NOTFOUND) fail("read", failed);
   return result;
@@ -67,6 +79,16 @@ bool nvram_remove(int section, const std::string &key) {
       [&](const Transaction &change) { return change.remove(StoredKey::setting(section, key)); });
   if (failed != 0 && failed != MDB_NOTFOUND) fail("write", failed);
   return failed == 0;
+}
+
+std::size_t store_version() {
+  std::size_t version = 0;
+  const int failed = Store::of_process().reading([&](const Transaction &snapshot) {
+    version = snapshot.version();
+    return 0;
+  });
+  if (failed != 0 && failed != MDB_NOTFOUND) fail("read", failed);
+  return version;
 }
 
 void nvram_clear_section(int section) {

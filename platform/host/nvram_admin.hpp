@@ -26,6 +26,8 @@ void nvram_store(std::span<const NvramEntry> entries);
 // False when there was no such key.
 bool nvram_remove(int section, const std::string &key);
 void nvram_clear_section(int section);
+// Differs after each change of the store, by whatever process.
+std::size_t store_version();
 // How many values this process could not store. Accessors do not tell: a device without room loses what they
 // set.
 unsigned nvram_failed_writes();

@@ -24,9 +24,12 @@ struct RuleDescription {
   std::string pattern;
   // Of the number; may be empty.
   std::string unit;
+  bool takes_empty = false;
 };
 // Nothing for an item that has no rule.
 std::optional<RuleDescription> describe_rule(int group, int item);
+// What words, range and unit say together, as in `text`; "" without them.
+std::string in_words(const RuleDescription &description);
 
 // What the rules refused to this process since it was last taken, in its order; of very many the last ones.
 struct Judgement {

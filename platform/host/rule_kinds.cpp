@@ -38,12 +38,12 @@ std::string word_text(const std::pair<std::string, std::string> &word) {
   return explains_itself ? word.first : word.first + " (" + word.second + ")";
 }
 
-RuleDescription number_description(std::int64_t min, std::int64_t max, std::string_view unit) {
-  const std::string of_unit = unit.empty() ? "" : " of " + std::string(unit);
-  RuleDescription description =
-      described("a number" + of_unit + " from " + std::to_string(min) + " to " + std::to_string(max));
+RuleDescription number_description(std::int64_t min, std::int64_t max, std::string_view unit, Words special) {
+  RuleDescription description;
   description.range = {min, max};
+  description.words = listed(special);
   description.unit = unit;
+  description.text = in_words(description);
   return description;
 }
 
@@ -91,6 +91,22 @@ RuleDescription described(std::string text, std::string pattern) {
   return description;
 }
 
+std::string in_words(const RuleDescription &description) {
+  const auto &[text, range, words, length, pattern, unit, takes_empty] = description;
+  if (range) {
+    std::string meanings;
+    for (const auto &[word, meaning] : words)
+      meanings.append(meanings.empty() ? " (" : ", ").append(word).append(": ").append(meaning);
+    return "a number" + (unit.empty() ? "" : " of " + unit) + " from " + std::to_string(range->first) +
+           " to " + std::to_string(range->second) + meanings + (meanings.empty() ? "" : ")");
+  }
+  if (words.size() == 2) return word_text(words.front()) + " or " + word_text(words.back());
+  std::string list;
+  for (const auto &word : words)
+    list += (list.empty() ? "" : ", ") + word_text(word);
+  return words.size() > 1 ? "one of " + list : list;
+}
+
 int Number::judge(std::string_view value) const {
   if (value.empty()) return empty;
   if (!std::ranges::all_of(value, is_digit)) return outside;
@@ -98,14 +114,7 @@ int Number::judge(std::string_view value) const {
 }
 
 RuleDescription Number::describe() const {
-  RuleDescription description = number_description(min, max, unit);
-  description.words = listed(special);
-  std::string meanings;
-  for (const auto &[word, meaning] : description.words)
-    meanings.append(meanings.empty() ? " (" : ", ").append(word).append(": ").append(meaning);
-  if (!meanings.empty()) description.text += meanings + ")";
-  if (empty == accepted) description.text += ", or nothing";
-  return description;
+  return number_description(min, max, unit, special);
 }
 
 int SignedNumber::judge(std::string_view value) const {
@@ -113,7 +122,7 @@ int SignedNumber::judge(std::string_view value) const {
 }
 
 RuleDescription SignedNumber::describe() const {
-  return number_description(min, max, unit);
+  return number_description(min, max, unit, {});
 }
 
 int OneOf::judge(std::string_view value) const {
@@ -125,12 +134,7 @@ int OneOf::judge(std::string_view value) const {
 RuleDescription OneOf::describe() const {
   RuleDescription description;
   description.words = listed(words);
-  if (description.words.size() == 2) {
-    description.text = word_text(description.words.front()) + " or " + word_text(description.words.back());
-    return description;
-  }
-  for (const auto &word : description.words)
-    description.text += (description.text.empty() ? "one of " : ", ") + word_text(word);
+  description.text = in_words(description);
   return description;
 }
 

@@ -105,11 +105,7 @@ template <class Kind>
 struct Optional {
   Kind kind;
   int judge(std::string_view value) const { return value.empty() ? accepted : kind.judge(value); }
-  RuleDescription describe() const {
-    RuleDescription description = kind.describe();
-    description.text += ", or nothing";
-    return description;
-  }
+  RuleDescription describe() const { return kind.describe(); }
 };
 
 } // namespace kova::host

@@ -17,10 +17,11 @@ namespace {
 
 using namespace kova::host;
 
-using Kind = std::variant<Number, SignedNumber, OneOf, Text, WpaPassPhrase, TimeZone, SnmpCredential,
-                          Ipv4Address, Ipv4Netmask, ServerAddressOrName, WebUrl, MacAddress, DottedQuad,
-                          RouteDestination, RouteNetmask, AccessHost, TestHost, Sized<Text>, Sized<Number>,
-                          Sized<AnyServer>, Optional<OneOf>, Optional<ServerAddressOrName>>;
+using Kind =
+    std::variant<Number, SignedNumber, OneOf, Text, WpaPassPhrase, TimeZone, SnmpCredential, Ipv4Address,
+                 Ipv4Netmask, ServerAddressOrName, WebUrl, MacAddress, DottedQuad, RouteDestination,
+                 RouteNetmask, AccessHost, TestHost, Sized<Text>, Sized<Number>, Sized<AnyServer>,
+                 Optional<OneOf>, Optional<Ipv4Address>, Optional<ServerAddressOrName>>;
 
 struct Rule {
   kova_rule name;
@@ -89,7 +90,7 @@ constexpr Rule rules[] = {
     {RULE_LAN_POOL_END,             lan_address},
     {RULE_LAN_LEASE_TIME,           Number{300, 172800, /*empty=*/-2, /*outside=*/-1, "seconds"}},
     {RULE_LAN_DNS_OPTION,           OneOf{"0|1"}},
-    {RULE_LAN_DNS_SERVER,           server_address},
+    {RULE_LAN_DNS_SERVER,           Optional<Ipv4Address>{server_address}}, // the second and the third may be missing
 
     {RULE_TIME_DAYLIGHT_SAVING,     on_off},
     {RULE_TIME_NTP_SERVER,          ServerAddressOrName{}},
@@ -267,7 +268,13 @@ int tarn_check_param(int group, const char *value, int item) {
 std::optional<RuleDescription> kova::host::describe_rule(int group, int item) {
   const Rule *rule = find_rule(group, item);
   if (rule == nullptr) return {};
-  return std::visit([](const auto &kind) { return kind.describe(); }, rule->kind);
+  return std::visit(
+      [](const auto &kind) {
+        RuleDescription description = kind.describe();
+        description.takes_empty = kind.judge("") == accepted;
+        return description;
+      },
+      rule->kind);
 }
 
 std::vector<Judgement> kova::host::take_refusals() {

@@ -78,7 +78,9 @@ public:
     if (answer == 0) value = text(stored);
     return answer;
   }
+  // What is there already costs no write: some getters store what they find each time.
   int put(const StoredKey &key, std::string_view value) const {
+    if (std::string_view stored; get(key, stored) == 0 && stored == value) return 0;
     MDB_val name = val(key.text());
     MDB_val content = val(value);
     return mdb_put(handle_, database_, &name, &content, 0);
@@ -107,6 +109,8 @@ public:
     return each(prefix,
                 [](MDB_cursor *at, std::string_view, std::string_view) { return mdb_cursor_del(at, 0); });
   }
+  // Differs from that of any other state.
+  std::size_t version() const { return mdb_txn_id(handle_); }
 
 private:
   static MDB_val val(std::string_view text) { return {text.size(), const_cast<char *>(text.data())}; }

@@ -1,8 +1,8 @@
 // Salted password hashes of the web login: PBKDF2 with SHA-256, as hexadecimal digits, as many as the caller has room for.
 #include "platform/webs.h"
 
-#include <openssl/evp.h>
-#include <openssl/rand.h>
+#include <nettle/pbkdf2.h>
+#include <sys/random.h>
 
 #include <algorithm>
 #include <array>
@@ -26,7 +26,7 @@ void write_digits(const unsigned char *bytes, std::size_t count, char *text) {
 
 char *update_rand_char(void) {
   std::array<unsigned char, salt_bytes> random{};
-  if (RAND_bytes(random.data(), static_cast<int>(random.size())) != 1) return nullptr;
+  if (getrandom(random.data(), random.size(), 0) != static_cast<ssize_t>(random.size())) return nullptr;
   auto *salt = static_cast<char *>(std::calloc(1, 2 * random.size() + 1));
   if (salt != nullptr) write_digits(random.data(), random.size(), salt);
   return salt;
@@ -37,10 +37,9 @@ int gen_weblogin_passwd(const char *password, const char *salt, int saltLength, 
   const std::size_t digest_size =
       std::min<std::size_t>((static_cast<std::size_t>(size) - 1) / 2, longest_digest);
   std::array<unsigned char, longest_digest> digest{};
-  if (PKCS5_PBKDF2_HMAC(password, static_cast<int>(std::strlen(password)),
-                        reinterpret_cast<const unsigned char *>(salt), saltLength, iterations, EVP_sha256(),
-                        static_cast<int>(digest_size), digest.data()) != 1)
-    return -1;
+  pbkdf2_hmac_sha256(std::strlen(password), reinterpret_cast<const unsigned char *>(password), iterations,
+                     static_cast<std::size_t>(saltLength), reinterpret_cast<const unsigned char *>(salt),
+                     digest_size, digest.data());
   write_digits(digest.data(), digest_size, hash);
   return 0;
 }

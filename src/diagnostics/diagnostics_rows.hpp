@@ -13,9 +13,9 @@ inline constexpr Condition requested = {[](const char *value) { return equal(val
 inline constexpr Condition digits = {is_digits, true};
 inline constexpr Condition positive = {
     [](const char *value) { return is_digits(value) && leading_number(value) >= 1; }, false, nullptr, 1,
-    INT_MAX};
+    LONG_MAX};
 inline constexpr Condition not_zero = {[](const char *value) { return leading_number(value) != 0; }, false,
-                                       nullptr, 1, INT_MAX};
+                                       nullptr, 1, LONG_MAX};
 
 // What a test may be sent through; empty is any.
 inline constexpr Condition interface_name = {

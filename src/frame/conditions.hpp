@@ -14,8 +14,10 @@ namespace kova {
 struct Condition {
   bool (*holds)(const char *value);
   bool takes_empty = false;
-  const char *words = nullptr; // the values that are taken, joined by blanks; nullptr: not a choice
-  long least = 0, most = 0;    // of a number; equal: no bounds
+  const char *words = nullptr;   // the values that are taken, joined by blanks; nullptr: not a choice
+  long least = 0, most = 0;      // of a number; equal: no bounds; LONG_MAX: that of the type
+  const char *form = nullptr;    // how a text looks, for a person: "an offset as +05:45"
+  const char *pattern = nullptr; // a regular expression of XML Schema that every such text matches
 };
 
 template <long least, long most>
@@ -33,7 +35,13 @@ inline bool is_go_ahead(const char *value) {
 
 inline constexpr Condition anything = {[](const char *) { return true; }, true};
 // No markup and no shell quoting.
-inline constexpr Condition unmarked = {[](const char *value) { return checkXSSattack(value) >= 0; }, true};
+inline constexpr Condition unmarked = {
+    [](const char *value) { return checkXSSattack(value) >= 0; },
+    true,
+    nullptr,
+    0,
+    0,
+    "a text without quotes, parentheses, <, >, | and \\, plain or percent-encoded"};
 inline constexpr Condition not_empty = {[](const char *value) { return *value != '\0'; }};
 // What a trigger takes.
 inline constexpr Condition go_ahead = {is_go_ahead, false, "1"};

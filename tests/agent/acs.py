@@ -1,7 +1,8 @@
 #!/usr/bin/env python3
 """A small ACS that does what it is told: a list of requests, which it sends when a device comes.
 
-    acs.py [--port PORT] REQUEST...      serves them to the next device, prints what it answers, and ends
+    acs.py [--port PORT] [--sessions N] REQUEST...    serves them to the next device, prints what it answers, and
+                                                      ends after N sessions
 
 REQUEST is get=PATH, set=PATH=VALUE[:TYPE], names=PATH, add=OBJECT., delete=OBJECT.N. or reboot.
 """
@@ -132,6 +133,7 @@ class Acs:
 
         class Handler(http.server.BaseHTTPRequestHandler):
             protocol_version = "HTTP/1.1"
+            disable_nagle_algorithm = True
 
             def do_POST(self):
                 acs.post(self)
@@ -267,16 +269,20 @@ def parsed(words):
 def main():
     options = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     options.add_argument("--port", type=int, default=7547)
+    options.add_argument("--sessions", type=int, default=1)
     options.add_argument("requests", nargs="+", metavar="REQUEST")
     given = options.parse_args()
     acs = Acs(given.port)
     acs.script = [parsed(words) for words in given.requests]
     print(f"waiting for a device at {acs.url}", flush=True)
-    acs.wait(lambda: acs.sessions, "a session", 3600)
-    acs.wait(lambda: acs.sessions[0].ended, "the end of the session", 3600)
-    session = acs.sessions[0]
-    print(f"{session.inform.texts('SerialNumber')[0]} reports {', '.join(session.events)}")
-    for words, answer in zip(given.requests, session.answers):
+    for number in range(given.sessions):
+        acs.wait(lambda: len(acs.sessions) > number and acs.sessions[number].ended, "a session", 3600)
+        tell(acs.sessions[number], given.requests if number == 0 else [])
+
+
+def tell(session, requests):
+    print(f"{session.inform.texts('SerialNumber')[0]} reports {', '.join(session.events)}", flush=True)
+    for words, answer in zip(requests, session.answers):
         print(words)
         if answer.fault():
             print("   fault", *(f"{text}" for text in answer.texts("FaultString")), sep="\n      ")
@@ -285,7 +291,7 @@ def main():
         if answer.name == "GetParameterNamesResponse":
             print(*("   " + name for name in answer.texts("Name")), sep="\n")
         for number in answer.texts("InstanceNumber"):
-            print(f"   instance {number}")
+            print(f"   instance {number}", flush=True)
 
 
 if __name__ == "__main__":

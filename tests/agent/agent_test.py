@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""The agent with a scripted ACS: agent_test.py KOVACTL AGENT SCHEMA [TestCase...]. Every message that it sends is judged
+"""The agent with a scripted ACS: agent_test.py KOVACTL SCHEMA [TestCase...]. Every message that it sends is judged
 by the schemas."""
 import base64
 import gzip
@@ -18,14 +18,16 @@ import sys
 import tempfile
 import threading
 import time
+import types
 import unittest
 import urllib.parse
 
 from acs import Acs, array, assign, attributes, call, download, get, names, upload
 
-KOVACTL, AGENT, SCHEMA = sys.argv[1:4]
+KOVACTL, SCHEMA = sys.argv[1:3]
 GATEWAY = "InternetGatewayDevice."
 SERVER = GATEWAY + "ManagementServer."
+WLAN = GATEWAY + "LANDevice.1.WLANConfiguration.1."
 LAN = GATEWAY + "LANDevice.1.X_KOVA_LAN."
 FILTER = GATEWAY + "X_KOVA_Firewall.MACFilter."
 RULES = FILTER + "Black."
@@ -35,19 +37,19 @@ UNSIGNED = "unsignedInt"
 
 
 class Device:
-    """With an agent for each ACS: the second one serves the secondary management instance."""
+    """With a management server for each ACS: the second one has the secondary management instance."""
 
     def __init__(self, *acs, start=True, options=()):
         self.directory = tempfile.mkdtemp(prefix="kova-agent-test-")
         self.path = os.path.join(self.directory, "device")
         self.environment = dict(os.environ, KOVA_DEVICE=self.path, KOVA_FEED="off", ASAN_OPTIONS="detect_leaks=0")
         self.options = ["--retry-wait", "1", "--timeout", "3", *options]
-        self.agents = {}
+        self.servers = {name: (prefix, each) for name, prefix, each in zip(("cwmpd", "cwmpd-secondary"), ("", "S_"), acs)}
         self.kovactl("device", "up")
-        for prefix, each in zip(("", "S_"), acs):
-            self.store(**{prefix + "TR_ACS_URL": each.url, prefix + "TR_INFORM_ENABLE": "0"})
-            if start:
-                self.start(*(["--secondary"] if prefix else []))
+        for prefix, _ in self.servers.values():
+            self.store(**{prefix + "TR_INFORM_ENABLE": "0"})
+        if start:
+            self.start()
 
     def kovactl(self, *words, status=0):
         done = subprocess.run([KOVACTL, *words], env=self.environment, capture_output=True, text=True)
@@ -59,38 +61,30 @@ class Device:
         self.kovactl("nvram", "set", "-s", section, *(f"{key}={value}" for key, value in values.items()))
 
     def start(self, *options):
-        # Through a pipe, as `device up` does: the first line tells how it went.
-        with open(self.directory + "/messages", "a") as messages:
-            agent = subprocess.Popen([AGENT, "--foreground", *self.options, *options], env=self.environment,
-                                     stdout=subprocess.PIPE, stderr=messages)
-        first = agent.stdout.readline().strip()
-        agent.stdout.close()
-        assert first == b"ready", first
-        self.agents["--secondary" in options] = agent
-        return agent
+        """The agents start when they have a server, with these options."""
+        for name, (prefix, acs) in self.servers.items():
+            with open(f"{self.path}/run/{name}.arguments", "w") as file:
+                file.write("".join(word + "\0" for word in [*self.options, *options]))
+            self.store(**{prefix + "TR_ACS_URL": acs.url})
+
+    def pid(self):
+        """Of the first agent, if it runs."""
+        try:
+            with open(self.path + "/run/cwmpd.pid") as file, open(f"/proc/{file.read().strip()}/stat") as stat:
+                return None if stat.read().rsplit(")", 1)[1].split()[0] in "ZX" else int(stat.name.split("/")[2])
+        except (OSError, ValueError):
+            return None
 
     def kill(self):
-        for agent in self.agents.values():
-            agent.kill()
-            agent.wait()
-
-    def pid(self, secondary=False):
-        """Of the running agent, also of one that a boot has started."""
-        with open(f"{self.path}/run/{'cwmpd-secondary' if secondary else 'cwmpd'}.pid") as file:
-            return int(file.read())
+        os.kill(self.pid(), signal.SIGKILL)
+        while self.pid():
+            time.sleep(0.01)
 
     def log(self):
         with open(self.path + "/log/device.log") as file:
             return [record["what"] for record in map(json.loads, file) if record["kind"] == "cwmp"]
 
     def close(self):
-        for agent in self.agents.values():
-            agent.terminate()
-            agent.wait()
-        try:
-            os.kill(self.pid(), signal.SIGTERM)  # one that was started by a boot
-        except (OSError, ValueError):
-            pass
         self.kovactl("device", "down", status=None)
         shutil.rmtree(self.directory, ignore_errors=True)
 
@@ -156,6 +150,8 @@ DIALOGUES = {
               (call("GetParameterNames", ParameterPath=CODE, NextLevel="yes"), (9003, {})),
               (call("GetParameterNames", ParameterPath=CODE), (9003, {}))],
     "values": [(get(""), OK), (get(CODE, LAN + "DNSOption"), {CODE: "TEST.LAB"}),
+               (get(SERVER, WLAN + "KeyPassphrase"), {SERVER + "Password": "", SERVER + "ConnectionRequestPassword": "",
+                                                      WLAN + "KeyPassphrase": ""}),
                (get(CODE, CODE + "x"), (9005, {})), (get(GATEWAY[:-1]), (9005, {})),
                (call("GetParameterValues", array("ParameterNames", "xsd:string", ["<string/>"]).replace("[1]", "[2]")),
                 (9003, {})),
@@ -358,9 +354,8 @@ class Events(AgentTest):
         device = self.device(acs, start=False)
         acs.on_inform = kill_before
         device.start()
-        acs.wait(lambda: acs.sessions and acs.on_inform is None, "the first Inform")
+        acs.wait(lambda: acs.sessions and acs.on_inform is None and not device.pid(), "the first kill")
         acs.sessions[0].ended = False
-        device.agents[False].wait()
         device.start()
         acs.session("0 BOOTSTRAP", "1 BOOT", after=1)
 
@@ -371,8 +366,7 @@ class Events(AgentTest):
         acs.script = [kill_after]
         number = len(acs.sessions)
         device.kovactl("set", CODE + "=KILL")
-        acs.wait(lambda: not acs.script, "the second kill")
-        device.agents[False].wait()
+        acs.wait(lambda: not acs.script and not device.pid(), "the second kill")
         device.start()
         device.kovactl("set", CODE + "=AFTER")
         last = acs.session("4 VALUE CHANGE", after=number + 1)
@@ -382,12 +376,18 @@ class Events(AgentTest):
 
     def test_two_servers_manage_one_device(self):
         first, second = self.acs(), self.acs()
-        first.script = [attributes(LAN + "DNSServer1", 2), call("Reboot", CommandKey="k" * 33)]
+        own = SERVER + "STUNServerAddress"
+        first.script = [attributes(LAN + "DNSServer1", 2), assign({own: "192.0.2.1"}, "first"), get(SERVER)]
+        second.script = [assign({own: "192.0.2.2"}, "second"), get(SERVER)]
         device = self.device(first, second)
         urls = {acs.session("0 BOOTSTRAP").inform.values()[SERVER + "ConnectionRequestURL"] for acs in (first, second)}
         self.assertEqual(len(urls), 2)
+        for acs, address, key in ((first, "192.0.2.1", "first"), (second, "192.0.2.2", "second")):
+            values = acs.session("0 BOOTSTRAP").answers[-1].values()
+            self.assertEqual((values[own], values[SERVER + "ParameterKey"]), (address, key))
         device.kovactl("set", LAN + "DNSServer1=192.0.2.78")
-        first.session("4 VALUE CHANGE")
+        changed = first.session("4 VALUE CHANGE", after=1)
+        self.assertEqual(changed.inform.values()[LAN + "DNSServer1"], "192.0.2.78")
         self.assertEqual(len(second.sessions), 1)
 
     def test_another_server_is_told_all_anew(self):
@@ -396,9 +396,10 @@ class Events(AgentTest):
         first.session("0 BOOTSTRAP")
         device.store(TR_ACS_URL=second.url)
         self.assertEqual(second.session("0 BOOTSTRAP").events, ["0 BOOTSTRAP"])
-        agent = device.agents[False]
-        device.store(TR_ACS_URL="")
-        self.assertEqual(agent.wait(60), 0, "without a server there is nothing to do")
+        device.kovactl("device", "up", "--acs", "")
+        second.wait(lambda: not device.pid(), "the end of an agent without a server")
+        device.kovactl("set", SERVER + "URL=" + first.url)
+        self.assertEqual(first.session("0 BOOTSTRAP", after=1).events, ["0 BOOTSTRAP"])
 
 
 class Orders(AgentTest):
@@ -620,9 +621,8 @@ class BadDays(AgentTest):
         port = socket.socket()
         self.addCleanup(port.close)
         port.bind(("127.0.0.1", 0))
-        device = self.device(acs, start=False)
-        device.store(TR_ACS_URL=f"http://127.0.0.1:{port.getsockname()[1]}/")
-        device.start()
+        nobody = types.SimpleNamespace(url=f"http://127.0.0.1:{port.getsockname()[1]}/")
+        device = self.device(nobody)
         acs.wait(lambda: any(what.startswith("session: failed") for what in device.log()), "a failure", 60)
         device.store(TR_ACS_URL=acs.url)
         acs.session("0 BOOTSTRAP", "1 BOOT")
@@ -691,4 +691,4 @@ class Connections(AgentTest):
 
 
 if __name__ == "__main__":
-    unittest.main(argv=[sys.argv[0], *sys.argv[4:]])
+    unittest.main(argv=[sys.argv[0], *sys.argv[3:]])

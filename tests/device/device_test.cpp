@@ -312,27 +312,28 @@ TEST(Device, ADaemonThatHangsHoldsUpNobody) {
   EXPECT_NE(status().serviced.value_or(daemon), daemon);
 }
 
-TEST(Device, ADaemonThatWasStartedRunsOverBootsUntilItIsStopped) {
+TEST(Device, AnAgentRunsWhileItHasAServer) {
   const BootedDevice device;
-  const device::Daemon &agent = device::management_agents[0];
+  const device::Daemon &agent = device::management_agents[1];
+  const auto runs = [&agent] { return device::daemon_pid(agent).has_value(); };
   device.bring_up();
+  EXPECT_FALSE(runs());
   EXPECT_TRUE(device.run([&] {
-    store(0, "TR_ACS_URL", "http://127.0.0.1:1/");
-    device::start_with(agent, {});
+    store(0, agent.setting, "http://127.0.0.1:1/");
+    device::start_agents();
     const auto first = device::daemon_pid(agent);
     ASSERT_TRUE(first);
-    device::start(agent);
+    device::start_agents();
     EXPECT_EQ(device::daemon_pid(agent), first);
     device::reboot();
-    EXPECT_TRUE(device::daemon_pid(agent) && device::daemon_pid(agent) != first);
+    EXPECT_TRUE(runs() && device::daemon_pid(agent) != first);
     device::reset([&] {
-      EXPECT_FALSE(device::daemon_pid(agent)) << "its settings are not back yet";
-      store(0, "TR_ACS_URL", "http://127.0.0.1:1/");
+      EXPECT_FALSE(runs()) << "its settings are not back yet";
+      store(0, agent.setting, "http://127.0.0.1:1/");
     });
-    EXPECT_TRUE(device::daemon_pid(agent));
-    device::stop(agent);
-    device::reboot();
-    EXPECT_FALSE(device::daemon_pid(agent));
+    EXPECT_TRUE(runs());
+    device::reset();
+    EXPECT_FALSE(runs());
   }));
 }
 

@@ -1,121 +1,113 @@
-// The radio and rate feed: its values, its file, its life.
+// The radio of a booted device: its readings and rates, and what holds in place of them.
 #include "booted_device.hpp"
-#include "device/fd.hpp"
-#include "device/radio/radio.hpp"
-#include "platform/nvram.h"
+#include "platform/host/nvram_admin.hpp"
+#include "platform/host/radio_admin.hpp"
 
 #include <fcntl.h>
-#include <sys/file.h>
+#include <unistd.h>
 
-#include <chrono>
-#include <cmath>
+#include <array>
 #include <cstdio>
-#include <thread>
+#include <ctime>
+#include <optional>
+#include <set>
 
 namespace kova::test {
 namespace {
 
-using device::status;
+struct Sample {
+  unsigned long time, receive_rate;
+  unsigned long long received_packets, received_bytes;
+  unsigned long send_rate;
+  unsigned long long sent_packets, sent_bytes;
+  bool operator==(const Sample &) const = default;
+};
 
-std::vector<device::RateSample> samples_in(const fs::path &path) {
-  std::vector<device::RateSample> samples;
-  std::ifstream file(path);
-  for (std::string line; std::getline(file, line);) {
-    device::RateSample one{};
-    char rest = 0;
-    EXPECT_EQ(std::sscanf(line.c_str(), "%lu: %lu %llu %llu %lu %llu %llu%c", &one.time, &one.receive_rate,
-                          &one.received_packets, &one.received_bytes, &one.send_rate, &one.sent_packets,
-                          &one.sent_bytes, &rest),
-              7)
-        << line;
-    samples.push_back(one);
+std::vector<Sample> samples() {
+  std::vector<Sample> samples;
+  if (const int opened = open("/var/rate_info", O_RDONLY); opened >= 0) {
+    FILE *file = fdopen(opened, "r");
+    Sample one{};
+    while (std::fscanf(file, "%lu: %lu %llu %llu %lu %llu %llu\n", &one.time, &one.receive_rate,
+                       &one.received_packets, &one.received_bytes, &one.send_rate, &one.sent_packets,
+                       &one.sent_bytes) == 7)
+      samples.push_back(one);
+    EXPECT_NE(std::feof(file), 0);
+    std::fclose(file);
   }
   return samples;
 }
 
-TEST(RateFile, KeepsTheLastSamplesNewestFirstAndWaitsForNoReaderForEver) {
-  const BootedDevice device;
-  const fs::path path = device.top() / "rate_info";
-  std::ofstream(path) << std::string(4000, 'x');
-  device::RateFile file(path);
-  constexpr auto most = ~0ULL;
-  for (unsigned long time = 1; time <= 15; time++)
-    file.add({time, 2 * time, 3, most, 5, 6, 7});
-  auto samples = samples_in(path);
-  ASSERT_EQ(samples.size(), 10U);
-  EXPECT_TRUE(samples.front().time == 15 && samples.front().receive_rate == 30 && samples.back().time == 6);
-  EXPECT_TRUE(samples.front().received_bytes == most && samples.front().sent_bytes == 7);
-
-  const device::Fd reader(open(path.c_str(), O_RDONLY));
-  ASSERT_EQ(flock(reader.get(), LOCK_EX), 0);
-  file.add({16, 0, 0, 0, 0, 0, 0});
-  EXPECT_EQ(samples_in(path).front().time, 15U);
-  flock(reader.get(), LOCK_UN);
-  file.add({17, 0, 0, 0, 0, 0, 0});
-  samples = samples_in(path);
-  EXPECT_TRUE(samples[0].time == 17 && samples[1].time == 16 && samples.size() == 10U);
-  EXPECT_THROW(device::RateFile(device.top() / "none" / "rate_info").add({}), std::runtime_error);
+std::optional<std::string> reading(const char *key) {
+  return host::nvram_find(host::runtime_section, key);
 }
 
 class Feed : public ::testing::Test {
 protected:
-  void SetUp() override { unsetenv("KOVA_FEED"); }
   void TearDown() override { unsetenv("KOVA_FEED"); }
-  fs::path rate_file() const { return device_.directory() / "root/var/rate_info"; }
-
+  void up(bool feed) const {
+    feed ? unsetenv("KOVA_FEED") : setenv("KOVA_FEED", "off", 1);
+    device_.bring_up();
+    EXPECT_EQ(device::status().feed, feed);
+  }
+  // As if it had been booted so many seconds ago.
+  void set_up_time(long seconds) const {
+    timespec now{};
+    clock_gettime(CLOCK_BOOTTIME, &now);
+    std::ofstream(device_.directory() / "run/hardware") << now.tv_sec - seconds << " 02:00:00:00:00:01\n";
+  }
   const BootedDevice device_;
 };
 
-TEST_F(Feed, SamplesEverySecondAndPublishesWhatItSamples) {
-  device_.bring_up();
-  const auto first = samples_in(rate_file());
-  ASSERT_GE(first.size(), 2U) << "what readers need";
-  EXPECT_TRUE(eventually([&] { // as fresh as readers want them, by the clock that they have
-    return static_cast<unsigned long>(tarn_get_uptime()) - samples_in(rate_file()).at(0).time <= 1;
-  }));
-  EXPECT_TRUE(eventually([&] { return samples_in(rate_file()).size() >= first.size() + 2; }));
-  const auto samples = samples_in(rate_file());
-  for (std::size_t i = 1; i < samples.size(); i++) {
-    const auto &newer = samples[i - 1], &older = samples[i];
-    const unsigned long seconds = newer.time - older.time;
-    EXPECT_GE(seconds, 1U);
-    EXPECT_EQ(newer.received_bytes - older.received_bytes, newer.receive_rate * seconds);
-    EXPECT_EQ(newer.sent_bytes - older.sent_bytes, newer.send_rate * seconds);
-  }
-  EXPECT_TRUE(device_.run([&] { // between two ticks the store and the file are of one
-    EXPECT_TRUE(eventually([&] {
-      const auto published = host::nvram_find(9, "lte_cur_dlcw1").value_or("0");
-      const auto sampled = 8.0 * static_cast<double>(samples_in(rate_file()).at(0).receive_rate);
-      return std::abs(std::stod(published) * 1024 - sampled) < 1;
+TEST_F(Feed, IsAFunctionOfTheTime) {
+  up(true);
+  EXPECT_TRUE(device_.run([&] {
+    std::set<std::string> powers;
+    std::vector<Sample> all;
+    for (long end = 3600; end > 3000; end -= 9) { // the last sample of ten is the first of the ten before
+      set_up_time(end);
+      const auto ten = samples();
+      ASSERT_EQ(ten.size(), 10U);
+      if (!all.empty() && ten[0].time == all.back().time) {
+        EXPECT_EQ(ten[0], all.back());
+        all.pop_back();
+      }
+      all.insert(all.end(), ten.begin(), ten.end());
+      powers.insert(reading("lte_rsrp_per_antenna").value_or(""));
+    }
+    EXPECT_GT(powers.size(), 5U);
+    for (std::size_t i = 1; i < all.size(); i++) {
+      const Sample &newer = all[i - 1], &older = all[i];
+      if (newer.time != older.time + 1) continue; // the clock has passed a second meanwhile
+      ASSERT_EQ(newer.received_bytes - older.received_bytes, newer.receive_rate);
+      ASSERT_EQ(newer.sent_bytes - older.sent_bytes, newer.send_rate);
+      EXPECT_TRUE(newer.receive_rate > 0 && newer.receive_rate < 150'000'000 / 8);
+      EXPECT_TRUE(newer.send_rate > 0 && newer.send_rate < 50'000'000 / 8);
+    }
+    EXPECT_TRUE(eventually([] { // within one second the readings and the samples are of one
+      const double sampled = static_cast<double>(samples().at(0).receive_rate);
+      return std::abs(std::stod(reading("lte_cur_dlcw1").value_or("0")) * 1024 - 8 * sampled) < 1;
     }));
   }));
 }
 
-TEST_F(Feed, IsSwitchedWithoutARestart) {
-  const auto daemon_after_up = [&](bool feed) {
-    feed ? unsetenv("KOVA_FEED") : setenv("KOVA_FEED", "off", 1);
-    device_.bring_up();
-    EXPECT_EQ(status().feed, feed);
-    return status().serviced.value_or(0);
-  };
-  const pid_t daemon = daemon_after_up(false);
-  EXPECT_FALSE(fs::exists(rate_file()));
-  EXPECT_TRUE(device_.run([] { EXPECT_TRUE(host::nvram_find(9, "DM_CELL_STAT_INFO")); }));
-  for (const bool feed : {true, true, false, true})
-    EXPECT_EQ(daemon_after_up(feed), daemon);
-  EXPECT_GE(samples_in(rate_file()).size(), 2U);
-  kill(daemon, SIGKILL);
-  EXPECT_TRUE(eventually([] { return !status().feed; }));
-  device::down();
-  EXPECT_FALSE(status().feed);
-}
-
-TEST_F(Feed, EndsWithItsDirectoryAndBringsNothingBack) {
-  device_.bring_up();
-  const fs::path daemon = "/proc/" + std::to_string(status().serviced.value()) + "/exe";
-  fs::remove_all(device_.directory());
-  EXPECT_TRUE(eventually([&] { return !fs::exists(daemon); }));
-  EXPECT_FALSE(fs::exists(device_.directory()));
+TEST_F(Feed, GivesWayToWhatIsStoredAndStandsStillWhenItIsOff) {
+  up(false);
+  EXPECT_TRUE(device_.run([] { EXPECT_TRUE(reading("DM_CELL_STAT_INFO") && samples().empty()); }));
+  const auto daemon = device::status().serviced;
+  up(true);
+  EXPECT_EQ(device::status().serviced, daemon);
+  EXPECT_TRUE(device_.run([] {
+    const auto keys = host::nvram_entries(host::runtime_section).size();
+    host::nvram_store(std::array{host::NvramEntry{host::runtime_section, "lte_cqi0", "99"}});
+    EXPECT_EQ(reading("lte_cqi0"), "99");
+    EXPECT_EQ(host::nvram_entries(host::runtime_section).size(), keys);
+    EXPECT_TRUE(host::nvram_remove(host::runtime_section, "lte_cqi0"));
+    EXPECT_NE(reading("lte_cqi0").value_or("99"), "99");
+    EXPECT_EQ(samples().size(), 10U);
+    std::ofstream(device::status().directory / "root/var/rate_info") << "1: 2 3 4 5 6 7\n";
+    EXPECT_EQ(samples().size(), 1U) << "a file of the device's own";
+  }));
 }
 
 } // namespace

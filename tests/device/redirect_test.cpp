@@ -7,8 +7,10 @@
 #include <fcntl.h>
 #include <kova/frame.h>
 #include <spawn.h>
+#include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
+#include <sys/un.h>
 
 #include <algorithm>
 #include <array>
@@ -135,6 +137,22 @@ TEST_F(Redirect, TheDaemonIsReachedThroughALongNameAndConfirms) {
   EXPECT_EQ(records[0].at("command"), "0x10000009");
   EXPECT_EQ(records[0].at("pid"), getpid());
   EXPECT_EQ(records[0].at("payload"), std::string("a\uFFFD\0\n", 6));
+}
+
+TEST_F(Redirect, ADaemonThatTakesNoConnectionIsNotWaitedForWithoutEnd) {
+  kill(device::status().serviced.value(), SIGKILL);
+  EXPECT_TRUE(device_.run([] {
+    const sockaddr_un address{AF_UNIX, "/tmp/mrhd_socket"};
+    const auto call = [&address](auto *function) {
+      const int made = socket(AF_UNIX, SOCK_STREAM, 0); // open until the process ends
+      return function(made, reinterpret_cast<const sockaddr *>(&address), sizeof address) == 0 ? made : -1;
+    };
+    EXPECT_EQ(unlink(address.sun_path), 0);
+    EXPECT_EQ(listen(call(bind), 0), 0);
+    EXPECT_GE(call(connect), 0);
+    EXPECT_EQ(call(connect), -1);
+    EXPECT_EQ(errno, EAGAIN);
+  }));
 }
 
 TEST_F(Redirect, ForeignProgramsTakeItPreloaded) {

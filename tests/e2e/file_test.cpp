@@ -77,6 +77,11 @@ TEST_F(RequestFile, CarriesTheWholeDevice) {
   const std::string routes = "InternetGatewayDevice.Layer3Forwarding.X_KOVA_Route.";
   json({"add", routes, "192.168.1.2,10.1.0.0,255.255.0.0,0"});
   json({"set", ping + "DSCP=7", "InternetGatewayDevice.UserInterface.X_KOVA_UserPassword=Corr3ct horse"});
+  // What opens others, and what is set only together with others.
+  json({"set", "X_KOVA_WANSetting.OperMode=2", "X_KOVA_WANSetting.VPNType=1"});
+  json({"set", "X_KOVA_OperMode.GREDestIPAddress=9.8.7.6", "X_KOVA_SNMP.Enable=1",
+        "X_KOVA_LAN.DHCPServerEnable=0", "X_KOVA_LAN.IPAddress=10.7.7.1", "X_KOVA_LAN.DHCPPoolStart=10.7.7.9",
+        "X_KOVA_LAN.DHCPPoolEnd=10.7.7.10"});
   Json request = json({"export"});
   const std::string lines = run({"export"}).out, other = (directory() / "other").string();
   EXPECT_GT(request.size(), 180U);

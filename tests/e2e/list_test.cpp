@@ -56,15 +56,6 @@ TEST_F(List, KeepsRoutes) {
   EXPECT_EQ(rows(routes), Rows{two});
 }
 
-TEST_F(List, TellsWhyARouteIsRefused) {
-  json({"add", routes});
-  const Json answer = json({"set", routes + "1.Rule=192.168.1.2,10.1.0.0,255.255.0.0,7"}, 1);
-  EXPECT_EQ(answer["faults"][0]["code"], 9007);
-  const std::string detail = answer["faults"][0]["detail"];
-  EXPECT_NE(detail.find("Route type with wrong value."), std::string::npos) << detail;
-  EXPECT_EQ(rows(routes), Rows{" , , ,0"});
-}
-
 TEST_F(List, KeepsAFilterUnderItsSwitchAndMode) {
   const std::string mac = "00:1A:2B:3C:4D:5E";
   EXPECT_EQ(run({"add", black}).out, black + "1.\n");
@@ -110,16 +101,6 @@ TEST_F(List, GivesEachOfManyAddersARow) {
   const std::string add = command_line({"add", "InternetGatewayDevice.Layer3Forwarding.X_KOVA_Route."});
   const Result added = shell("for i in 1 2 3 4 5 6; do " + add + " & done | sort -u | wc -l; wait");
   EXPECT_EQ(std::stoi(added.out), 6) << added.err;
-}
-
-TEST_F(List, IsListedAndCompleted) {
-  const Json listed = json({"list", "--lists", black});
-  ASSERT_EQ(listed.size(), 1U);
-  EXPECT_EQ(listed[0]["path"], black + "{i}.Rule");
-  EXPECT_EQ(listed[0]["access"], "readWrite");
-  EXPECT_EQ(run({"complete", "--", "add", mac_filter}).out, black + "\n" + white + "\n");
-  json({"add", black});
-  EXPECT_EQ(run({"complete", "--", "delete", black}).out, black + "1.\n");
 }
 
 } // namespace

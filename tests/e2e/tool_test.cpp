@@ -130,9 +130,14 @@ TEST_F(Tool, FindsNamesSuggestsAndExplains) {
       {"set URLFilter.Mode=1", 1, "URLFilter.Enable=1 first"},
       {"add MACFilter.White. 00:11:22:33:44:55", 1, "MACFilter.Mode=1 first"},
       {"add MACFilter.Black. 00:11", 1, "it takes a MAC address"},
+      {"add X_KOVA_Route. 192.168.1.2,10.1.0.0,255.255.0.0,7", 1, "Route type with wrong value."},
+      {"add X_KOVA_SpeedDial. 99,5,x", 1, "dial number takes one of 1, 2"},
       {"get -v MACFilter.Black.", 0, ""},
       {"add MACFilter.Black. 00:11:22:33:44:55", 0, filter + "Black.1.\n"},
       {"list " + filter + "Black.1", 0, "Black.1.Rule "},
+      {"list --lists " + filter + "W", 0, "White.{i}.Rule "},
+      {"complete -- add MACFilter.", 0, "MACFilter.Black.\nMACFilter.White.\n"},
+      {"complete -- delete " + filter + "Black.", 0, filter + "Black.1.\n"},
       {"delete MACFilter.Black.1.", 0, filter + "Black.1.\n"},
       {"set X_KOVA_UserPassword=Abcdefg1", 1, "it takes at least one symbol\n"},
       {"set X_KOVA_APN.1.Enable=0", 1, "one of the profiles 1 to 7 must be enabled for data"},
@@ -144,6 +149,8 @@ TEST_F(Tool, FindsNamesSuggestsAndExplains) {
       {"set --dry-run X_KOVA_LAN.DHCPLeaseTime=5", 1, "it takes a number"},
       {"get X_KOVA_LAN.DNSServer2", 0, "DNSServer2\n"},
       {"complete -- set InternetGatewayDevice.X_KOVA_Firewall.MACFilter.Enable = ", 0, "Enable=1\n"},
+      {"complete -- set MACFilter.Mo", 0, "MACFilter.Mode=\n"},
+      {"complete -- set Region=D", 0, "Region=DE\n"},
       {"complete -- nvram get lan_i", 0, "lan_ip\n"},
       {"complete -- tree get /tarn/cm", 0, "/tarn/cm_config/\n"},
       {"complete -- --device /nowhere de", 0, "delete\ndevice\n"},
@@ -159,12 +166,6 @@ TEST_F(Tool, FindsNamesSuggestsAndExplains) {
       EXPECT_EQ(result.out, "");
     }
   }
-}
-
-TEST_F(Tool, WritesATableOfAccessorsThatCompiles) {
-  const Result compiled = shell(command_line({"model", "--format", "c"}) +
-                                " | " C_COMPILER " -std=c11 -Wall -Wextra -Werror -fsyntax-only -x c -");
-  EXPECT_EQ(compiled.status, 0) << compiled.err;
 }
 
 TEST_F(Tool, TellsThatNoServiceHeard) {
@@ -252,6 +253,13 @@ TEST_F(Tool, CompletesPaths) {
   EXPECT_EQ(complete("add InternetGatewayDevice.L"), "InternetGatewayDevice.Layer3Forwarding.\n");
   EXPECT_EQ(complete("--json set InternetGatewayDevice.LANDevice.1.X_KOVA_LAN.S"),
             "InternetGatewayDevice.LANDevice.1.X_KOVA_LAN.SubnetMask=\n");
+
+  if (shell("command -v zsh").status != 0) return;
+  const Result in_zsh = shell("zsh -fc 'compdef() {}; source <(\"" KOVACTL_PATH "\" completion zsh); "
+                              "compadd() { local a=${@[-1]}; print -rl -- ${(P)a}; }; CURRENT=4; "
+                              "words=(\"" KOVACTL_PATH "\" set --log " +
+                              address + "); _kovactl'");
+  EXPECT_EQ(in_zsh.out, address + "=\n\n");
 }
 
 TEST_F(Tool, EscapesForATerminalOnly) {

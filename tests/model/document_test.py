@@ -64,17 +64,47 @@ class Document(unittest.TestCase):
 class Xml(Document):
     def setUp(self):
         super().setUp()
-        self.text = run("model", "--format", "xml")
+        self.text, self.definitions = run("model", "--format", "xml"), run("model", "--format", "datamodel")
         self.document = xml.etree.ElementTree.fromstring(self.text)
         self.objects = self.document.findall("model/object")
 
     def test_is_valid_and_needs_no_device(self):
         environment = {**os.environ, "XML_CATALOG_FILES": (SCHEMA / "catalog.xml").as_uri()}
-        result = subprocess.run(
-            ["xmllint", "--nonet", "--noout", "--schema", SCHEMA / "cwmp-devicetype-1-5.xsd", "-"],
-            input=self.text, text=True, capture_output=True, env=environment)
-        self.assertEqual(result.returncode, 0, result.stderr)
+        for text, schema in ((self.text, "cwmp-devicetype-1-5.xsd"), (self.definitions, "cwmp-datamodel-1-8.xsd")):
+            result = subprocess.run(["xmllint", "--nonet", "--noout", "--schema", SCHEMA / schema, "-"],
+                                    input=text, text=True, capture_output=True, env=environment)
+            self.assertEqual(result.returncode, 0, result.stderr)
         self.assertFalse(self.device.exists())
+
+    def test_refers_to_what_is_defined_once(self):
+        with open(SCHEMA.parents[2] / "model/standard.tsv", newline="") as file:
+            standard = {row["path"]: row for row in csv.DictReader(file, dialect="excel-tab")
+                        if ".Services.Voice" not in row["path"]}
+        definitions = xml.etree.ElementTree.fromstring(self.definitions)
+        own = definitions.find("model")
+        for document, model in ((self.document, self.document.find("model").get("ref")), (definitions, own.get("base"))):
+            self.assertIn(model, [one.get("name") for one in document.findall("import/model")])
+        imported = {one.get("file"): one.get("spec") for one in self.document.findall("import")}
+        self.assertEqual(imported[definitions.get("file")], definitions.get("spec"))
+        self.assertEqual(own.get("name"), self.document.find("model").get("ref"))
+        defined = {}
+        for entry in own.findall("object"):
+            path = entry.get("name") or entry.get("base")
+            if entry.get("base"):
+                self.assertEqual(entry.get("access"), standard[path]["access"], path)
+            names = [path] if entry.get("name") else []
+            for name in names + [path + parameter.get("name") for parameter in entry.findall("parameter")]:
+                self.assertNotIn(name, standard)
+                self.assertNotIn(name, defined)
+                defined[name] = entry
+        for entry in self.objects:
+            path = entry.get("ref")
+            for name in [path, *(path + parameter.get("ref") for parameter in entry.findall("parameter"))]:
+                self.assertTrue(name in standard or defined.pop(name, None) is not None, name)
+        self.assertEqual(defined.keys(), set())
+        mtu = own.find("object[@name='InternetGatewayDevice.WANDevice.{i}.X_KOVA_APN.']/parameter/syntax/unsignedInt")
+        self.assertEqual([{**facet.attrib} for facet in mtu],
+                         [{"minInclusive": "576", "maxInclusive": "1500"}, {"value": "bytes"}])
 
     def test_has_every_parameter_once(self):
         found = {}
@@ -117,6 +147,8 @@ class Csv(Document):
     def setUp(self):
         super().setUp()
         self.addCleanup(run, "device", "down")
+        # Without a server no interface leads to it.
+        run("nvram", "set", "TR_ACS_URL=http://127.0.0.1:1/", "S_TR_ACS_URL=http://127.0.0.1:1/")
 
     def table(self):
         rows = list(csv.DictReader(io.StringIO(run("model", "--format", "csv"), newline="")))

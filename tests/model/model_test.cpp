@@ -86,7 +86,7 @@ std::map<std::string, StandardRow> standard_rows() {
   std::string path, type, access;
   std::getline(file, path); // the heading
   while (file >> path >> type >> access)
-    rows[path] = {type, access};
+    if (type != "object") rows[path] = {type, access};
   return rows;
 }
 

@@ -69,4 +69,9 @@ expect "the service daemon" "$root/usr/libexec/kova/kova-serviced" \
 "$kovactl" device down >"$scratch/down"
 expect "the device" "device          down" "$("$kovactl" device status | sed -n 2p)"
 
+if command -v systemd-analyze >/dev/null; then
+  sed "s|=kovactl |=$kovactl |" "$root/usr/lib/systemd/system/kova@.service" >"$scratch/kova@.service"
+  systemd-analyze verify --man=no "$scratch/kova@x.service"
+fi
+
 man -P cat -l "$root/usr/share/man/man1/kovactl.1.gz" | grep -q '^SYNOPSIS'

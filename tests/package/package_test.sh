@@ -32,3 +32,27 @@ for agent in "$scratch/with-cmake/agent" "$scratch/with-pkg-config"; do
   expect "its fault" "$refused" "$said"
   expect "what it left" "$values" "$(cat "$scratch/values")"
 done
+
+# The table of the accessors, in a program that reads by path.
+kovactl=$scratch/usr/bin/kovactl
+{
+  "$kovactl" model --format c
+  cat <<'END'
+#include <stdio.h>
+#include <string.h>
+int main(int count, char **paths) {
+  char text[257] = "";
+  for (int i = 1; i < count; i++)
+    for (unsigned n = 0; n < kova_parameter_count; n++)
+      if (strcmp(kova_parameters[n].path, paths[i]) == 0 && kova_parameters[n].get(text, 256) == 0) puts(text);
+  for (unsigned n = 0; n < kova_list_count; n++)
+    if (strstr(kova_lists[n].object, "X_KOVA_Route.") && kova_lists[n].add() + kova_lists[n].get(1, text, 256) == 0) puts(text);
+}
+END
+} >"$scratch/table.c"
+"$cc" -std=c99 -Wall -Wextra -pedantic -Werror "$scratch/table.c" -o "$scratch/table" \
+  $(pkg-config --cflags --libs kova) -Wl,-rpath,"$scratch/usr/$libdir"
+device=InternetGatewayDevice
+paths="$device.LANDevice.1.X_KOVA_LAN.IPAddress $device.WANDevice.1.WANConnectionDevice.1.WANIPConnection.1.X_KOVA_DMZEnable"
+expect "values by path" "$("$kovactl" get -v $paths; echo ' , , ,0')" "$("$scratch/table" $paths)"
+expect "the rows after it" 1 "$("$kovactl" get -v $device.Layer3Forwarding.X_KOVA_RouteNumberOfEntries)"

@@ -14,8 +14,8 @@ namespace kova::test {
 
 class ScratchDevice {
 public:
-  // below: directories between the scratch directory and the device's. Without the radio feed, which changes the store
-  // every second, unless the test takes KOVA_FEED out of the environment.
+  // below: directories between the scratch directory and the device's. Without the radio feed, whose
+  // readings change every second, unless the test takes KOVA_FEED out of the environment.
   explicit ScratchDevice(const std::filesystem::path &below = "device") {
     std::string name = (std::filesystem::temp_directory_path() / "kova-test-XXXXXX").string();
     if (mkdtemp(name.data()) == nullptr) throw std::system_error(errno, std::generic_category(), name);

@@ -5,6 +5,7 @@
 #include <fnmatch.h>
 
 #include <algorithm>
+#include <set>
 
 namespace kova::ctl {
 namespace {
@@ -51,7 +52,6 @@ std::string listed(const std::vector<std::string> &paths) {
 std::vector<std::string> values_of(const std::string &path) {
   const model::Parameter *parameter = model::find(path);
   if (!parameter) return {};
-  if (parameter->type == model::Type::Boolean) return {"0", "1"};
   std::vector<std::string> values;
   for (const auto &[word, meaning] : allowed_values(*parameter).words)
     values.push_back(word);
@@ -87,22 +87,28 @@ Addressed addressed(std::span<const std::string> words, Kind kind) {
 }
 
 std::vector<std::string> continued(const std::string &word, Kind kind, bool writable_only) {
-  std::vector<std::string> found;
+  std::set<std::string> whole, tails;
   for (const Name &name : get_names("", false).names) {
-    if (!name.path.starts_with(word) || !is(kind, name.path) || (writable_only && !name.writable)) continue;
-    const size_t dot = name.path.find('.', word.size());
-    std::string next = name.path.substr(0, dot == std::string::npos ? dot : dot + 1);
-    if (next != word && (found.empty() || found.back() != next)) found.push_back(std::move(next));
+    if (!is(kind, name.path) || (writable_only && !name.writable)) continue;
+    const bool is_whole = name.path.starts_with(word);
+    const size_t begin = is_whole ? 0 : name.path.find("." + word) + 1;
+    if (begin == 0 && !is_whole) continue;
+    const size_t dot = name.path.find('.', begin + word.size());
+    const std::string next = name.path.substr(begin, dot == std::string::npos ? dot : dot + 1 - begin);
+    if (next != word || !word.ends_with('.')) (is_whole ? whole : tails).insert(next);
   }
-  return found;
+  const std::set<std::string> &found = whole.empty() ? tails : whole;
+  return {found.begin(), found.end()};
 }
 
 std::vector<std::string> complete_assignment(const std::string &word) {
   std::vector<std::string> found;
   if (const size_t equals = word.find('='); equals != std::string::npos) {
-    const std::string path = word.substr(0, equals + 1);
-    for (const std::string &value : values_of(word.substr(0, equals)))
-      if (value.starts_with(word.substr(equals + 1))) found.push_back(path + value);
+    const std::string path = word.substr(0, equals);
+    const std::vector<std::string> meant = addressed(std::span(&path, 1), Kind::parameter).paths;
+    if (meant.size() != 1) return {};
+    for (const std::string &value : values_of(meant.front()))
+      if (value.starts_with(word.substr(equals + 1))) found.push_back(path + "=" + value);
     return found;
   }
   found = continued(word, Kind::parameter, true);

@@ -15,6 +15,7 @@ void add_export(Commands &commands);
 void add_model(Commands &commands);
 void add_settings(Commands &commands);
 void add_device(Commands &commands);
+void add_fleet(Commands &commands);
 void add_inform(Commands &commands);
 void add_log(Commands &commands);
 void add_nvram(Commands &commands);

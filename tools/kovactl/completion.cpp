@@ -4,6 +4,8 @@
 #include "kovactl/completion_scripts.hpp"
 #include "platform/host/device_dir.hpp"
 
+#include <CLI/CLI.hpp>
+
 #include <iostream>
 
 namespace kova::ctl {
@@ -90,8 +92,8 @@ void add_completion(Commands &commands) {
   completion.add<Options>("zsh", "For zsh: source <(kovactl completion zsh)", print<zsh_completion>);
   // What the scripts ask; no command for people.
   auto [asking, words] = commands.add<Words>("complete", "", complete);
-  asking.add_option("WORD", words.words)->type_name("");
-  asking.group("")->prefix_command();
+  asking.words("WORD", &words.words);
+  asking.hide();
 }
 
 } // namespace kova::ctl

@@ -1,8 +1,11 @@
 // device: the virtual device itself.
 #include "device/device.hpp"
 
+#include "device/faults.hpp"
 #include "kovactl/command.hpp"
 #include "kovactl/commands.hpp"
+#include "kovactl/device_fault.hpp"
+#include "kovactl/device_run.hpp"
 #include "kovactl/inform.hpp"
 #include "platform/host/device_dir.hpp"
 
@@ -15,7 +18,7 @@ namespace {
 
 struct Options {};
 struct Up : device::UpOptions {
-  std::string acs; // "" leaves the management server as it is
+  std::optional<std::string> acs; // "": none from now on
 };
 struct Place {
   std::string directory;
@@ -39,6 +42,7 @@ ExitStatus show(const Output &output, const device::Status &status) {
   if (output.json()) {
     Json json = as_json(status);
     json["agent"] = agent_json();
+    json["faults"] = device::described(device::faults());
     output.print(json);
     return Success;
   }
@@ -48,13 +52,15 @@ ExitStatus show(const Output &output, const device::Status &status) {
               {{"radio feed"}, {status.feed ? "on" : "off"}},
               {{"serial number"}, {status.serial}}};
   std::ranges::move(agent_rows(), std::back_inserter(table));
+  std::ranges::move(fault_rows(), std::back_inserter(table));
   output.print(table);
   return Success;
 }
 
 ExitStatus up(const Output &output, const Up &options) {
   device::up(options);
-  if (!options.acs.empty()) start_management_agent(output, options.acs);
+  if (options.acs)
+    options.acs->empty() ? stop_management_agent() : start_management_agent(output, *options.acs);
   return show(output, device::status());
 }
 
@@ -116,19 +122,20 @@ void add_device(Commands &commands) {
   Commands group = commands.group("device", "The virtual device itself");
   auto [upping, options] =
       group.add<Up>("up", "Create the device if need be, boot it, start its service daemon", up);
-  upping.add_option("--serial", options.serial, "The serial number of a device to be created")
-      ->type_name("TEXT");
-  upping.add_option("--acs", options.acs, "Have the device managed by the server at this URL")
-      ->type_name("URL");
+  upping.option("--serial", "TEXT", &options.serial, "The serial number of a device to be created");
+  upping.option("--acs", "URL", &options.acs,
+                "Have the device managed by the server at this URL; \"\" by none");
   group.add<Options>("down", "Stop the service daemon; the settings stay", act_and_show<device::down>);
   group.add<Options>("reboot", "Stop and boot the device", act_and_show<device::reboot>);
   group.add<Options>("reset", "Back to factory settings: all settings and the log are lost",
                      act_and_show<device::reset>);
   group.add<Options>("status", "Show where the device is and whether it runs: exit status 3 if not all does",
                      show_status);
+  add_device_run(group);
+  add_device_fault(group);
   auto [listing, place] =
       group.add<Place>("list", "Show the devices beside this one, or those in a directory", list);
-  listing.add_option("DIR", place.directory)->type_name("");
+  listing.words("DIR", &place.directory);
   group.add<Options>("remove", "Stop the device and remove it with all its settings", remove);
 }
 

@@ -49,7 +49,7 @@ ExitStatus export_configuration(const Output &output, const Options &options) {
 void add_export(Commands &commands) {
   auto [command, options] = commands.add<Options>(
       "export", "Write what can be set, but no secrets, as a request for set --file", export_configuration);
-  command.add_option("PREFIX", options.prefix, "Only the paths that begin so")->type_name("");
+  command.words("PREFIX", &options.prefix, "Only the paths that begin so");
 }
 
 } // namespace kova::ctl

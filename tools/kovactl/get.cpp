@@ -23,13 +23,12 @@ ExitStatus get(const Output &output, const Options &options) {
 void add_get(Commands &commands) {
   auto [command, options] = commands.add<Options>("get", "Show values of parameters", get);
   command
-      .add_option("PATH", options.paths,
-                  "Parameters; a path that ends in \".\" is a whole branch, \"\" is everything.\n"
-                  "A tail that no other path has will do; *, ? and [] stand for any characters")
-      ->required()
-      ->type_name("");
-  command.add_flag("-v,--values", options.values_only, "Only the values, one a line");
-  commands.complete(command, [](const std::string &word) { return continued(word, Kind::anything, false); });
+      .words("PATH", &options.paths,
+             "Parameters; a path that ends in \".\" is a whole branch, \"\" is everything.\n"
+             "A tail that no other path has will do; *, ? and [] stand for any characters")
+      .required();
+  command.flag("-v,--values", options.values_only, "Only the values, one a line");
+  command.complete([](const std::string &word) { return continued(word, Kind::anything, false); });
 }
 
 } // namespace kova::ctl

@@ -4,6 +4,8 @@
 #include "kovactl/request.hpp"
 #include "request/spelling.hpp"
 
+#include <CLI/CLI.hpp>
+
 namespace kova::ctl {
 namespace {
 
@@ -35,10 +37,9 @@ ExitStatus help(const Output &output, const Options &options) {
 void add_help(Commands &commands) {
   registry = &commands.registry();
   auto [command, options] = commands.add<Options>("help", "Show how a command is used", help);
-  command.add_option("COMMAND", options.command)->type_name("");
-  commands.complete(command, [](const std::string &word) {
-    return beginning_with(word, command_names(*registry->program));
-  });
+  command.words("COMMAND", &options.command);
+  command.complete(
+      [](const std::string &word) { return beginning_with(word, command_names(*registry->program)); });
 }
 
 } // namespace kova::ctl

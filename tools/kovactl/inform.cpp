@@ -2,12 +2,16 @@
 #include "kovactl/inform.hpp"
 
 #include "agent/control.hpp"
+#include "agent/names.hpp"
 #include "agent/values.hpp"
 #include "device/device.hpp"
 #include "kovactl/agent.hpp"
 #include "kovactl/command.hpp"
 #include "kovactl/commands.hpp"
+#include "platform/host/nvram_admin.hpp"
 #include "request/request.hpp"
+
+#include <algorithm>
 
 namespace kova::ctl {
 namespace {
@@ -15,7 +19,7 @@ namespace {
 struct Options {
   std::string event = "6 CONNECTION REQUEST";
   bool wait = false;
-  std::string seconds = "60";
+  int seconds = 60;
 };
 
 std::string joined(const std::vector<std::string> &words) {
@@ -35,14 +39,16 @@ Json as_json(const agent::SessionStatus &session) {
 }
 
 ExitStatus inform(const Output &output, const Options &options) {
+  device::status(); // says so where there is no device to look at
   const unsigned long before = agent::ask_for_session(options.event);
   if (!options.wait) {
     output.json() ? output.print(Json{{"asked", options.event}})
                   : output.print(Table{{{"asked for a session"}}});
     return Success;
   }
-  const auto session = agent::await_session(before, std::chrono::seconds(std::stoul(options.seconds)));
-  if (!session) return output.failure("no session has ended within " + options.seconds + " s");
+  const auto session = agent::await_session(before, std::chrono::seconds(options.seconds));
+  if (!session)
+    return output.failure("no session has ended within " + std::to_string(options.seconds) + " s");
   if (output.json())
     output.print(as_json(*session));
   else
@@ -54,12 +60,22 @@ ExitStatus inform(const Output &output, const Options &options) {
 
 void start_management_agent(const Output &output, const std::string &url) {
   start_agent(output);
-  const request::Assignment assignment{"InternetGatewayDevice.ManagementServer.URL", url};
+  const request::Assignment assignment{agent::parameter::url, url};
   const auto setting = in_turn([&] { return request::set_values(std::span(&assignment, 1)); });
   if (!setting.accepted)
     throw std::runtime_error(setting.faults.empty() ? "the device refuses this URL"
                                                     : setting.faults.front().detail);
-  device::start(agent::own_daemon());
+  device::start_agents();
+}
+
+void stop_management_agent() {
+  const host::NvramEntry none{host::configuration_section, agent::own_daemon().setting, ""};
+  host::nvram_store(std::span(&none, 1));
+}
+
+void follow_management_url(std::span<const request::Assignment> stored) {
+  if (std::ranges::find(stored, agent::parameter::url, &request::Assignment::path) != stored.end())
+    device::start_agents();
 }
 
 Table agent_rows() {
@@ -92,14 +108,13 @@ Json agent_json() {
 }
 
 void add_inform(Commands &commands) {
-  auto [app, options] = commands.add<Options>("inform", "Ask the management agent for a session now", inform);
-  app.add_option("--event", options.event, "What it reports (default: 6 CONNECTION REQUEST)")
-      ->type_name("EVENT");
-  CLI::Option *wait = app.add_flag("--wait", options.wait, "Wait for its end, and tell how it went");
-  app.add_option("--timeout", options.seconds, "Wait so long at most (default: 60)")
-      ->type_name("SECONDS")
-      ->needs(wait)
-      ->check(number_rule);
+  auto [command, options] =
+      commands.add<Options>("inform", "Ask the management agent for a session now", inform);
+  command.option("--event", "EVENT", &options.event, "What it reports (default: 6 CONNECTION REQUEST)");
+  const Option wait = command.flag("--wait", options.wait, "Wait for its end, and tell how it went");
+  command.option("--timeout", "SECONDS", &options.seconds, "Wait so long at most (default: 60)")
+      .needs(wait)
+      .check(number_rule);
 }
 
 } // namespace kova::ctl

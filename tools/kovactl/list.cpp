@@ -75,16 +75,16 @@ ExitStatus find(const Output &output, const Options &options) {
 void add_list(Commands &commands) {
   auto [command, options] =
       commands.add<Options>("list", "Show the parameters that there are, and what they mean", list);
-  command.add_option("PREFIX", options.prefix, "Only the paths that begin so")->type_name("");
-  command.add_flag("--writable", options.writable_only, "Only parameters that can be set");
-  command.add_flag("--lists", options.lists_only, "Only lists, whose rows can be many");
-  commands.complete(command, [](const std::string &word) { return continued(word, Kind::anything, false); });
+  command.words("PREFIX", &options.prefix, "Only the paths that begin so");
+  command.flag("--writable", options.writable_only, "Only parameters that can be set");
+  command.flag("--lists", options.lists_only, "Only lists, whose rows can be many");
+  command.complete([](const std::string &word) { return continued(word, Kind::anything, false); });
 }
 
 void add_find(Commands &commands) {
   auto [command, options] = commands.add<Options>(
       "find", "Show the parameters that have all words in path or meaning, in any case", find);
-  command.add_option("WORD", options.words)->required()->type_name("");
+  command.words("WORD", &options.words).required();
 }
 
 } // namespace kova::ctl

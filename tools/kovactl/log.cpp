@@ -141,7 +141,7 @@ Table as_table(const std::vector<Json> &records) {
 namespace {
 
 struct Options {
-  std::optional<size_t> tail; // only so many of the last records
+  std::optional<int> tail; // only so many of the last records
   std::vector<std::string> kinds;
   std::string since; // as it was typed; afterwards as the log writes times
   bool follow = false;
@@ -204,8 +204,8 @@ ExitStatus log(const Output &output, const Options &options) {
     return records;
   };
   std::vector<Json> records = wanted();
-  if (options.tail && records.size() > *options.tail)
-    records.erase(records.begin(), records.end() - static_cast<std::ptrdiff_t>(*options.tail));
+  if (options.tail && std::ssize(records) > *options.tail)
+    records.erase(records.begin(), records.end() - *options.tail);
   if (!options.follow && output.json()) {
     output.print(Json(records));
     return Success;
@@ -224,18 +224,12 @@ ExitStatus log(const Output &output, const Options &options) {
 
 void add_log(Commands &commands) {
   auto [command, options] = commands.add<Options>("log", "Show what the device was asked to do", log);
-  command.add_option("--tail", options.tail, "Only the last N records")->type_name("N")->check(number_rule);
-  CLI::Option *kind =
-      command.add_option("--kind", options.kinds, "Only records of this kind; may be given again")
-          ->type_name("KIND")
-          ->check(CLI::IsMember(kinds))
-          ->allow_extra_args(false);
-  command
-      .add_option("--since", options.since,
-                  "Only what came after: 10m, 2h ago; 12:30 today; 2026-11-21T12:30:00")
-      ->type_name("TIME");
-  command.add_flag("--follow", options.follow, "Go on with what is asked from now on");
-  commands.complete(kind, [](const std::string &word) { return beginning_with(word, kinds); });
+  command.option("--tail", "N", &options.tail, "Only the last N records").check(number_rule);
+  command.option("--kind", "KIND", &options.kinds, "Only records of this kind; may be given again")
+      .one_of(kinds);
+  command.option("--since", "TIME", &options.since,
+                 "Only what came after: 10m, 2h ago; 12:30 today; 2026-11-21T12:30:00");
+  command.flag("--follow", options.follow, "Go on with what is asked from now on");
 }
 
 } // namespace kova::ctl

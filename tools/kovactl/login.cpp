@@ -96,11 +96,8 @@ void add_login(Commands &commands) {
   auto [command, options] = commands.add<Options>(
       "login", "Try a password of the web interface: that typed, or the first line of standard input",
       log_in);
-  command.add_option("ACCOUNT", options.account, "admin or user")
-      ->required()
-      ->type_name("")
-      ->check(CLI::IsMember(accounts, CLI::ignore_case));
-  commands.complete(command, [](const std::string &word) { return beginning_with(word, accounts); });
+  command.words("ACCOUNT", &options.account, "admin or user").required().one_of(accounts);
+  command.complete([](const std::string &word) { return beginning_with(word, accounts); });
 }
 
 } // namespace kova::ctl

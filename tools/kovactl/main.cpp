@@ -6,6 +6,7 @@
 #include "request/shortened.hpp"
 #include "request/spelling.hpp"
 
+#include <CLI/CLI.hpp>
 #include <fcntl.h>
 #include <kova.h>
 #include <unistd.h>
@@ -21,7 +22,7 @@ namespace {
 
 constexpr void (*commands[])(Commands &) = {
     add_get,    add_set,    add_rows, add_list,  add_find, add_watch, add_export,     add_model, add_settings,
-    add_device, add_inform, add_log,  add_nvram, add_tree, add_login, add_completion, add_help,
+    add_device, add_fleet, add_inform, add_log,  add_nvram, add_tree, add_login, add_completion, add_help,
 };
 
 class CommandLine {
@@ -31,18 +32,13 @@ public:
     program_.require_subcommand(0, 1); // none at all is noticed after parsing, unknown words before that
     program_.fallthrough();
     program_.set_version_flag("-V,--version", "kovactl " KOVA_VERSION);
-    program_.add_flag("--json", json_, "Answer in JSON, also when something fails");
-    program_.add_flag("--secondary", secondary_, "Act for the secondary management instance");
-    program_.add_option("--device", device_, "Directory of the virtual device (default: $KOVA_DEVICE)")
-        ->type_name("DIR")
-        ->check([](const std::string &text) {
-          return text.empty() ? std::string("it is empty") : std::string();
-        });
-    CLI::Option *colour = program_.add_option("--color", colour_, "auto, always or never (default: auto)")
-                              ->type_name("WHEN")
-                              ->check(CLI::IsMember(colours));
+    const Command everywhere(program_, registry_);
+    everywhere.flag("--json", json_, "Answer in JSON, also when something fails");
+    everywhere.flag("--secondary", secondary_, "Act for the secondary management instance");
+    everywhere.option("--device", "DIR", &device_, "Directory of the virtual device (default: $KOVA_DEVICE)")
+        .check([](const std::string &text) { return text.empty() ? "it is empty" : ""; });
+    everywhere.option("--color", "WHEN", &colour_, "auto, always or never (default: auto)").one_of(colours);
     Commands all(program_, registry_);
-    all.complete(colour, [](const std::string &word) { return beginning_with(word, colours); });
     for (const auto add : commands)
       add(all);
   }
@@ -136,7 +132,7 @@ void occupy_standard_streams() {
     if (fcntl(stream, F_GETFD) < 0) open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY);
 }
 
-int run(int argc, char **argv) {
+ExitStatus run(int argc, char **argv) {
   CommandLine line;
   try {
     line.parse(argc, argv);
@@ -150,6 +146,14 @@ int run(int argc, char **argv) {
 }
 
 } // namespace
+
+ExitStatus run_command_line(std::vector<std::string> words) {
+  words.insert(words.begin(), "kovactl");
+  std::vector<char *> arguments;
+  for (std::string &word : words)
+    arguments.push_back(word.data());
+  return run(static_cast<int>(arguments.size()), arguments.data());
+}
 
 } // namespace kova::ctl
 

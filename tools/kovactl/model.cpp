@@ -25,6 +25,7 @@ struct Format {
   std::string (*document)(); // nullptr: that of the device's values
 };
 constexpr Format formats[] = {
+    {"datamodel", "data model document", data_model_document},
     {"devicetype", "device type document", device_type_document},
     {"xml", "the same", device_type_document},
     {"csv", "with the device's values", nullptr},
@@ -57,11 +58,7 @@ void add_model(Commands &commands) {
   std::string help;
   for (const Format &format : formats)
     help += (help.empty() ? "" : ", ") + std::string(format.name) + ": " + format.help;
-  CLI::Option *format = command.add_option("--format", options.format, help)
-                            ->required()
-                            ->type_name("FORMAT")
-                            ->check(CLI::IsMember(format_names()));
-  commands.complete(format, [](const std::string &word) { return beginning_with(word, format_names()); });
+  command.option("--format", "FORMAT", &options.format, help).required().one_of(format_names());
 }
 
 } // namespace kova::ctl

@@ -1,18 +1,48 @@
-// The model as a table in C, for an agent's author.
+// The model as tables in C, for an agent's author.
 #include "kovactl/model_documents.hpp"
 
 namespace kova::ctl {
 namespace {
 
+constexpr const char *types =
+    R"(/* The parameters and lists of libkova with their accessors; 0 where there is none. */
+#include <kova.h>
+
+struct kova_parameter {
+  const char *path, *type;
+  int writable;
+  kova_getter *get;
+  kova_setter *set;
+  kova_checker *check;
+};
+/* Its rows are OBJECT.1.MEMBER, OBJECT.2.MEMBER, ... */
+struct kova_list {
+  const char *object, *member;
+  kova_row_getter *get;
+  kova_row_add *add;
+  kova_row_setter *set;
+  kova_row_delete *remove;
+};
+
+/* Those that take indexes have one instance of everything. */
+)";
+
 template <typename Shape>
 std::string symbol(const model::Accessor<Shape> &accessor) {
-  return accessor ? accessor.name : "0";
+  if (!accessor) return "0";
+  return (accessor.indexes > 0 ? "first_" : "") + std::string(accessor.name);
 }
 
-// Those that take indexes have shapes of their own.
-bool is_indexed(const model::Parameter &parameter) {
-  const std::string_view name = parameter.get ? parameter.get.name : "";
-  return name.find("WANConnection") != name.npos || name.find("GetWANDevice") != name.npos;
+// A function of the shape without indexes, where the library's takes some.
+template <typename Shape>
+std::string wrapper(const model::Accessor<Shape> &accessor, const std::string &parameters,
+                    const std::string &arguments) {
+  if (accessor.indexes == 0) return "";
+  std::string indexes;
+  for (int i = 0; i < accessor.indexes; ++i)
+    indexes += "1, ";
+  return "static int " + symbol(accessor) + "(" + parameters + ") {\n  return " + accessor.name + "(" +
+         indexes + arguments + ");\n}\n";
 }
 
 std::string row(const model::Parameter &parameter) {
@@ -21,20 +51,29 @@ std::string row(const model::Parameter &parameter) {
          symbol(parameter.set) + ", " + symbol(parameter.check) + "},\n";
 }
 
+std::string row(const model::RowList &list) {
+  return "  {\"" + std::string(list.object()) + "\", \"" + std::string(list.member()) + "\", " +
+         symbol(list.get) + ", " + symbol(list.add) + ", " + symbol(list.set) + ", " + symbol(list.remove) +
+         "},\n";
+}
+
+std::string array(const std::string &name, const std::string &rows) {
+  return "\nconst struct " + name + " " + name + "s[] = {\n" + rows + "};\nconst unsigned " + name +
+         "_count = sizeof " + name + "s / sizeof " + name + "s[0];\n";
+}
+
 } // namespace
 
 std::string accessor_table() {
-  std::string text =
-      "/* The parameters of libkova with their accessors; 0 where there is none. Those that take indexes are "
-      "left "
-      "out,\n * and so are the rows of lists. */\n#include <kova.h>\n\n"
-      "struct kova_parameter {\n  const char *path, *type;\n  int writable;\n  kova_getter *get;\n"
-      "  kova_setter *set;\n  kova_checker *check;\n};\n\n"
-      "const struct kova_parameter kova_parameters[] = {\n";
-  for (const model::Parameter *parameter : model::parameters())
-    if (!is_indexed(*parameter)) text += row(*parameter);
-  return text +
-         "};\nconst unsigned kova_parameter_count = sizeof kova_parameters / sizeof kova_parameters[0];\n";
+  std::string wrappers, parameters, lists;
+  for (const model::Parameter *parameter : model::parameters()) {
+    wrappers += wrapper(parameter->get, "char *buf, unsigned int buflen", "buf, buflen") +
+                wrapper(parameter->set, "const char *value", "value");
+    parameters += row(*parameter);
+  }
+  for (const model::RowList &list : model::lists())
+    lists += row(list);
+  return types + wrappers + array("kova_parameter", parameters) + array("kova_list", lists);
 }
 
 } // namespace kova::ctl

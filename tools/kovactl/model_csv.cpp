@@ -15,6 +15,7 @@ using Rows = std::map<std::string, Row>;
 
 std::string_view schema_type(model::Type type) {
   switch (type) {
+  case model::Type::Secret:
   case model::Type::IPAddress:
   case model::Type::MACAddress:
   case model::Type::List:

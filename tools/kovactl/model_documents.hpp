@@ -7,7 +7,10 @@
 
 namespace kova::ctl {
 
-// What the Broadband Forum calls a device type (DT) document.
+// What the Broadband Forum calls a data model (DM) instance document: of what the standard does not have.
+std::string data_model_document();
+
+// What it calls a device type (DT) document: of all that the device has, by reference to that and the standard.
 std::string device_type_document();
 
 // The reference page.

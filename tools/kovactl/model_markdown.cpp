@@ -1,8 +1,10 @@
 #include "kovactl/model_documents.hpp"
 #include "kovactl/model_objects.hpp"
+#include "request/allowed.hpp"
 
 #include <algorithm>
 #include <cctype>
+#include <regex>
 #include <vector>
 
 namespace kova::ctl {
@@ -14,7 +16,8 @@ values; [kovactl](kovactl.md) tells how.
 
 To find a parameter, search this page for its name, or for the path of its object. `{i}` stands for the number of an
 instance. Names that begin with `X_KOVA_` are this device's own, all others those of InternetGatewayDevice:1.14 and
-VoiceService:1.1. Access is what the device allows: some parameters that are writable there are only reported here.
+VoiceService:1.1. Access is what the device allows: some parameters that are writable there are only reported here. Where
+nothing is said of what is allowed, any value of the type is; a pattern is a regular expression of XML Schema.
 
 This page is generated. After a change of the model, bring it up to date:
 
@@ -73,12 +76,26 @@ std::string as_table(const std::vector<Cells> &rows) {
   return text;
 }
 
+// Words with what they mean; of a text the pattern too, unless its type says as much.
+std::string allowed_cell(const ModelParameter &parameter) {
+  if (!parameter.parameter) return "";
+  const request::AllowedValues allowed = request::allowed_values(*parameter.parameter);
+  std::string text;
+  if (!allowed.range)
+    for (const auto &[word, meaning] : allowed.words)
+      text += (text.empty() ? "" : "; ") + code(word) + (meaning.empty() ? "" : " " + escaped(meaning));
+  if (!text.empty()) return text + (allowed.takes_empty ? ", or nothing" : "");
+  text = escaped(allowed.text);
+  const bool plain = name(parameter.type) == name(model::Type::String) && !allowed.pattern.empty();
+  return text + (plain ? ": `" + std::regex_replace(allowed.pattern, std::regex("\\|"), "\\|") + "`" : "");
+}
+
 std::string parameter_table(const ModelObject &object) {
-  std::vector<Cells> rows = {{"Parameter", "Type", "Access", "Unit", "Meaning"}};
+  std::vector<Cells> rows = {{"Parameter", "Type", "Access", "Unit", "Meaning", "Allowed"}};
   for (const ModelParameter &parameter : object.parameters)
     rows.push_back({code(parameter.name), std::string(name(parameter.type)),
-                    std::string(name(parameter.access)), escaped(parameter.unit),
-                    escaped(parameter.meaning)});
+                    std::string(name(parameter.access)), escaped(parameter.unit), escaped(parameter.meaning),
+                    allowed_cell(parameter)});
   return as_table(rows);
 }
 

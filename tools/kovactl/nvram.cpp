@@ -53,13 +53,18 @@ ExitStatus get(const Output &output, const Options &options) {
 
 ExitStatus set(const Output &output, const Options &options) {
   boot(output);
-  const device::Turn turn(device::Turn::Kind::changing);
   std::vector<host::NvramEntry> entries;
   for (const std::string &text : options.words) {
     const auto [key, value] = as_assignment(text);
     entries.push_back({options.section, key, value});
   }
-  host::nvram_store(entries);
+  {
+    const device::Turn turn(device::Turn::Kind::changing);
+    host::nvram_store(entries);
+  }
+  for (const device::Daemon &agent : device::management_agents)
+    if (std::ranges::find(entries, agent.setting, &host::NvramEntry::key) != entries.end())
+      device::start_agents();
   show(output, entries);
   return Success;
 }
@@ -108,26 +113,21 @@ constexpr const char *section_help = "0: configuration (the default), 9: run-tim
 void add_nvram(Commands &commands) {
   Commands nvram = commands.group("nvram", "The key/value store");
   const auto add = [&](const char *name, const char *help, ExitStatus (*run)(const Output &, const Options &),
-                       const char *words) -> Commands::Added<Options> {
-    auto added = nvram.add<Options>(name, help, run);
-    added.app.add_option(words, added.options.words)->required()->type_name("");
-    added.app.add_option("-s,--section", added.options.section, section_help)
-        ->type_name("N")
-        ->check(number_rule);
-    return added;
+                       const char *words, const Completions &completions) {
+    auto [command, options] = nvram.add<Options>(name, help, run);
+    command.option("-s,--section", "N", &options.section, section_help).check(number_rule);
+    command.complete(completions);
+    return command.words(words, &options.words).required();
   };
-  nvram.complete(add("get", "Show keys", get, "KEY").app, complete_key);
-  auto [setting, values] = add("set", "Store keys as they are, without any rule", set, "KEY=VALUE");
-  setting.get_option("KEY=VALUE")->check(assignment_rule);
-  nvram.complete(setting, complete_assignment_of_key);
-  nvram.complete(add("unset", "Remove keys", unset, "KEY").app, complete_key);
+  add("get", "Show keys", get, "KEY", complete_key);
+  add("set", "Store keys as they are, without any rule", set, "KEY=VALUE", complete_assignment_of_key)
+      .check(assignment_rule);
+  add("unset", "Remove keys", unset, "KEY", complete_key);
 
   auto [listing, options] = nvram.add<ListOptions>("list", "Show all keys", list);
-  listing.add_option("PREFIX", options.prefix, "Only the keys that begin so")->type_name("");
-  listing.add_option("-s,--section", options.section, "Only this section")
-      ->type_name("N")
-      ->check(number_rule);
-  nvram.complete(listing, complete_key);
+  listing.words("PREFIX", &options.prefix, "Only the keys that begin so");
+  listing.option("-s,--section", "N", &options.section, "Only this section").check(number_rule);
+  listing.complete(complete_key);
 }
 
 } // namespace kova::ctl

@@ -25,12 +25,17 @@ Json as_json(const Fault &fault) {
   return json;
 }
 
+const model::RowList *list_of(std::string_view path) {
+  for (const model::RowList &list : model::lists())
+    if (path.starts_with(list.object())) return &list;
+  return nullptr;
+}
+
 // What it may be set to; of a list the form of its rows.
 std::string allowed(const Listed &listed) {
   if (const model::Parameter *parameter = model::find(listed.path)) return allowed_values(*parameter).text;
-  for (const model::RowList &list : model::lists())
-    if (listed.path.starts_with(list.object())) return std::string(list.form);
-  return "";
+  const model::RowList *list = list_of(listed.path);
+  return list ? std::string(list->form) : "";
 }
 
 template <typename Shape>
@@ -49,6 +54,11 @@ Json as_json(const Listed &listed) {
     add_name(json, "getter", parameter->get);
     add_name(json, "setter", parameter->set);
     add_name(json, "checker", parameter->check);
+  } else if (const model::RowList *list = list_of(listed.path)) {
+    add_name(json, "getter", list->get);
+    add_name(json, "setter", list->set);
+    add_name(json, "add", list->add);
+    add_name(json, "delete", list->remove);
   }
   return json;
 }

@@ -51,19 +51,17 @@ ExitStatus remove(const Output &output, const Options &options) {
 void add_rows(Commands &commands) {
   auto [adding, row] =
       commands.add<Options>("add", "Add a row to a list, with its value or a placeholder", add);
-  adding.add_option("OBJECT.", row.path, "A list; kovactl list --lists shows them")
-      ->required()
-      ->type_name("");
-  adding.add_option("VALUE", row.value, "No row is added when it is refused")->type_name("");
-  commands.complete(adding, [](const std::string &word) { return continued(word, Kind::list, true); });
+  adding.words("OBJECT.", &row.path, "A list; kovactl list --lists shows them").required();
+  adding.words("VALUE", &row.value, "No row is added when it is refused");
+  adding.complete([](const std::string &word) { return continued(word, Kind::list, true); });
 
   auto [deleting, old] =
       commands.add<Options>("delete", "Delete a row of a list; those behind it move up", remove);
-  deleting.add_option("OBJECT.N.", old.path, "A row of a list")->required()->type_name("");
-  commands.complete(deleting, [](const std::string &word) { return continued(word, Kind::row, true); });
+  deleting.words("OBJECT.N.", &old.path, "A row of a list").required();
+  deleting.complete([](const std::string &word) { return continued(word, Kind::row, true); });
 
-  adding.add_flag("--log", row.with_log, "Then show what the device was asked to do");
-  deleting.add_flag("--log", old.with_log, "Then show what the device was asked to do");
+  adding.flag("--log", row.with_log, "Then show what the device was asked to do");
+  deleting.flag("--log", old.with_log, "Then show what the device was asked to do");
 }
 
 } // namespace kova::ctl

@@ -4,6 +4,7 @@
 #include "kovactl/command.hpp"
 #include "kovactl/commands.hpp"
 #include "kovactl/diagnostics_tests.hpp"
+#include "kovactl/inform.hpp"
 #include "kovactl/log.hpp"
 #include "kovactl/report.hpp"
 #include "kovactl/trial.hpp"
@@ -118,6 +119,7 @@ ExitStatus set(const Output &output, const Options &options) {
     setting = carry_out(request, options.file.has_value());
     if (setting.accepted && aftermath.tests.empty()) aftermath.now = read_back(setting.stored);
   });
+  follow_management_url(setting.stored);
   if (!served && !setting.stored.empty())
     output.note("the service daemon is not running: no service heard of this; kovactl device up starts it");
   if (setting.accepted)
@@ -137,31 +139,26 @@ ExitStatus set(const Output &output, const Options &options) {
 
 void add_set(Commands &commands) {
   auto [command, options] = commands.add<Options>("set", "Change parameters in one request", set);
-  command.add_option("PATH=VALUE", options.assignments, "These come after those of --file")
-      ->check(assignment_rule)
-      ->type_name("");
-  CLI::Option *file =
-      command
-          .add_option("--file", options.file,
-                      "Take the request from FILE, \"-\" is standard input: one PATH=VALUE a line, or JSON")
-          ->type_name("FILE");
+  command.words("PATH=VALUE", &options.assignments, "These come after those of --file")
+      .check(assignment_rule);
+  const Option file =
+      command.option("--file", "FILE", &options.file,
+                     "Take the request from FILE, \"-\" is standard input: one PATH=VALUE a line, or JSON");
   command
-      .add_flag("--skip-read-only", options.skip_read_only,
-                "Leave out what FILE has of parameters that are only read")
-      ->needs(file);
-  CLI::Option *dry =
-      command.add_flag("--dry-run", options.dry_run,
-                       "Only tell whether the request would be accepted: try it on a copy of the device");
-  command.add_flag("--log", options.with_log, "Then show what the device was asked to do")->excludes(dry);
-  CLI::Option *wait =
-      command
-          .add_flag("--wait", options.with_tests, "Wait for the diagnostics tests that the request asks for")
-          ->excludes(dry);
-  command.add_option("--timeout", options.timeout, "Wait so long at most (default: 120)")
-      ->type_name("SECONDS")
-      ->needs(wait)
-      ->check(number_rule);
-  commands.complete(command, complete_assignment);
+      .flag("--skip-read-only", options.skip_read_only,
+            "Leave out what FILE has of parameters that are only read")
+      .needs(file);
+  const Option dry =
+      command.flag("--dry-run", options.dry_run,
+                   "Only tell whether the request would be accepted: try it on a copy of the device");
+  command.flag("--log", options.with_log, "Then show what the device was asked to do").excludes(dry);
+  const Option wait =
+      command.flag("--wait", options.with_tests, "Wait for the diagnostics tests that the request asks for");
+  wait.excludes(dry);
+  command.option("--timeout", "SECONDS", &options.timeout, "Wait so long at most (default: 120)")
+      .needs(wait)
+      .check(number_rule);
+  command.complete(complete_assignment);
 }
 
 } // namespace kova::ctl

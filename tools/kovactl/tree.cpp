@@ -115,14 +115,14 @@ std::vector<std::string> complete_leaf(const std::string &word) {
 void add_tree(Commands &commands) {
   Commands tree = commands.group("tree", "The configuration tree");
   auto [getting, paths] = tree.add<Options>("get", "Show leaves", get);
-  getting.add_option("PATH", paths.words, "As in /tarn/...")->required()->type_name("");
+  getting.words("PATH", &paths.words, "As in /tarn/...").required();
   auto [setting, leaves] = tree.add<Options>("set", "Store leaves as they are, without any rule", set);
-  setting.add_option("PATH=VALUE", leaves.words)->required()->check(assignment_rule)->type_name("");
+  setting.words("PATH=VALUE", &leaves.words).required().check(assignment_rule);
   auto [listing, options] = tree.add<ListOptions>("list", "Show all leaves", list);
-  listing.add_option("PREFIX", options.prefix, "Only the leaves at or below this path")->type_name("");
-  tree.complete(getting, complete_path);
-  tree.complete(setting, complete_leaf);
-  tree.complete(listing, complete_path);
+  listing.words("PREFIX", &options.prefix, "Only the leaves at or below this path");
+  getting.complete(complete_path);
+  setting.complete(complete_leaf);
+  listing.complete(complete_path);
 }
 
 } // namespace kova::ctl

@@ -112,14 +112,10 @@ ExitStatus watch(const Output &output, const Options &options) {
 void add_watch(Commands &commands) {
   auto [command, options] =
       commands.add<Options>("watch", "Show values as they change, numbers with a curve on a terminal", watch);
-  command.add_option("PATH", options.paths, "As for get")->required()->type_name("");
-  command.add_option("--interval", options.interval, "Look so often (default: 1)")
-      ->type_name("SECONDS")
-      ->check(number_rule);
-  command.add_option("--times", options.times, "Look so many times, then end")
-      ->type_name("N")
-      ->check(number_rule);
-  commands.complete(command, [](const std::string &word) { return continued(word, Kind::anything, false); });
+  command.words("PATH", &options.paths, "As for get").required();
+  command.option("--interval", "SECONDS", &options.interval, "Look so often (default: 1)").check(number_rule);
+  command.option("--times", "N", &options.times, "Look so many times, then end").check(number_rule);
+  command.complete([](const std::string &word) { return continued(word, Kind::anything, false); });
 }
 
 } // namespace kova::ctl
