@@ -1,4 +1,5 @@
 #include "host_test.hpp"
+#include "platform/host/console_admin.hpp"
 #include "platform/host/rule_admin.hpp"
 #include "platform/nvram.h"
 #include "platform/rules.h"

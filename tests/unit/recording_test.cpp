@@ -8,6 +8,7 @@
 #include <kova/transaction.h>
 
 #include <algorithm>
+#include <climits>
 #include <cstdlib>
 #include <fstream>
 #include <map>
@@ -132,10 +133,11 @@ Strings values_of(const Parameter &parameter) {
   std::istringstream words{std::string(allowed.words)};
   for (std::string word; words >> word;)
     values.push_back(word);
-  if (allowed.least != allowed.most)
-    for (const long long number :
-         {allowed.least - 1LL, allowed.least + 0LL, allowed.most + 0LL, allowed.most + 1LL})
+  if (allowed.least != allowed.most) {
+    const long long least = allowed.least, most = std::min(allowed.most, 0L + INT_MAX); // on every word size
+    for (const long long number : {least - 1, least, most, most + 1})
       values.push_back(std::to_string(number));
+  }
   std::set<std::string> seen;
   std::erase_if(values, [&](const std::string &value) { return !seen.insert(value).second; });
   return values;
