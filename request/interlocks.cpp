@@ -86,22 +86,31 @@ bool closes(const Interlock &interlock, const std::string &path) {
   return path != interlock.by && fnmatch(interlock.pattern.c_str(), path.c_str(), 0) == 0;
 }
 
-std::string value_of(const std::string &path) {
+using Given = std::map<std::string, std::string>;
+
+std::string value_of(const std::string &path, const Given *given) {
+  if (given)
+    if (const auto value = given->find(path); value != given->end()) return value->second;
   const Reading reading = get_values(std::span(&path, 1));
   return reading.values.empty() ? "" : reading.values.front().text;
 }
 
-bool is_closed(const Interlock &interlock) {
+bool is_closed(const Interlock &interlock, const Given *given) {
   if (interlock.closed) return interlock.closed();
-  return std::ranges::find(interlock.closing, value_of(interlock.by)) != interlock.closing.end();
+  return std::ranges::find(interlock.closing, value_of(interlock.by, given)) != interlock.closing.end();
 }
 
 } // namespace
 
 std::optional<std::string> interlock_of(std::string_view path) {
+  return interlock_of(path, nullptr);
+}
+
+std::optional<std::string> interlock_of(std::string_view path, const Given *given) {
   for (const Interlock &interlock : interlocks()) {
     if (!closes(interlock, std::string(path))) continue;
-    if (is_closed(interlock) && !interlock_of(interlock.by)) // what cannot be turned now is without effect
+    if (is_closed(interlock, given) &&
+        !interlock_of(interlock.by, given)) // what cannot be turned now is without effect
       return interlock.words + ": set " + interlock.by + "=" + interlock.opening + " first";
   }
   return std::nullopt;

@@ -216,7 +216,7 @@ TEST_F(Tool, KeepsStandardOutputToItself) {
   }
   EXPECT_EQ(size("data.mdb"), data);
   EXPECT_EQ(size("data.mdb-lock"), lock);
-  for (const Words &words : {Words{"list"}, Words{"model", "--format", "csv"}})
+  for (const Words &words : {Words{"list"}, Words{"model", "--format", "markdown"}})
     EXPECT_EQ(shell(command_line(words) + " | head -n 1").err, "");
 }
 
