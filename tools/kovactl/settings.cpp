@@ -54,6 +54,7 @@ ExitStatus restore(const Output &output, const Options &) {
   if (text_of(backup_file()).empty()) return output.failure(file + " is empty: there is nothing to put back");
   if (in_turn([] { return backup_restore_settings(restore_mode); }) != 0)
     return output.failure("cannot read " + file);
+  device::start_agents();
   return done(output, "restore", "put back the server settings of both management instances from " + file);
 }
 
