@@ -11,7 +11,7 @@
 //   (held while the device's state
 //            changes), turn (held for a request), serial (the serial number), hardware (what device/redirect
 //            tells of the machine), and the marks created, booted (the host boot in which the device was
-//            booted), resetting
+//            booted), resetting, faults (on demand)
 #pragma once
 
 #include "device/daemons.hpp"

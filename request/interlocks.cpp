@@ -3,6 +3,7 @@
 #include "request/request.hpp"
 
 #include <fnmatch.h>
+#include <kova/time.h>
 
 #include <algorithm>
 
@@ -15,6 +16,7 @@ struct Interlock {
   std::vector<std::string> closing; // its values that do
   std::string opening;              // one that opens them
   std::string words;                // for a person
+  bool (*closed)() = nullptr;       // in the place of the values
 };
 
 const std::string firewall = "InternetGatewayDevice.X_KOVA_Firewall.";
@@ -23,6 +25,7 @@ const std::string connection = "InternetGatewayDevice.WANDevice.1.WANConnectionD
 const std::string vpn = "InternetGatewayDevice.WANDevice.1.X_KOVA_OperMode.";
 const std::string dhcp = "InternetGatewayDevice.LANDevice.1.LANHostConfigManagement.";
 const std::string server = "InternetGatewayDevice.ManagementServer.";
+const std::string time_of_day = "InternetGatewayDevice.Time.";
 const std::string snmp = "InternetGatewayDevice.X_KOVA_SNMP.";
 
 std::vector<Interlock> all() {
@@ -52,6 +55,12 @@ std::vector<Interlock> all() {
     found.push_back({dhcp + member, dhcp + "DHCPServerEnable", {"0"}, "1", "the DHCP server is off"});
   for (const char *member : {"UserName", "Password"})
     found.push_back({snmp + member, snmp + "Enable", off, "1", "SNMP is off"});
+  found.push_back({time_of_day + "DaylightSavings*",
+                   time_of_day + "LocalTimeZone",
+                   {},
+                   "+01:00",
+                   "the zone has no daylight saving",
+                   [] { return kovaCheckLocalTimeZone() != 0; }});
   found.push_back({server + "PeriodicInformInterval",
                    server + "PeriodicInformEnable",
                    {"0"},
@@ -77,19 +86,31 @@ bool closes(const Interlock &interlock, const std::string &path) {
   return path != interlock.by && fnmatch(interlock.pattern.c_str(), path.c_str(), 0) == 0;
 }
 
-std::string value_of(const std::string &path) {
+using Given = std::map<std::string, std::string>;
+
+std::string value_of(const std::string &path, const Given *given) {
+  if (given)
+    if (const auto value = given->find(path); value != given->end()) return value->second;
   const Reading reading = get_values(std::span(&path, 1));
   return reading.values.empty() ? "" : reading.values.front().text;
+}
+
+bool is_closed(const Interlock &interlock, const Given *given) {
+  if (interlock.closed) return interlock.closed();
+  return std::ranges::find(interlock.closing, value_of(interlock.by, given)) != interlock.closing.end();
 }
 
 } // namespace
 
 std::optional<std::string> interlock_of(std::string_view path) {
+  return interlock_of(path, nullptr);
+}
+
+std::optional<std::string> interlock_of(std::string_view path, const Given *given) {
   for (const Interlock &interlock : interlocks()) {
     if (!closes(interlock, std::string(path))) continue;
-    const std::string value = value_of(interlock.by);
-    const bool closed = std::ranges::find(interlock.closing, value) != interlock.closing.end();
-    if (closed && !interlock_of(interlock.by)) // what cannot be turned now is without effect
+    if (is_closed(interlock, given) &&
+        !interlock_of(interlock.by, given)) // what cannot be turned now is without effect
       return interlock.words + ": set " + interlock.by + "=" + interlock.opening + " first";
   }
   return std::nullopt;

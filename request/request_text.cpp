@@ -77,7 +77,7 @@ struct CharacterIterator {
 };
 
 // {"PATH": "VALUE", ...} or [{"path": "PATH", "value": "VALUE"}, ...], also as the "parameters" of an
-// answer. Read as it comes, so that numbers keep their digits, repeated names their places, and errors have
+// answer, whose "faults" are passed over. Read as it comes, so that numbers keep their digits, repeated names their places, and errors have
 // a line.
 class JsonRequest : public nlohmann::json_sax<Json> {
 public:
@@ -93,6 +93,8 @@ public:
   bool binary(Json::binary_t &) override { return refuse_value(); }
 
   bool start_array(std::size_t) override {
+    const bool is_faults = depth_ == 1 && name_ == "faults" && (request_.empty() || outside_ == 1);
+    if (skipped_ > 0 || is_faults) return skip(1);
     const bool is_answer = depth_ == 1 && !is_array_ && request_.empty() && name_ == "parameters";
     if (depth_ > 0 && !is_answer) refuse_value();
     is_array_ = true;
@@ -101,6 +103,7 @@ public:
     return true;
   }
   bool start_object(std::size_t) override {
+    if (skipped_ > 0) return skip(1);
     if (depth_ > (is_array_ ? outside_ + 1 : 0)) refuse_value();
     path_.reset();
     value_.reset();
@@ -112,11 +115,13 @@ public:
     return true;
   }
   bool end_object() override {
+    if (skipped_ > 0) return skip(-1);
     if (is_array_ && depth_ == outside_ + 2) add(path_, value_);
     --depth_;
     return true;
   }
   bool end_array() override {
+    if (skipped_ > 0) return skip(-1);
     --depth_;
     return true;
   }
@@ -132,7 +137,12 @@ private:
       place_.refuse(R"(an object with "path" and "value" is expected)");
     place_.refuse("the value of \"" + name_ + "\" is neither a text, a number nor a boolean");
   }
+  bool skip(int levels) {
+    skipped_ += levels;
+    return true;
+  }
   bool scalar(const std::string &text) {
+    if (skipped_ > 0) return true;
     if (!is_array_)
       add(name_, text);
     else if (depth_ <= outside_ + 1)
@@ -154,6 +164,7 @@ private:
   Place &place_;
   bool is_array_ = false;
   int depth_ = 0, outside_ = 0; // how deep this is, and the array itself
+  int skipped_ = 0;             // how deep this is in what is passed over
   std::string name_;
   std::optional<std::string> path_, value_;
   std::vector<Assignment> request_;

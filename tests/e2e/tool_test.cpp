@@ -128,6 +128,9 @@ TEST_F(Tool, FindsNamesSuggestsAndExplains) {
       {"set X_KOVA_LAN.DHCPLeaseTime=5", 1, "it takes a number of seconds from 300 to 172800"},
       {"set X_KOVA_LAN.IPAddress=192.168.9.1", 1, "192.168.1.200 is not in the network of 192.168.9.1"},
       {"set URLFilter.Mode=1", 1, "URLFilter.Enable=1 first"},
+      {"export Nope", 1, "nothing that can be exported"},
+      {"set LocalTimeZone=+05:45", 0, "+05:45\n"},
+      {"set DaylightSavingsUsed=1", 1, "the zone has no daylight saving"},
       {"add MACFilter.White. 00:11:22:33:44:55", 1, "MACFilter.Mode=1 first"},
       {"add MACFilter.Black. 00:11", 1, "it takes a MAC address"},
       {"add X_KOVA_Route. 192.168.1.2,10.1.0.0,255.255.0.0,7", 1, "Route type with wrong value."},
@@ -213,7 +216,7 @@ TEST_F(Tool, KeepsStandardOutputToItself) {
   }
   EXPECT_EQ(size("data.mdb"), data);
   EXPECT_EQ(size("data.mdb-lock"), lock);
-  for (const Words &words : {Words{"list"}, Words{"model", "--format", "csv"}})
+  for (const Words &words : {Words{"list"}, Words{"model", "--format", "markdown"}})
     EXPECT_EQ(shell(command_line(words) + " | head -n 1").err, "");
 }
 

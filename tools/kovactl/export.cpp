@@ -22,6 +22,8 @@ ExitStatus export_configuration(const Output &output, const Options &options) {
   start_agent(output);
   const Configuration configuration =
       in_turn([&] { return get_configuration(options.prefix); }, device::Turn::Kind::reading);
+  if (configuration.values.empty() && configuration.left_out.empty())
+    return output.failure("nothing that can be exported begins with " + quoted(options.prefix));
   if (output.json()) {
     Json values = Json::array();
     for (const auto &[path, value] : configuration.values)

@@ -29,12 +29,6 @@ void complain_lines(const Output &output, const std::string &serial, const std::
     output.complain(Table{{{serial + ": " + line}}});
 }
 
-// What a command has answered is JSON; of one that answers nothing, or lines of it, the text.
-Json as_json(const DeviceResult &result) {
-  Json answer = Json::parse(result.out, nullptr, false);
-  return answer.is_discarded() ? Json(result.out) : answer;
-}
-
 ExitStatus run_on_each(const Output &output, const std::string &directory,
                        const std::vector<std::string> &words) {
   const Fleet fleet(fleet_directory(directory));
@@ -49,7 +43,7 @@ ExitStatus run_on_each(const Output &output, const std::string &directory,
   for (const DeviceResult &result : done.results) {
     failed += result.well() ? 0U : 1U;
     if (output.json()) {
-      answers[result.serial] = as_json(result);
+      answers[result.serial] = result.answer();
       continue;
     }
     print_lines(output, result.serial, result.out);

@@ -50,7 +50,7 @@ ExitStatus summarize(const Output &output, const Fleet &fleet, const WorkDone &d
   if (output.json()) {
     Json failed = Json::object();
     for (const DeviceResult &result : done.results)
-      if (!result.well()) failed[result.serial] = Json::parse(result.out, nullptr, false);
+      if (!result.well()) failed[result.serial] = result.answer();
     output.print(Json{{"directory", fleet.directory()}, {what, well}, {"failed", failed}});
     return failed.empty() && !done.interrupted ? Success : Failure;
   }

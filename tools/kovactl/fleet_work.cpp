@@ -93,6 +93,11 @@ void show_progress(const Output &output, std::size_t done, std::size_t all, std:
 
 } // namespace
 
+Json DeviceResult::answer() const {
+  Json value = Json::parse(out, nullptr, false);
+  return value.is_discarded() ? Json(out) : value;
+}
+
 WorkDone on_each_device(const Fleet &fleet, const std::vector<std::string> &serials, const Output &output,
                         const DeviceWork &work) {
   WorkDone done;
@@ -140,7 +145,9 @@ WorkDone on_each_device(const Fleet &fleet, const std::vector<std::string> &seri
 ExitStatus report_failures(const Output &output, const WorkDone &done) {
   Table failures;
   for (const DeviceResult &result : done.results)
-    if (!result.well()) failures.push_back({{result.serial + ": " + result.messages, Style::Alarm}});
+    if (!result.well())
+      failures.push_back(
+          {{result.serial + ": " + result.messages.substr(0, result.messages.find('\n')), Style::Alarm}});
   output.complain(failures);
   if (done.interrupted) output.note("interrupted: the other devices are left as they are");
   return failures.empty() && !done.interrupted ? Success : Failure;

@@ -15,6 +15,8 @@ struct DeviceResult {
   int status = Success;
   std::string out, messages; // what it has written
   bool well() const { return status == Success; }
+  // With --json: what it has written, as text where that is no JSON value.
+  Json answer() const;
 };
 
 // Done by a process of its own, on the selected device. What it throws is a failure.

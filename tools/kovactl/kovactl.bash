@@ -3,7 +3,7 @@
 _kovactl() {
   local cur=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
   case $previous in
-    --device)
+    --device | --dir)
       compopt -o dirnames 2>/dev/null
       return
       ;;

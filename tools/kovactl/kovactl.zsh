@@ -4,7 +4,7 @@
 _kovactl() {
   local -a found open whole
   case ${words[CURRENT - 1]} in
-    --device) _directories; return ;;
+    --device | --dir) _directories; return ;;
     --file) _files; return ;;
   esac
   found=("${(@f)$(${words[1]} complete -- "${(@)words[2,CURRENT]}" 2>/dev/null)}")

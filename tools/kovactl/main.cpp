@@ -21,8 +21,9 @@ namespace kova::ctl {
 namespace {
 
 constexpr void (*commands[])(Commands &) = {
-    add_get,    add_set,    add_rows, add_list,  add_find, add_watch, add_export,     add_model, add_settings,
-    add_device, add_fleet, add_inform, add_log,  add_nvram, add_tree, add_login, add_completion, add_help,
+    add_get,    add_set,   add_rows,     add_list,   add_find,       add_watch,
+    add_export, add_model, add_settings, add_device, add_fleet,      add_inform,
+    add_log,    add_nvram, add_tree,     add_login,  add_completion, add_help,
 };
 
 class CommandLine {

@@ -22,23 +22,23 @@ struct Options {
   int timeout = 120;
 };
 
-// What shows in an answer but is no setting.
-bool is_read_only(const Assignment &assignment) {
-  const model::Parameter *parameter = model::find(assignment.path);
-  const auto row = model::row_at(assignment.path);
-  return (parameter && (!parameter->writable() || acts(assignment.path))) || (row && !row->list->writable());
-}
-
 std::vector<Assignment> requested(const Options &options) {
   std::vector<Assignment> request;
   if (options.file) request = read_request(*options.file);
-  if (options.skip_read_only) std::erase_if(request, is_read_only);
   for (const std::string &text : options.assignments)
     request.push_back(as_assignment(text));
   if (request.empty())
     throw UsageError(options.file ? "the request sets nothing"
                                   : "PATH=VALUE or --file is required; see kovactl set --help");
   return request;
+}
+
+// What cannot be set goes from the file's values; those of the command line, which follow, stay.
+void skip_in_file(std::vector<Assignment> &request, size_t typed) {
+  const auto end = request.end() - static_cast<std::ptrdiff_t>(typed);
+  std::vector<Assignment> kept = settings_among({request.begin(), end});
+  kept.insert(kept.end(), end, request.end());
+  request = std::move(kept);
 }
 
 // With their paths whole.
@@ -98,8 +98,12 @@ ExitStatus try_out(const Output &output, const Options &options, const std::vect
 ExitStatus set(const Output &output, const Options &options) {
   std::vector<Assignment> request = requested(options);
   start_agent(output);
-  in_turn([&] { complete_paths(request); },
-          device::Turn::Kind::reading); // what it cannot is a fault of the request
+  in_turn(
+      [&] {
+        complete_paths(request); // what it cannot is a fault of the request
+        if (options.skip_read_only) skip_in_file(request, options.assignments.size());
+      },
+      device::Turn::Kind::reading);
   if (options.dry_run) return try_out(output, options, request);
 
   Aftermath aftermath;
@@ -146,7 +150,7 @@ void add_set(Commands &commands) {
                      "Take the request from FILE, \"-\" is standard input: one PATH=VALUE a line, or JSON");
   command
       .flag("--skip-read-only", options.skip_read_only,
-            "Leave out what FILE has of parameters that are only read")
+            "Leave out what FILE has that cannot be set: only read, empty, or closed by another value")
       .needs(file);
   const Option dry =
       command.flag("--dry-run", options.dry_run,
