@@ -1,4 +1,5 @@
 #include "device/file_system.hpp"
+#include "device/formatted.hpp"
 #include "device/layout.hpp"
 #include "device/paths.hpp"
 
@@ -21,13 +22,6 @@ constexpr Client clients[] = {
     {"laptop", "192.168.1.101", "02:11:22:33:44:55", "021122334455", "BGN", "40M"},
     {"printer", "192.168.1.102", "02:11:22:33:44:66", "021122334466", "BG", "20M"},
 };
-
-template <typename... Arguments>
-std::string formatted(const char *format, Arguments... arguments) {
-  char text[256];
-  std::snprintf(text, sizeof text, format, arguments...);
-  return text;
-}
 
 // Expiry time, MAC address, IP address, host name.
 std::string leases() {

@@ -1,8 +1,9 @@
 #include "device/identity.hpp"
 
+#include "device/formatted.hpp"
+
 #include <algorithm>
 #include <cstdint>
-#include <cstdio>
 #include <random>
 #include <stdexcept>
 #include <string_view>
@@ -29,13 +30,6 @@ uint64_t number_of(std::string_view serial) {
   for (const char digit : digits)
     number = number * 10 + static_cast<uint64_t>(digit - '0');
   return hash_of(serial.substr(0, serial.size() - digits.size())) + number;
-}
-
-template <typename... Arguments>
-std::string formatted(const char *format, Arguments... arguments) {
-  char text[64];
-  std::snprintf(text, sizeof text, format, arguments...);
-  return text;
 }
 
 // The Luhn digit: with it, the sum of all digits, every second from the right doubled, ends in 0.

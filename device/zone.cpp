@@ -1,5 +1,6 @@
 #include "device/zone.hpp"
 
+#include "device/formatted.hpp"
 #include "platform/host/nvram_admin.hpp"
 #include "platform/host/whole_number.hpp"
 
@@ -24,13 +25,6 @@ std::optional<int> minutes(std::string_view offset) {
   const auto rest = colon == std::string_view::npos ? 0 : host::whole_number<int>(offset.substr(colon + 1));
   if (!hours || !rest || *hours < 0 || *hours > 14 || *rest < 0 || *rest > 59) return std::nullopt;
   return (west ? -1 : 1) * (*hours * hour + *rest);
-}
-
-template <typename... Arguments>
-std::string formatted(const char *format, Arguments... arguments) {
-  char text[64];
-  std::snprintf(text, sizeof text, format, arguments...);
-  return text;
 }
 
 bool is_name(std::string_view letters) {

@@ -44,6 +44,8 @@ std::string_view request_name(uint32_t command) {
     return without_prefix(#name);
 #define TEXT_REQUEST(name, code) REQUEST(name, code)
 #include "src/frame/requests.def"
+#undef REQUEST
+#undef TEXT_REQUEST
   default:
     return "unknown";
   }

@@ -1,6 +1,7 @@
 // The operation-mode record: how the router connects its LAN, and through which tunnel.
 #include "platform/host/complaints.hpp"
 #include "platform/host/nvram_sections.hpp"
+#include "platform/host/text_of.hpp"
 #include "platform/nvram.h"
 #include "platform/webs.h"
 
@@ -56,7 +57,7 @@ void OperMode_delete(OperMode *record) {
 }
 
 int OperMode_checkKeyWritableFromNvram(const char *key) {
-  const std::string_view name = key == nullptr ? "" : key;
+  const std::string_view name = kova::host::text_of(key);
   for (const VpnKeys &keys : vpn_keys) {
     if (keys.is_prefix ? !name.starts_with(keys.name) : name != keys.name) continue;
     OperMode mode = {};

@@ -6,6 +6,7 @@
 #include "platform/host/latest.hpp"
 #include "platform/host/rule_admin.hpp"
 #include "platform/host/rule_kinds.hpp"
+#include "platform/host/text_of.hpp"
 #include "platform/nvram.h"
 
 #include <algorithm>
@@ -259,7 +260,7 @@ Latest<std::string> &complaints() {
 } // namespace
 
 int tarn_check_param(int group, const char *value, int item) {
-  const std::string_view text = value == nullptr ? "" : value;
+  const std::string_view text = text_of(value);
   const int code = judge(group, text, item);
   if (code < 0) refusals().add({group, item, std::string(text), code});
   return code;

@@ -1,5 +1,6 @@
 // Uptime, traffic counters and hardware addresses, from the running kernel.
 #include "platform/host/nvram_sections.hpp"
+#include "platform/host/text_of.hpp"
 #include "platform/nvram.h"
 
 #include <fcntl.h>
@@ -36,7 +37,7 @@ const char *counter_file(int counter) {
 
 // A name that the kernel would take: nothing that leads elsewhere as part of a path.
 bool is_interface_name(const char *name) {
-  const std::string_view text = name == nullptr ? "" : name;
+  const std::string_view text = kova::host::text_of(name);
   return !text.empty() && text.size() < IFNAMSIZ && text != "." && text != ".." &&
          text.find('/') == std::string_view::npos;
 }
@@ -77,7 +78,7 @@ long long tarn_get_if_statistic(const char *ifname, int counter) {
 }
 
 int tarn_get_ifname_statistic(const char *logical, char *text, int size, int counter) {
-  const std::string_view name = logical == nullptr ? "" : logical;
+  const std::string_view name = kova::host::text_of(logical);
   if (name == "lan") return write_statistic("eth0", counter, text, size);
   if (name != "wan") return -1;
   char data_interface[IFNAMSIZ] = "";

@@ -1,6 +1,7 @@
 #include "platform/host/store.hpp"
 
 #include "platform/host/device_dir.hpp"
+#include "platform/host/text_of.hpp"
 
 #include <fcntl.h>
 #include <pthread.h>
@@ -98,7 +99,7 @@ void Store::follow_device(Access access) {
     reader_ = nullptr;
   }
   const char *variable = std::getenv("KOVA_DEVICE");
-  const std::string_view named = variable == nullptr ? "" : variable;
+  const std::string_view named = text_of(variable);
   if (!located_ || named != device_variable_) {
     close();
     device_variable_ = named;

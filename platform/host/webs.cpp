@@ -4,6 +4,7 @@
 #include "platform/host/complaints.hpp"
 #include "platform/host/ipv4.hpp"
 #include "platform/host/lan.hpp"
+#include "platform/host/text_of.hpp"
 #include "platform/host/whole_number.hpp"
 
 #include <string>
@@ -12,12 +13,9 @@
 using kova::host::complained;
 using kova::host::parse_quad;
 using kova::host::QuadFault;
+using kova::host::text_of;
 
 namespace {
-
-std::string_view text_of(const char *text) {
-  return text == nullptr ? "" : text;
-}
 
 constexpr int compatible = 0, incompatible = -1;
 

@@ -3,6 +3,7 @@
 #include "platform/host/complaints.hpp"
 #include "platform/host/ipv4.hpp"
 #include "platform/host/ipv6.hpp"
+#include "platform/host/text_of.hpp"
 #include "platform/host/whole_number.hpp"
 #include "platform/webs.h"
 
@@ -15,12 +16,9 @@ using kova::host::complained;
 using kova::host::parse_ipv6;
 using kova::host::parse_quad;
 using kova::host::QuadFault;
+using kova::host::text_of;
 
 namespace {
-
-std::string_view text_of(const char *text) {
-  return text == nullptr ? "" : text;
-}
 
 // In the one spelling that a number has: who stores "01" for a switch has not switched it on.
 bool in_range(std::string_view text, int min, int max) {
