@@ -118,7 +118,7 @@ void add_fleet_place(const Command &command, std::string &directory) {
 void add_fleet_life(Commands &group) {
   auto [upping, options] =
       group.add<Up>("up", "Create and boot devices as far as they are not up, so that there are N", up);
-  upping.words("N", &options.count).required().check(number_rule);
+  upping.words("N", &options.count, "How many devices there are to be").required().check(number_rule);
   add_fleet_place(upping, options.directory);
   upping.option("--acs", "URL", &options.acs, "Have all devices managed by the server at this URL");
   upping.option("--serial", "PREFIX", &options.prefix, "What the serial numbers begin with (default: KVF-)");
