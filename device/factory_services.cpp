@@ -59,8 +59,8 @@ constexpr Setting telephone[] = {
     {"DTMFMethod",               "RFC2833"},
     {"FAXOption",                "T38"},
     {"SIPVad",                   "0"},
-    {"RTPStartPort",             "16384"},
-    {"RTPEndPort",               "16482"},
+    {"RTPStartPort",             "1024"}, // all that the rule takes, so that any range can be set, its end first
+    {"RTPEndPort",               "65535"},
     {"COUNTRYCode",              "US"},
     {"CALLERType",               "Bellcore"},
     {"DIALInterval",             "4"},          // seconds
