@@ -157,7 +157,7 @@ std::vector<NvramEntry> Radio::readings() const {
 
 namespace {
 
-// In the run-time section: the seed of a radio that is on.
+// Among the facts of a boot: the seed of a radio that is on.
 const StoredKey seed_key = StoredKey::setting(runtime_section, "host_radio");
 
 // The radio of now, when it is on.
