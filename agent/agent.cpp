@@ -96,29 +96,16 @@ private:
   Done done_;
 };
 
-std::vector<std::string> words_for_tasks(const AgentOptions &options) {
-  std::vector<std::string> words;
-  const std::pair<const char *, const std::string &> files[] = {{"--trace=", options.trace},
-                                                                {"--ca=", options.tls.ca},
-                                                                {"--cert=", options.tls.certificate},
-                                                                {"--key=", options.tls.key}};
-  for (const auto &[name, file] : files)
-    if (!file.empty()) words.push_back(name + file);
-  if (options.least_retry_wait) words.push_back("--retry-wait=" + std::to_string(*options.least_retry_wait));
-  if (options.exchange_seconds) words.push_back("--timeout=" + std::to_string(*options.exchange_seconds));
-  return words;
-}
-
 // A boot starts the agent as it runs now.
-void keep_options(const AgentOptions &options) {
-  std::vector<std::string> words = words_for_tasks(options);
+void keep_options(const Options &options) {
+  std::vector<std::string> words = words_of(options);
   if (options.port) words.push_back("--port=" + std::to_string(*options.port));
   device::write_file(device::arguments_of(own_daemon()), device::text_of_words(words));
 }
 
 class Agent {
 public:
-  Agent(const AgentOptions &options) : options_(options), store_(store_file()) {
+  Agent(const Options &options) : options_(options), store_(store_file()) {
     begin_anew_after_reset(store_);
     note_bootstrap(store_);
     note_boot(store_);
@@ -307,19 +294,19 @@ private:
       status.end = std::time(nullptr);
       status.failure = "it broke off";
       put(change, status);
-      add_retry(change, options_.least_retry_wait.value_or(standard_retry_wait), 0);
+      add_retry(change, options_.least_retry_wait, 0);
     });
   }
 
   std::vector<std::string> words(const char *what, const std::string &argument = "") const {
-    std::vector<std::string> all = words_for_tasks(options_);
+    std::vector<std::string> all = words_of(options_);
     if (gSecondaryInstance != 0) all.emplace_back("--secondary");
     all.emplace_back(what);
     if (!argument.empty()) all.push_back(argument);
     return all;
   }
 
-  const AgentOptions options_;
+  const Options options_;
   Store store_;
   uv_loop_t loop_{};
   uv_timer_t timer_{};
@@ -338,7 +325,7 @@ private:
 
 } // namespace
 
-void run_agent(const AgentOptions &options) {
+void run_agent(const Options &options) {
   init_parameters();
   Agent agent(options);
   keep_options(options);

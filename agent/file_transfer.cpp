@@ -5,6 +5,7 @@
 #include "agent/transfers.hpp"
 #include "agent/values.hpp"
 #include "device/device.hpp"
+#include "device/log.hpp"
 #include "device/paths.hpp"
 #include "request/configuration.hpp"
 #include "request/request_text.hpp"

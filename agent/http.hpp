@@ -1,7 +1,7 @@
 // HTTP as a client, over libcurl: a session's exchanges on one connection, and file transfers.
 #pragma once
 
-#include "agent/tls_files.hpp"
+#include "agent/options.hpp"
 #include "request/fault.hpp"
 
 #include <curl/curl.h>

@@ -230,7 +230,7 @@ Server management_server(Store &store, const TlsFiles &tls) {
   return server;
 }
 
-bool run_session(Store &store, const SessionOptions &options, Trace &trace) {
+bool run_session(Store &store, const Options &options, Trace &trace) {
   const Server server = management_server(store, options.tls);
   settle_connection_request_url(store, server);
   const Report report = pending_report(store);

@@ -2,23 +2,18 @@
 #pragma once
 
 #include "agent/http.hpp"
+#include "agent/options.hpp"
 #include "agent/status.hpp"
 #include "agent/store.hpp"
 #include "agent/trace.hpp"
 
 namespace kova::agent {
 
-struct SessionOptions {
-  TlsFiles tls;
-  unsigned least_retry_wait = standard_retry_wait;
-  long exchange_seconds = 60; // after which an unanswered message ends the session
-};
-
 // The ACS as the device's parameters name it.
 Server management_server(Store &store, const TlsFiles &tls);
 
 // Reports what is pending and serves the ACS. How it went is noted in the store and in the device's log.
 // False when it failed.
-bool run_session(Store &store, const SessionOptions &options, Trace &trace);
+bool run_session(Store &store, const Options &options, Trace &trace);
 
 } // namespace kova::agent

@@ -33,8 +33,6 @@ struct Retries {
   std::time_t earliest = 0; // of the next attempt
 };
 
-constexpr unsigned standard_retry_wait = 5; // seconds
-
 Retries retries(const Transaction &store);
 void clear_retries(Transaction &change);
 // One more failure. The wait is the standard's: it doubles from a random time of `least_wait` to twice that,

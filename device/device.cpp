@@ -16,7 +16,6 @@
 #include "platform/host/tree_admin.hpp"
 #include "src/frame/channel.hpp"
 
-#include <nlohmann/json.hpp>
 #include <unistd.h>
 
 #include <algorithm>

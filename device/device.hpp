@@ -82,6 +82,4 @@ private:
   std::optional<Lock> lock_;
 };
 
-std::filesystem::path log_file();
-
 } // namespace kova::device

@@ -51,8 +51,11 @@ fs::path earlier_log_file() {
   return earlier(log_file());
 }
 
-void log_record(nlohmann::json record) {
+void log_record(const LogFields &fields) {
   try {
+    nlohmann::json record;
+    for (const LogField &field : fields)
+      std::visit([&](const auto &value) { record[field.name] = value; }, field.value);
     record["time"] = date_time(now(), Fraction::milliseconds);
     if (const pid_t asking = asking_process(); asking != 0 && record.value("pid", asking) != asking)
       record["asker"] = asking;
@@ -68,10 +71,6 @@ void log_record(nlohmann::json record) {
 pid_t asking_process() {
   const char *pid = std::getenv("KOVA_ASKING_PID");
   return pid == nullptr ? 0 : std::atoi(pid);
-}
-
-bool concerns(const nlohmann::json &record, pid_t asking) {
-  return record.value("pid", 0) == asking || record.value("asker", 0) == asking;
 }
 
 } // namespace kova::device

@@ -24,10 +24,12 @@
 
 #include "device/fd.hpp"
 
-#include <nlohmann/json_fwd.hpp>
 #include <sys/types.h>
 
 #include <filesystem>
+#include <string>
+#include <variant>
+#include <vector>
 
 namespace kova::device {
 
@@ -35,14 +37,19 @@ std::filesystem::path log_file();
 // The records ahead of those in log_file(); may be missing.
 std::filesystem::path earlier_log_file();
 
+struct LogField {
+  const char *name;
+  std::variant<std::string, long, std::vector<std::string>> value;
+};
+// Of one record, but for its time; the last of two of one name holds.
+using LogFields = std::vector<LogField>;
+
 // Adds "time" and, where the environment tells it (asking_process), "asker", and writes the line. Failures go
 // to standard error: a device must not stop for its log.
-void log_record(nlohmann::json record);
+void log_record(const LogFields &fields);
 
 // KOVA_ASKING_PID, the process whose request this one was started for; 0 when there is none.
 pid_t asking_process();
-// False for what others asked for.
-bool concerns(const nlohmann::json &record, pid_t asking);
 
 // To append to, beginning anew as the device log does.
 Fd open_log(const std::filesystem::path &path);

@@ -78,6 +78,7 @@ std::vector<std::string> environment_with(const std::vector<std::string> &variab
 // Valid as long as the texts are.
 std::vector<char *> pointers_to(std::vector<std::string> &texts) {
   std::vector<char *> pointers;
+  pointers.reserve(texts.size() + 1);
   for (std::string &text : texts)
     pointers.push_back(text.data());
   pointers.push_back(nullptr);

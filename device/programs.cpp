@@ -33,7 +33,7 @@ constexpr const char *host_tools[] = {"awk", "cat", "cp", "cut",   "grep", "head
 
 bool is_program(const fs::path &path) {
   std::error_code error;
-  return access(path.c_str(), X_OK) == 0 && !fs::is_directory(path, error);
+  return ::access(path.c_str(), X_OK) == 0 && !fs::is_directory(path, error);
 }
 
 // The usual directories come first, so that a person's own wrappers do not become part of the device.

@@ -8,7 +8,7 @@
 namespace kova::model {
 namespace {
 
-std::vector<RowList> gather() {
+std::vector<RowList> gathered_lists() {
   std::vector<RowList> all;
   for (std::span<const Row> table : tables())
     for (const Row &row : table) {
@@ -52,7 +52,7 @@ std::vector<std::string> RowList::rows() const {
 }
 
 std::span<const RowList> lists() {
-  static const std::vector<RowList> all = gather();
+  static const std::vector<RowList> all = gathered_lists();
   return all;
 }
 

@@ -12,6 +12,7 @@ namespace {
 std::string likely_member(const std::string &branch, std::string_view name) {
   const auto members = continuations(starting_with(branch), branch.size());
   std::vector<std::string> names;
+  names.reserve(members.size());
   for (const std::string &member : members)
     names.push_back(
         member.substr(branch.size(), member.size() - branch.size() - (member.ends_with('.') ? 1 : 0)));

@@ -10,7 +10,7 @@
 
 #include <cstdarg>
 #include <cstdio>
-#include <regex>
+#include <ranges>
 #include <sstream>
 
 namespace kova::request {
@@ -63,10 +63,14 @@ constexpr Saying sayings[] = {
 };
 
 std::string understood(const std::string &said) {
-  static const std::regex origin(R"(\[[^\]]*\])");
   for (const Saying &saying : sayings)
     if (said.find(saying.text) != std::string::npos) return saying.meaning;
-  std::string text = std::regex_replace(said, origin, "");
+  std::string text = said;
+  for (size_t begin = 0; (begin = text.find('[')) != text.npos;) { // where it was said
+    const size_t end = text.find(']', begin);
+    if (end == text.npos) break;
+    text.erase(begin, end + 1 - begin);
+  }
   const auto unwanted = [](char c) { return c == ' ' || c == '\n' || c == '.' || c == '!'; };
   while (!text.empty() && unwanted(text.back()))
     text.pop_back();
@@ -76,8 +80,8 @@ std::string understood(const std::string &said) {
 }
 
 std::string last_understood(std::span<const std::string> lines) {
-  for (auto line = lines.rbegin(); line != lines.rend(); ++line)
-    if (std::string text = understood(*line); !text.empty()) return text;
+  for (const std::string &line : lines | std::views::reverse)
+    if (std::string text = understood(line); !text.empty()) return text;
   return "";
 }
 
@@ -119,7 +123,8 @@ void forget_reasons() {
 }
 
 std::string reason(const Assignment &assignment) {
-  const std::string trace = understood(last_trace), console = last_understood(host::take_console_lines());
+  const std::string trace = understood(last_trace);
+  std::string console = last_understood(host::take_console_lines());
   const auto complaints = host::take_complaints();
   const std::string allowed = allowed_text(assignment);
   if (const auto closed = interlock_of(assignment.path)) return *closed;
@@ -130,7 +135,7 @@ std::string reason(const Assignment &assignment) {
 std::string reason_of_combination(std::span<const Assignment> request, const std::string &path) {
   const std::string trace = understood(last_trace);
   const auto complaints = host::take_complaints();
-  const std::string broken = broken_combination(request, path);
+  std::string broken = broken_combination(request, path);
   if (!broken.empty()) return broken;
   return complaints.empty() ? trace : complaints.back();
 }

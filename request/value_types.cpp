@@ -1,8 +1,9 @@
 #include "request/value_types.hpp"
 
+#include <regex.h>
+
 #include <charconv>
 #include <cstdint>
-#include <regex>
 
 namespace kova::request {
 namespace {
@@ -17,8 +18,14 @@ bool is_number(std::string_view text) {
 }
 
 bool is_date_time(std::string_view text) {
-  static const std::regex form(R"(-?\d{4,}-\d\d-\d\dT\d\d:\d\d:\d\d(\.\d+)?(Z|[+-]\d\d:\d\d)?)");
-  return std::regex_match(text.begin(), text.end(), form);
+  static const regex_t form = [] {
+    regex_t compiled{};
+    regcomp(&compiled,
+            "^-?[0-9]{4,}(-[0-9]{2}){2}T[0-9]{2}(:[0-9]{2}){2}(\\.[0-9]+)?(Z|[+-][0-9]{2}:[0-9]{2})?$",
+            REG_EXTENDED | REG_NOSUB);
+    return compiled;
+  }();
+  return regexec(&form, std::string(text).c_str(), 0, nullptr, 0) == 0;
 }
 
 } // namespace

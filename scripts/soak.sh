@@ -15,7 +15,7 @@ done
 
 failed=0
 for ((run = 1; run <= times; run++)); do
-  if ctest --preset "$preset" -j "$(nproc)" "$@" >"build/$preset/soak.log" 2>&1; then
+  if ctest --preset "$preset" -j $((3 * $(nproc))) "$@" >"build/$preset/soak.log" 2>&1; then
     echo "$run passed"
   else
     failed=$((failed + 1))

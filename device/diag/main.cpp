@@ -9,7 +9,6 @@
 #include "device/log.hpp"
 #include "device/process.hpp"
 
-#include <nlohmann/json.hpp>
 #include <sys/stat.h>
 #include <unistd.h>
 

@@ -9,8 +9,6 @@
 #include "device/serviced/server.hpp"
 #include "src/frame/channel.hpp"
 
-#include <nlohmann/json.hpp>
-
 #include <cstdio>
 #include <string>
 #include <string_view>
@@ -27,14 +25,15 @@ std::string hexadecimal(uint32_t number) {
 
 void log_request(const device::Request &request) {
   if (request.command == channel::connect_announcement) return;
-  nlohmann::json record{{"kind", "service"},
-                        {"pid", request.pid},
-                        {"request", device::request_name(request.command)},
-                        {"command", hexadecimal(request.command)},
-                        {"payload", request.payload}};
-  if (request.destination_type != channel::daemon_type) record["destination"] = request.destination_type;
-  if (request.word != 0) record["word"] = request.word;
-  device::log_record(std::move(record));
+  device::LogFields record{{"kind", "service"},
+                           {"pid", request.pid},
+                           {"request", std::string(device::request_name(request.command))},
+                           {"command", hexadecimal(request.command)},
+                           {"payload", request.payload}};
+  if (request.destination_type != channel::daemon_type)
+    record.push_back({"destination", request.destination_type});
+  if (request.word != 0) record.push_back({"word", request.word});
+  device::log_record(record);
 }
 
 void log_malformed(pid_t client, const std::string &why) {

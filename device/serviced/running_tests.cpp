@@ -5,7 +5,6 @@
 #include "device/paths.hpp"
 #include "device/process.hpp"
 
-#include <nlohmann/json.hpp>
 #include <sys/prctl.h>
 #include <sys/wait.h>
 
@@ -57,11 +56,9 @@ std::vector<std::string> words_in(std::string_view line) {
   }
 }
 
-void log_device(int64_t pid, const std::string &what, nlohmann::json fields = nlohmann::json::object()) {
-  fields["kind"] = "device";
-  fields["pid"] = pid;
-  fields["what"] = what;
-  log_record(std::move(fields));
+void log_device(int64_t pid, const std::string &what, LogFields fields = {}) {
+  fields.insert(fields.end(), {{"kind", "device"}, {"pid", pid}, {"what", what}});
+  log_record(fields);
 }
 
 uint32_t refused(const Request &request, const std::string &why) {
@@ -166,9 +163,9 @@ bool RunningTests::reap(const std::string &tool, Test &test) {
   kill(-test.pid, SIGKILL);
   while (waitpid(-test.pid, nullptr, 0) > 0) {
   }
-  nlohmann::json fields{{"program", tool}, {"asker", test.asking_pid}};
+  LogFields fields{{"program", tool}, {"asker", test.asking_pid}};
   const bool exited = end.si_code == CLD_EXITED;
-  fields[exited ? "status" : "signal"] = end.si_status;
+  fields.push_back({exited ? "status" : "signal", end.si_status});
   const std::string how = test.kill_at && !exited ? end.si_status == SIGKILL ? " killed" : " stopped"
                           : exited                ? " ended with status " + std::to_string(end.si_status)
                                                   : " ended by signal " + std::to_string(end.si_status);

@@ -54,7 +54,7 @@ void Server::accept_waiting() {
   if (!one_waits_ || (is_full() && !make_room())) return;
   one_waits_ = false;
   Connection &connection =
-      connections_.emplace_back(this, new_pipe(loop_), RecordStream(), now(), now(), now());
+      connections_.emplace_back(Connection{this, new_pipe(loop_), RecordStream(), now(), now(), now()});
   connection.pipe->data = &connection;
   const auto room = [](uv_handle_t *handle, size_t, uv_buf_t *buffer) {
     auto &bytes = static_cast<Connection *>(handle->data)->server->bytes_;

@@ -5,7 +5,6 @@
 #include "device/standin/tools.hpp"
 
 #include <arpa/inet.h>
-#include <nlohmann/json.hpp>
 #include <sys/stat.h>
 #include <unistd.h>
 

@@ -3,8 +3,6 @@
 #include "device/zone.hpp"
 #include "platform/host/nvram_admin.hpp"
 
-#include <nlohmann/json.hpp>
-
 #include <cstdio>
 #include <stdexcept>
 

@@ -2,12 +2,12 @@
 #pragma once
 
 #include "device/device.hpp"
+#include "support/device_log.hpp"
 #include "support/processes.hpp"
 #include "support/scratch_device.hpp"
 
 #include <gtest/gtest.h>
 #include <kova/frame.h>
-#include <nlohmann/json.hpp>
 
 #include <array>
 #include <filesystem>
@@ -46,14 +46,8 @@ public:
     ASSERT_TRUE(run([] { device::up(); }));
   }
 
-  // Records of the device's log; every line must be one.
-  std::vector<nlohmann::json> log(const std::string &kind) const {
-    std::vector<nlohmann::json> records;
-    std::ifstream file(directory() / "log/device.log");
-    for (std::string line; std::getline(file, line);)
-      if (auto record = nlohmann::json::parse(line); record.at("kind") == kind)
-        records.push_back(std::move(record));
-    return records;
+  std::vector<LogRecord> log(const std::string &kind) const {
+    return log_records(directory() / "log/device.log", kind);
   }
 };
 

@@ -95,9 +95,9 @@ TEST_F(Redirect, CommandsSeeTheDeviceOnlyAndChangeNothingOfTheHost) {
 
   const auto commands = device_.log("command");
   ASSERT_EQ(commands.size(), 3U);
-  EXPECT_EQ(commands[0].at("args"), (std::vector<std::string>{"set", "config", "lan", "eth", "ENABLE", "0"}));
+  EXPECT_EQ(commands[0].at("args"), R"(["set","config","lan","eth","ENABLE","0"])");
   EXPECT_EQ(commands[2].at("program"), "ifconfig");
-  EXPECT_EQ(commands[2].at("pid"), getpid());
+  EXPECT_EQ(commands[2].at("pid"), std::to_string(getpid()));
   const auto events = device_.log("event");
   ASSERT_EQ(events.size(), 2U);
   EXPECT_EQ(events[0].at("event"), "ce_tr069_config_changed");
@@ -117,7 +117,7 @@ TEST_F(Redirect, TheTelephoneLineIsIdleAndItsProgramsLogWhatTheyAreAsked) {
   EXPECT_EQ(system("sc ipchg && /etc/sysconfig/script/firewall_clear_rule.sh SIP && sc disable 1"), 0);
   std::vector<std::string> asked;
   for (const auto &record : device_.log("command"))
-    asked.push_back(record.at("program").get<std::string>() + record.at("args").dump());
+    asked.push_back(record.at("program") + record.at("args"));
   EXPECT_EQ(asked, (std::vector<std::string>{R"(sc["ipchg"])", R"(firewall_clear_rule.sh["SIP"])",
                                              R"(sc["disable","1"])"}));
 }
@@ -135,7 +135,7 @@ TEST_F(Redirect, TheDaemonIsReachedThroughALongNameAndConfirms) {
   ASSERT_EQ(records.size(), 1U);
   EXPECT_EQ(records[0].at("request"), "unknown");
   EXPECT_EQ(records[0].at("command"), "0x10000009");
-  EXPECT_EQ(records[0].at("pid"), getpid());
+  EXPECT_EQ(records[0].at("pid"), std::to_string(getpid()));
   EXPECT_EQ(records[0].at("payload"), std::string("a\uFFFD\0\n", 6));
 }
 

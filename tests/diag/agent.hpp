@@ -83,7 +83,7 @@ protected:
 
   bool is_logged(const std::string &what) const {
     for (const auto &record : device_.log("device"))
-      if (record.at("what").get<std::string>().starts_with(what)) return true;
+      if (record.at("what").starts_with(what)) return true;
     return false;
   }
   bool comes_into_log(const std::string &what) const {
@@ -93,7 +93,7 @@ protected:
   std::vector<pid_t> runs_of(const std::string &program) const {
     std::vector<pid_t> runs;
     for (const auto &record : device_.log("command"))
-      if (record.at("program") == program) runs.push_back(record.at("process"));
+      if (record.at("program") == program) runs.push_back(std::stoi(record.at("process")));
     return runs;
   }
 };

@@ -2,9 +2,9 @@
 #include "diag/agent.hpp"
 #include "diag/http_server.hpp"
 #include "platform/host/nvram_admin.hpp"
+#include "support/match.hpp"
 
 #include <algorithm>
-#include <regex>
 
 namespace kova::test {
 namespace {
@@ -16,8 +16,7 @@ void expect_times_in_order(const std::vector<std::string> &keys) {
   std::string before = "2";
   for (const std::string &name : keys) {
     const std::string time = stored(name);
-    EXPECT_TRUE(std::regex_match(time, std::regex(R"(\d{4}-\d\d-\d\dT\d\d:\d\d:\d\d\.\d{6}Z)")))
-        << name << time;
+    EXPECT_TRUE(test::matches(time, R"(\d{4}-\d\d-\d\dT\d\d:\d\d:\d\d\.\d{6}Z)")) << name << time;
     EXPECT_GE(time, before) << name;
     before = time;
   }

@@ -3,11 +3,11 @@
 #include "platform/host/rule_admin.hpp"
 #include "platform/nvram.h"
 #include "platform/rules.h"
+#include "support/match.hpp"
 
 #include <fstream>
 #include <iomanip>
 #include <map>
-#include <regex>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -30,11 +30,11 @@ void expect(int code, kova_rule rule, std::initializer_list<std::string> values)
 TEST(Rules, AnswerAsTheySay) {
   std::map<std::string, int> names;
   std::ifstream header(KOVA_SOURCE_DIR "/platform/rules.h"), file(KOVA_SOURCE_DIR "/tests/host/rules.txt");
-  const std::regex row(R"( *RULE_(\w+) *= *(\d+) << 8 \| *(\d+),)");
-  std::smatch parts;
   int values = 0;
   for (std::string line; std::getline(header, line);)
-    if (std::regex_match(line, parts, row)) names[parts[1]] = std::stoi(parts[2]) << 8 | std::stoi(parts[3]);
+    if (const auto parts = kova::test::matched(line, R"( *RULE_(\w+) *= *(\d+) << 8 \| *(\d+),)");
+        !parts.empty())
+      names[parts[1]] = std::stoi(parts[2]) << 8 | std::stoi(parts[3]);
   for (std::string line; std::getline(file, line);) {
     std::istringstream words(line);
     std::string name, value;

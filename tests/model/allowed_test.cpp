@@ -1,6 +1,7 @@
 // What the model tells of a parameter's values, against its accessors on a device: what is told as allowed is taken
 // and reads as it was set; what lies just outside is refused, stores nothing and asks nothing of the device.
 #include "device/booted_device.hpp"
+#include "device/log.hpp"
 #include "model/model.hpp"
 #include "platform/host/nvram_admin.hpp"
 #include "platform/host/tree_admin.hpp"
@@ -11,11 +12,11 @@
 #include "request/pending_values.hpp"
 #include "request/request.hpp"
 #include "request/value_types.hpp"
+#include "support/match.hpp"
 
 #include <kova/transaction.h>
 
 #include <algorithm>
-#include <regex>
 #include <set>
 
 // Some setters wait for what they restart.
@@ -36,13 +37,13 @@ const Texts forms = {"1", "text", "a text with blanks", "Corr3ct horse", "192.16
 // clang-format on
 
 // Read otherwise than they are set.
-const std::regex converted(
-    R"(.*\.(X_KOVA_LAN\.Enable|)"                                      // whether the port has a link
-    R"(STUNUsername|\w*NotificationLimit|\w*(Listen|Speaker)Gain|)"    // told never, or by the other end
-    R"(X_KOVA_MapnQoS|ScanMode|)"                                      // taken without effect
-    R"(PCI\w*Lock|Installation\.Height|DaylightSavings(Start|End)))"); // brought into the stored form
+const std::string converted =
+    R"(.*\.(X_KOVA_LAN\.Enable|)"                                     // whether the port has a link
+    R"(STUNUsername|\w*NotificationLimit|\w*(Listen|Speaker)Gain|)"   // told never, or by the other end
+    R"(X_KOVA_MapnQoS|ScanMode|)"                                     // taken without effect
+    R"(PCI\w*Lock|Installation\.Height|DaylightSavings(Start|End)))"; // brought into the stored form
 // Allowed by themselves, but not beside what the others are.
-const std::regex combined(R"(.*\.(WLANConfiguration\.1\.X_KOVA_Mode|X_KOVA_APN\.\d\.(ApplyTo|Enable)))");
+const std::string combined = R"(.*\.(WLANConfiguration\.1\.X_KOVA_Mode|X_KOVA_APN\.\d\.(ApplyTo|Enable)))";
 struct Samples {
   Texts inside, outside, some; // of the last at least one is taken
 };
@@ -65,9 +66,9 @@ Samples samples_of(const request::AllowedValues &allowed, Type type) {
     found.outside.emplace_back(most + 1, '1');
     if (least > 0) found.outside.emplace_back(least - 1, '1');
   }
-  const std::regex pattern(allowed.pattern.empty() ? "[^]*" : allowed.pattern);
+  const std::string pattern = allowed.pattern.empty() ? "[^]*" : allowed.pattern;
   for (const std::string &form : forms)
-    if (!std::regex_match(form, pattern))
+    if (!test::matches(form, pattern))
       found.outside.push_back(form);
     else if (found.inside.empty() && request::can_be(type, form))
       found.some.push_back(form);
@@ -88,7 +89,7 @@ bool takes(const Parameter &parameter, const std::string &value) {
     char names[4096] = {};
     const bool together = kovaCheckTR069ParameterValues(names, sizeof names) == 0;
     request::forget_pending_values();
-    if (std::regex_match(std::string(parameter.path), combined)) return true;
+    if (test::matches(std::string(parameter.path), combined)) return true;
     if (together && parameter.set.call(text.c_str()) == 0) return true;
   }
   return false;
@@ -107,10 +108,9 @@ void set(const request::Assignment &assignment) {
 }
 
 void open_the_way(const std::string &path) {
-  static const std::regex advice(R"(.*set (\S+)=(\S+) first)");
-  std::smatch step;
   for (auto closed = request::interlock_of(path); closed; closed = request::interlock_of(path)) {
-    ASSERT_TRUE(std::regex_match(*closed, step, advice)) << *closed;
+    const auto step = test::matched(*closed, R"(.*set (\S+)=(\S+) first)");
+    ASSERT_FALSE(step.empty()) << *closed;
     ASSERT_NO_FATAL_FAILURE(set({step[1], step[2]}));
     ASSERT_NE(request::interlock_of(path), closed) << "it did not help";
   }
@@ -135,7 +135,7 @@ void sweep(const Parameter &parameter) {
     const bool hidden = parameter.type == Type::Secret && (text.empty() || text == " ");
     const bool spelled = parameter.type == Type::Boolean && request::other_spelling(value) == text;
     return text == value || hidden || spelled || !parameter.get || value.empty() || request::acts(path) ||
-           std::regex_match(path, converted) || std::regex_match(path, combined);
+           test::matches(path, converted) || test::matches(path, combined);
   };
   bool any = samples.some.empty();
   for (const auto &[given, must] : {std::pair(samples.inside, true), std::pair(samples.some, false)})

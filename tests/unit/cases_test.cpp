@@ -10,13 +10,13 @@
 // answer "#" is a buffer that was left as it was. In words and values, \s is a blank, \n a new line and \t a tab.
 #include "model/model.hpp"
 #include "rows.hpp"
+#include "support/match.hpp"
 
 #include <kova/transaction.h>
 
 #include <filesystem>
 #include <fstream>
 #include <map>
-#include <regex>
 #include <sstream>
 
 using fake::platform;
@@ -143,7 +143,6 @@ class Cases : public fake::Test {};
 
 TEST_F(Cases, ComeOutAsTheySay) {
   setenv("TZ", "UTC0", 1);
-  static const std::regex call(R"((\w+)\((.*?)\)( -> (.*))?)");
   std::size_t count = 0;
   for (const auto &entry : std::filesystem::directory_iterator(KOVA_CASES)) {
     std::ifstream file(entry.path());
@@ -152,7 +151,6 @@ TEST_F(Cases, ComeOutAsTheySay) {
       SCOPED_TRACE(entry.path().filename().string() + ":" + std::to_string(++number));
       std::istringstream words(line);
       std::string word;
-      std::smatch parts;
       if (line.empty() || line[0] == '#') continue;
       if (line.starts_with("given") || line.starts_with("and ")) {
         words >> word;
@@ -166,7 +164,8 @@ TEST_F(Cases, ComeOutAsTheySay) {
           change(word);
         continue;
       }
-      ASSERT_TRUE(std::regex_match(line, parts, call)) << line;
+      const auto parts = kova::test::matched(line, R"((\w+)\((.*?)\)( -> (.*))?)");
+      ASSERT_FALSE(parts.empty()) << line;
       platform.calls.clear();
       std::string outcome = answer(parts[1], parts[2]);
       ASSERT_FALSE(outcome.empty()) << parts[1] << " is no accessor";

@@ -1,5 +1,6 @@
 #include "kovactl/addressing.hpp"
 
+#include "kovactl/command.hpp"
 #include "request/allowed.hpp"
 
 #include <fnmatch.h>
@@ -104,12 +105,12 @@ std::vector<std::string> continued(const std::string &word, Kind kind, bool writ
 std::vector<std::string> complete_assignment(const std::string &word) {
   std::vector<std::string> found;
   if (const size_t equals = word.find('='); equals != std::string::npos) {
-    const std::string path = word.substr(0, equals);
+    const std::string path = word.substr(0, equals), assigned = path + "=";
     const std::vector<std::string> meant = addressed(std::span(&path, 1), Kind::parameter).paths;
     if (meant.size() != 1) return {};
     for (const std::string &value : values_of(meant.front()))
-      if (value.starts_with(word.substr(equals + 1))) found.push_back(path + "=" + value);
-    return found;
+      found.push_back(assigned + value);
+    return beginning_with(word, found);
   }
   found = continued(word, Kind::parameter, true);
   for (std::string &path : found)

@@ -70,6 +70,9 @@ private:
   Registry *registry_;
 };
 
+// Of a command that has none of its own.
+struct NoOptions {};
+
 // Where commands are added: the program, or a group of commands such as "device".
 class Commands {
 public:

@@ -16,11 +16,10 @@
 namespace kova::ctl {
 namespace {
 
-struct Options {};
-struct Up : device::UpOptions {
+struct DeviceUpOptions : device::UpOptions {
   std::optional<std::string> acs; // "": none from now on
 };
-struct Place {
+struct DeviceDirectory {
   std::string directory;
 };
 
@@ -57,7 +56,7 @@ ExitStatus show(const Output &output, const device::Status &status) {
   return Success;
 }
 
-ExitStatus up(const Output &output, const Up &options) {
+ExitStatus up(const Output &output, const DeviceUpOptions &options) {
   device::up(options);
   if (options.acs)
     options.acs->empty() ? stop_management_agent() : start_management_agent(output, *options.acs);
@@ -65,12 +64,12 @@ ExitStatus up(const Output &output, const Up &options) {
 }
 
 template <void (*act)()>
-ExitStatus act_and_show(const Output &output, const Options &) {
+ExitStatus act_and_show(const Output &output, const NoOptions &) {
   act();
   return show(output, device::status());
 }
 
-ExitStatus remove(const Output &output, const Options &) {
+ExitStatus remove(const Output &output, const NoOptions &) {
   const device::Status before = device::status();
   if (!before.created) return output.failure("there is no device in " + before.directory.string());
   device::remove();
@@ -81,7 +80,7 @@ ExitStatus remove(const Output &output, const Options &) {
   return Success;
 }
 
-ExitStatus show_status(const Output &output, const Options &) {
+ExitStatus show_status(const Output &output, const NoOptions &) {
   const device::Status status = device::status();
   show(output, status);
   return status.booted && status.serviced ? Success : NotRunning;
@@ -102,7 +101,7 @@ std::vector<device::Status> devices_in(const std::filesystem::path &directory) {
   return found;
 }
 
-ExitStatus list(const Output &output, const Place &place) {
+ExitStatus list(const Output &output, const DeviceDirectory &place) {
   const std::filesystem::path here = host::device_dir();
   const auto devices =
       devices_in(place.directory.empty() ? here.parent_path() : std::filesystem::path(place.directory));
@@ -121,22 +120,22 @@ ExitStatus list(const Output &output, const Place &place) {
 void add_device(Commands &commands) {
   Commands group = commands.group("device", "The virtual device itself");
   auto [upping, options] =
-      group.add<Up>("up", "Create the device if need be, boot it, start its service daemon", up);
+      group.add<DeviceUpOptions>("up", "Create the device if need be, boot it, start its service daemon", up);
   upping.option("--serial", "TEXT", &options.serial, "The serial number of a device to be created");
   upping.option("--acs", "URL", &options.acs,
                 "Have the device managed by the server at this URL; \"\" by none");
-  group.add<Options>("down", "Stop the service daemon; the settings stay", act_and_show<device::down>);
-  group.add<Options>("reboot", "Stop and boot the device", act_and_show<device::reboot>);
-  group.add<Options>("reset", "Back to factory settings: all settings and the log are lost",
-                     act_and_show<device::reset>);
-  group.add<Options>("status", "Show where the device is and whether it runs: exit status 3 if not all does",
-                     show_status);
+  group.add<NoOptions>("down", "Stop the service daemon; the settings stay", act_and_show<device::down>);
+  group.add<NoOptions>("reboot", "Stop and boot the device", act_and_show<device::reboot>);
+  group.add<NoOptions>("reset", "Back to factory settings: all settings and the log are lost",
+                       act_and_show<device::reset>);
+  group.add<NoOptions>(
+      "status", "Show where the device is and whether it runs: exit status 3 if not all does", show_status);
   add_device_run(group);
   add_device_fault(group);
   auto [listing, place] =
-      group.add<Place>("list", "Show the devices beside this one, or those in a directory", list);
+      group.add<DeviceDirectory>("list", "Show the devices beside this one, or those in a directory", list);
   listing.words("DIR", &place.directory);
-  group.add<Options>("remove", "Stop the device and remove it with all its settings", remove);
+  group.add<NoOptions>("remove", "Stop the device and remove it with all its settings", remove);
 }
 
 } // namespace kova::ctl

@@ -10,7 +10,7 @@
 namespace kova::ctl {
 namespace {
 
-struct Options {
+struct FaultOptions {
   std::string delay, break_after, reboot_after;
   std::vector<std::string> failing;
   bool deaf = false, clear = false;
@@ -20,7 +20,7 @@ void take(int &number, const std::string &given) {
   if (!given.empty()) number = std::stoi(given);
 }
 
-ExitStatus fault(const Output &output, const Options &options) {
+ExitStatus fault(const Output &output, const FaultOptions &options) {
   if (!device::status().booted) return output.failure("the device is down: faults last until a boot");
   device::Faults faults = options.clear ? device::Faults() : device::faults();
   take(faults.delay, options.delay);
@@ -47,7 +47,7 @@ Table fault_rows() {
 }
 
 void add_device_fault(Commands &group) {
-  auto [command, options] = group.add<Options>(
+  auto [command, options] = group.add<FaultOptions>(
       "fault", "Have the device do wrong until it boots; without options, show what it does", fault);
   command.option("--slow", "SECONDS", &options.delay, "Take so long for each message of a session")
       .check(number_rule);

@@ -13,7 +13,7 @@
 namespace kova::ctl {
 namespace {
 
-struct Options {
+struct RunOptions {
   std::optional<std::string> serial;
   std::string acs;
 };
@@ -39,7 +39,7 @@ void bury_children() {
   }
 }
 
-ExitStatus run(const Output &output, const Options &options) {
+ExitStatus run(const Output &output, const RunOptions &options) {
   const sigset_t signals = hold_back_signals();
   device::up({.serial = options.serial});
   if (!options.acs.empty()) start_management_agent(output, options.acs);
@@ -62,7 +62,7 @@ ExitStatus run(const Output &output, const Options &options) {
 } // namespace
 
 void add_device_run(Commands &group) {
-  auto [command, options] = group.add<Options>(
+  auto [command, options] = group.add<RunOptions>(
       "run", "Bring the device up and stay, until a signal stops it or a daemon dies", run);
   command.option("--serial", "TEXT", &options.serial, "The serial number of a device to be created");
   command.option("--acs", "URL", &options.acs, "Have the device managed by the server at this URL");

@@ -1,5 +1,6 @@
 #include "kovactl/diagnostics_tests.hpp"
 
+#include "device/log.hpp"
 #include "kovactl/agent.hpp"
 
 #include <algorithm>
@@ -14,11 +15,11 @@ using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
 
 constexpr std::string_view state_parameter = "DiagnosticsState";
-constexpr std::string_view requested = "Requested";
+constexpr std::string_view requested_state = "Requested";
 constexpr auto pause = 100ms;
 
 bool runs(const DiagnosticsTest &test) {
-  return test.state == requested && test.failure.empty();
+  return test.state == requested_state && test.failure.empty();
 }
 
 // The test's program tells the reason where the daemon tells its own messages.
@@ -84,7 +85,7 @@ std::vector<DiagnosticsTest> tests_asked_for(std::span<const Assignment> request
   const std::uintmax_t size = std::filesystem::file_size(messages(), none), earlier = none ? 0 : size;
   std::vector<DiagnosticsTest> tests;
   for (const auto &[path, value] : last_mentions(request))
-    if (path.ends_with("." + std::string(state_parameter)) && value == requested)
+    if (path.ends_with("." + std::string(state_parameter)) && value == requested_state)
       tests.push_back({path.substr(0, path.size() - state_parameter.size()), value, {}, "", earlier});
   return tests;
 }

@@ -10,7 +10,7 @@
 namespace kova::ctl {
 namespace {
 
-struct Options {
+struct ExportOptions {
   std::string prefix;
 };
 
@@ -18,7 +18,7 @@ bool fits_a_line(const std::string &value) {
   return value.find('\n') == std::string::npos && !value.ends_with('\r');
 }
 
-ExitStatus export_configuration(const Output &output, const Options &options) {
+ExitStatus export_configuration(const Output &output, const ExportOptions &options) {
   start_agent(output);
   const Configuration configuration =
       in_turn([&] { return get_configuration(options.prefix); }, device::Turn::Kind::reading);
@@ -49,7 +49,7 @@ ExitStatus export_configuration(const Output &output, const Options &options) {
 } // namespace
 
 void add_export(Commands &commands) {
-  auto [command, options] = commands.add<Options>(
+  auto [command, options] = commands.add<ExportOptions>(
       "export", "Write what can be set, but no secrets, as a request for set --file", export_configuration);
   command.words("PREFIX", &options.prefix, "Only the paths that begin so");
 }

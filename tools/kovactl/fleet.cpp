@@ -2,9 +2,8 @@
 
 #include "device/file_system.hpp"
 #include "device/identity.hpp"
+#include "kovactl/output.hpp"
 #include "platform/host/device_dir.hpp"
-
-#include <nlohmann/json.hpp>
 
 #include <algorithm>
 #include <cstdio>
@@ -15,8 +14,6 @@ namespace fs = std::filesystem;
 
 namespace kova::ctl {
 namespace {
-
-using Json = nlohmann::json;
 
 constexpr const char *mark_name = "kova-fleet", *version_key = "kova fleet", *default_prefix = "KVF-";
 constexpr int version = 1;

@@ -8,11 +8,11 @@
 namespace kova::ctl {
 namespace {
 
-struct Exec {
+struct FleetExecOptions {
   std::string directory;
   std::vector<std::string> words; // a command line of this program
 };
-struct Get {
+struct FleetGetOptions {
   std::string directory;
   std::vector<std::string> paths;
 };
@@ -57,11 +57,11 @@ ExitStatus run_on_each(const Output &output, const std::string &directory,
   return failed == 0 && !done.interrupted ? Success : Failure;
 }
 
-ExitStatus exec(const Output &output, const Exec &options) {
+ExitStatus exec(const Output &output, const FleetExecOptions &options) {
   return run_on_each(output, options.directory, options.words);
 }
 
-ExitStatus get(const Output &output, const Get &options) {
+ExitStatus get(const Output &output, const FleetGetOptions &options) {
   std::vector<std::string> words{"get", "--"};
   words.insert(words.end(), options.paths.begin(), options.paths.end());
   return run_on_each(output, options.directory, words);
@@ -71,11 +71,12 @@ ExitStatus get(const Output &output, const Get &options) {
 
 void add_fleet_exec(Commands &group) {
   auto [executing, exec_options] =
-      group.add<Exec>("exec", "Run a command on each device: fleet exec -- set PATH=VALUE", exec);
+      group.add<FleetExecOptions>("exec", "Run a command on each device: fleet exec -- set PATH=VALUE", exec);
   add_fleet_place(executing, exec_options.directory);
   executing.words("COMMAND", &exec_options.words, "A command of kovactl with its words, behind --")
       .required();
-  auto [getting, get_options] = group.add<Get>("get", "Show values of parameters of each device", get);
+  auto [getting, get_options] =
+      group.add<FleetGetOptions>("get", "Show values of parameters of each device", get);
   add_fleet_place(getting, get_options.directory);
   getting.words("PATH", &get_options.paths, "Parameters, as get takes them").required();
   getting.complete([](const std::string &word) { return continued(word, Kind::anything, false); });

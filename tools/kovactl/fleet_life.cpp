@@ -20,10 +20,10 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-struct Place {
+struct FleetDirectory {
   std::string directory;
 };
-struct Up : Place {
+struct FleetUpOptions : FleetDirectory {
   std::string count, acs, prefix, ramp = "0";
 };
 
@@ -61,7 +61,7 @@ ExitStatus summarize(const Output &output, const Fleet &fleet, const WorkDone &d
   return status;
 }
 
-ExitStatus up(const Output &output, const Up &options) {
+ExitStatus up(const Output &output, const FleetUpOptions &options) {
   const unsigned long count = std::stoul(options.count), ramp = std::stoul(options.ramp);
   if (count == 0 || count > Fleet::most_devices)
     return output.failure("a fleet has 1 to " + std::to_string(Fleet::most_devices) + " devices", BadUsage);
@@ -87,7 +87,7 @@ ExitStatus up(const Output &output, const Up &options) {
   return summarize(output, fleet, on_each_device(fleet, serials, output, work), "up");
 }
 
-ExitStatus down(const Output &output, const Place &place) {
+ExitStatus down(const Output &output, const FleetDirectory &place) {
   const Fleet fleet(fleet_directory(place.directory));
   const auto work = [](const std::string &, const Output &) {
     device::down();
@@ -96,7 +96,7 @@ ExitStatus down(const Output &output, const Place &place) {
   return summarize(output, fleet, on_each_device(fleet, fleet.serials(), output, work), "down");
 }
 
-ExitStatus remove(const Output &output, const Place &place) {
+ExitStatus remove(const Output &output, const FleetDirectory &place) {
   const Fleet fleet(fleet_directory(place.directory));
   const auto work = [](const std::string &, const Output &) {
     device::remove();
@@ -116,18 +116,18 @@ void add_fleet_place(const Command &command, std::string &directory) {
 }
 
 void add_fleet_life(Commands &group) {
-  auto [upping, options] =
-      group.add<Up>("up", "Create and boot devices as far as they are not up, so that there are N", up);
+  auto [upping, options] = group.add<FleetUpOptions>(
+      "up", "Create and boot devices as far as they are not up, so that there are N", up);
   upping.words("N", &options.count, "How many devices there are to be").required().check(number_rule);
   add_fleet_place(upping, options.directory);
   upping.option("--acs", "URL", &options.acs, "Have all devices managed by the server at this URL");
   upping.option("--serial", "PREFIX", &options.prefix, "What the serial numbers begin with (default: KVF-)");
   upping.option("--ramp", "SECONDS", &options.ramp, "Spread the first informs over so long (default: 0)")
       .check(number_rule);
-  auto [downing, place] = group.add<Place>("down", "Stop all devices; their settings stay", down);
+  auto [downing, place] = group.add<FleetDirectory>("down", "Stop all devices; their settings stay", down);
   add_fleet_place(downing, place.directory);
   auto [removing, removed] =
-      group.add<Place>("remove", "Stop all devices and remove them with all their settings", remove);
+      group.add<FleetDirectory>("remove", "Stop all devices and remove them with all their settings", remove);
   add_fleet_place(removing, removed.directory);
 }
 

@@ -11,7 +11,7 @@
 namespace kova::ctl {
 namespace {
 
-struct Options {
+struct FleetStatusOptions {
   std::string directory;
 };
 
@@ -97,7 +97,7 @@ void print_table(const Output &output, const Fleet &fleet, const Totals &totals)
   output.print(table);
 }
 
-ExitStatus status(const Output &output, const Options &options) {
+ExitStatus status(const Output &output, const FleetStatusOptions &options) {
   const Fleet fleet(fleet_directory(options.directory));
   const Totals totals = totals_of(fleet, output);
   output.json() ? print_json(output, fleet, totals) : print_table(output, fleet, totals);
@@ -108,7 +108,7 @@ ExitStatus status(const Output &output, const Options &options) {
 } // namespace
 
 void add_fleet_status(Commands &group) {
-  auto [command, options] = group.add<Options>(
+  auto [command, options] = group.add<FleetStatusOptions>(
       "status", "Show how many devices are up, informed, failing: exit status 3 if not all run", status);
   add_fleet_place(command, options.directory);
 }

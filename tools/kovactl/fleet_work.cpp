@@ -102,7 +102,7 @@ WorkDone on_each_device(const Fleet &fleet, const std::vector<std::string> &seri
                         const DeviceWork &work) {
   WorkDone done;
   std::map<pid_t, Worker> workers;
-  const std::size_t most_workers = 2 * std::max(std::thread::hardware_concurrency(), 1U);
+  const std::size_t most_workers = std::size_t{2} * std::max(std::thread::hardware_concurrency(), 1U);
   std::size_t next = 0, ended = 0, failed = 0;
   const Interruptions interruptions;
   done.results.reserve(serials.size());

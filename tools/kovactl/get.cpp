@@ -8,12 +8,12 @@
 namespace kova::ctl {
 namespace {
 
-struct Options {
+struct GetOptions {
   std::vector<std::string> paths;
   bool values_only = false;
 };
 
-ExitStatus get(const Output &output, const Options &options) {
+ExitStatus get(const Output &output, const GetOptions &options) {
   start_agent(output);
   return report(output, read(options.paths), options.values_only);
 }
@@ -21,7 +21,7 @@ ExitStatus get(const Output &output, const Options &options) {
 } // namespace
 
 void add_get(Commands &commands) {
-  auto [command, options] = commands.add<Options>("get", "Show values of parameters", get);
+  auto [command, options] = commands.add<GetOptions>("get", "Show values of parameters", get);
   command
       .words("PATH", &options.paths,
              "Parameters; a path that ends in \".\" is a whole branch, \"\" is everything.\n"

@@ -9,14 +9,13 @@
 namespace kova::ctl {
 namespace {
 
-struct Options {
+struct HelpOptions {
+  const Registry *registry = nullptr;
   std::vector<std::string> command;
 };
 
-const Registry *registry = nullptr;
-
-ExitStatus help(const Output &output, const Options &options) {
-  const CLI::App *app = registry->program;
+ExitStatus help(const Output &output, const HelpOptions &options) {
+  const CLI::App *app = options.registry->program;
   std::string before;
   for (const std::string &name : options.command) {
     const auto found = app->get_subcommands([&](const CLI::App *each) { return each->get_name() == name; });
@@ -35,11 +34,12 @@ ExitStatus help(const Output &output, const Options &options) {
 } // namespace
 
 void add_help(Commands &commands) {
-  registry = &commands.registry();
-  auto [command, options] = commands.add<Options>("help", "Show how a command is used", help);
+  auto [command, options] = commands.add<HelpOptions>("help", "Show how a command is used", help);
+  options.registry = &commands.registry();
   command.words("COMMAND", &options.command);
-  command.complete(
-      [](const std::string &word) { return beginning_with(word, command_names(*registry->program)); });
+  command.complete([&registry = commands.registry()](const std::string &word) {
+    return beginning_with(word, command_names(*registry.program));
+  });
 }
 
 } // namespace kova::ctl

@@ -16,7 +16,7 @@
 namespace kova::ctl {
 namespace {
 
-struct Options {
+struct InformOptions {
   std::string event = "6 CONNECTION REQUEST";
   bool wait = false;
   int seconds = 60;
@@ -38,7 +38,7 @@ Json as_json(const agent::SessionStatus &session) {
       {"begin", agent::utc_time(session.begin)}, {"events", session.events}, {"outcome", outcome(session)}};
 }
 
-ExitStatus inform(const Output &output, const Options &options) {
+ExitStatus inform(const Output &output, const InformOptions &options) {
   device::status(); // says so where there is no device to look at
   const unsigned long before = agent::ask_for_session(options.event);
   if (!options.wait) {
@@ -109,7 +109,7 @@ Json agent_json() {
 
 void add_inform(Commands &commands) {
   auto [command, options] =
-      commands.add<Options>("inform", "Ask the management agent for a session now", inform);
+      commands.add<InformOptions>("inform", "Ask the management agent for a session now", inform);
   command.option("--event", "EVENT", &options.event, "What it reports (default: 6 CONNECTION REQUEST)");
   const Option wait = command.flag("--wait", options.wait, "Wait for its end, and tell how it went");
   command.option("--timeout", "SECONDS", &options.seconds, "Wait so long at most (default: 60)")

@@ -12,7 +12,7 @@
 namespace kova::ctl {
 namespace {
 
-struct Options {
+struct ListOptions {
   std::string prefix;
   std::vector<std::string> words;
   bool writable_only = false, lists_only = false;
@@ -42,7 +42,7 @@ std::vector<Listed> with_rows(std::string_view prefix, std::deque<std::string> &
   return found;
 }
 
-ExitStatus list(const Output &output, const Options &options) {
+ExitStatus list(const Output &output, const ListOptions &options) {
   std::deque<std::string> row_names;
   std::vector<Listed> wanted = with_rows(options.prefix, row_names);
   const bool known = !wanted.empty();
@@ -58,7 +58,7 @@ ExitStatus list(const Output &output, const Options &options) {
   return Success;
 }
 
-ExitStatus find(const Output &output, const Options &options) {
+ExitStatus find(const Output &output, const ListOptions &options) {
   std::vector<Listed> found = starting_with("");
   for (const std::string &word : options.words)
     std::erase_if(found, [wanted = lower(word)](const Listed &listed) {
@@ -74,7 +74,7 @@ ExitStatus find(const Output &output, const Options &options) {
 
 void add_list(Commands &commands) {
   auto [command, options] =
-      commands.add<Options>("list", "Show the parameters that there are, and what they mean", list);
+      commands.add<ListOptions>("list", "Show the parameters that there are, and what they mean", list);
   command.words("PREFIX", &options.prefix, "Only the paths that begin so");
   command.flag("--writable", options.writable_only, "Only parameters that can be set");
   command.flag("--lists", options.lists_only, "Only lists, whose rows can be many");
@@ -82,7 +82,7 @@ void add_list(Commands &commands) {
 }
 
 void add_find(Commands &commands) {
-  auto [command, options] = commands.add<Options>(
+  auto [command, options] = commands.add<ListOptions>(
       "find", "Show the parameters that have all words in path or meaning, in any case", find);
   command.words("WORD", &options.words).required();
 }

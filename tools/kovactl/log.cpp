@@ -38,7 +38,7 @@ std::string field(const Json &record, const char *name) {
   return at->is_string() ? at->get<std::string>() : at->dump();
 }
 
-std::string quoted(const std::string &word) {
+std::string shell_quoted(const std::string &word) {
   return word.empty() || word.find_first_of(" \t\n;'\"") != std::string::npos ? "'" + word + "'" : word;
 }
 
@@ -46,20 +46,21 @@ std::string command_line(const Json &record) {
   std::string line = field(record, "program");
   if (const auto arguments = record.find("args"); arguments != record.end())
     for (const Json &argument : *arguments)
-      line += " " + quoted(argument.is_string() ? argument.get<std::string>() : argument.dump());
+      line += " " + shell_quoted(argument.is_string() ? argument.get<std::string>() : argument.dump());
   return line;
 }
 
 std::string description(const Json &record) {
   const std::string kind = field(record, "kind");
-  if (kind == "event") return field(record, "method") + " " + quoted(field(record, "event"));
+  if (kind == "event") return field(record, "method") + " " + shell_quoted(field(record, "event"));
   if (kind == "command") return command_line(record);
   if (kind == "syslog") return field(record, "tag") + ": " + field(record, "text");
   if (kind == "device" || kind == "cwmp") return field(record, "what");
   if (kind != "service") return record.contains("unreadable") ? field(record, "unreadable") : record.dump();
   std::string text = field(record, "request");
   if (text == "unknown") text += " " + field(record, "command");
-  if (const std::string payload = field(record, "payload"); !payload.empty()) text += " " + quoted(payload);
+  if (const std::string payload = field(record, "payload"); !payload.empty())
+    text += " " + shell_quoted(payload);
   return text;
 }
 
@@ -95,7 +96,10 @@ void LogReader::skip() {
 
 std::vector<Json> LogReader::own_records() {
   std::vector<Json> found = records();
-  std::erase_if(found, [](const Json &record) { return !device::concerns(record, getpid()); });
+  const pid_t self = getpid();
+  std::erase_if(found, [self](const Json &record) {
+    return record.value("pid", 0) != self && record.value("asker", 0) != self;
+  });
   return found;
 }
 
@@ -127,7 +131,7 @@ Table log_headings() {
 
 } // namespace
 
-Table as_table(const std::vector<Json> &records) {
+Table log_table(const std::vector<Json> &records) {
   Table table;
   for (const Json &record : records) {
     table.push_back({{field(record, "time"), Style::Faint},
@@ -140,7 +144,7 @@ Table as_table(const std::vector<Json> &records) {
 
 namespace {
 
-struct Options {
+struct LogOptions {
   std::optional<int> tail; // only so many of the last records
   std::vector<std::string> kinds;
   std::string since; // as it was typed; afterwards as the log writes times
@@ -180,7 +184,7 @@ std::string moment(const std::string &text) {
   throw request::UsageError(request::quoted(text) + " is no time: 10m, 12:30 or 2026-11-21T12:30:00 are");
 }
 
-bool is_wanted(const Json &record, const Options &options, const std::string &since) {
+bool is_wanted(const Json &record, const LogOptions &options, const std::string &since) {
   const bool kind =
       options.kinds.empty() || std::ranges::find(options.kinds, field(record, "kind")) != options.kinds.end();
   return kind && field(record, "time") >= since;
@@ -191,10 +195,10 @@ void show(const Output &output, const std::vector<Json> &records) {
     for (const Json &record : records)
       output.print_line(record);
   else
-    output.print(as_table(records));
+    output.print(log_table(records));
 }
 
-ExitStatus log(const Output &output, const Options &options) {
+ExitStatus log(const Output &output, const LogOptions &options) {
   const std::string since = options.since.empty() ? "" : moment(options.since);
   boot(output);
   LogReader reader(device::log_file());
@@ -223,7 +227,7 @@ ExitStatus log(const Output &output, const Options &options) {
 } // namespace
 
 void add_log(Commands &commands) {
-  auto [command, options] = commands.add<Options>("log", "Show what the device was asked to do", log);
+  auto [command, options] = commands.add<LogOptions>("log", "Show what the device was asked to do", log);
   command.option("--tail", "N", &options.tail, "Only the last N records").check(number_rule);
   command.option("--kind", "KIND", &options.kinds, "Only records of this kind; may be given again")
       .one_of(kinds);

@@ -31,6 +31,6 @@ private:
 // when it has dealt with all that this process sent, at once when there is no daemon.
 void await_service();
 
-Table as_table(const std::vector<Json> &records);
+Table log_table(const std::vector<Json> &records);
 
 } // namespace kova::ctl

@@ -18,7 +18,8 @@ namespace {
 struct Account {
   const char *name, *hash_key, *salt_key;
 };
-constexpr Account known[] = {{"admin", "WebsPassword", "PswdSalt"}, {"user", "WebsPassword2", "PswdSalt2"}};
+constexpr Account web_accounts[] = {{"admin", "WebsPassword", "PswdSalt"},
+                                    {"user", "WebsPassword2", "PswdSalt2"}};
 
 std::string stored(const char *key) {
   const std::unique_ptr<char, decltype(&std::free)> value(nvram_bufget(host::configuration_section, key),
@@ -66,18 +67,18 @@ bool opens(const Account &account, const std::string &password) {
          stored(account.hash_key) == hash;
 }
 
-const std::vector<std::string> accounts = {known[0].name, known[1].name};
+const std::vector<std::string> accounts = {web_accounts[0].name, web_accounts[1].name};
 
-struct Options {
+struct LoginOptions {
   std::string account;
 };
 
 // Asks for the password, or takes the first line of standard input, and tells whether the web interface
 // would take it.
-ExitStatus log_in(const Output &output, const Options &options) {
+ExitStatus log_in(const Output &output, const LoginOptions &options) {
   boot(output);
   const std::string &name = options.account;
-  const Account &account = name == known[0].name ? known[0] : known[1];
+  const Account &account = name == web_accounts[0].name ? web_accounts[0] : web_accounts[1];
   if (stored(account.hash_key).empty())
     return output.failure("the account \"" + name + "\" has no password yet");
   const bool accepted = opens(account, read_password());
@@ -93,7 +94,7 @@ ExitStatus log_in(const Output &output, const Options &options) {
 } // namespace
 
 void add_login(Commands &commands) {
-  auto [command, options] = commands.add<Options>(
+  auto [command, options] = commands.add<LoginOptions>(
       "login", "Try a password of the web interface: that typed, or the first line of standard input",
       log_in);
   command.words("ACCOUNT", &options.account, "admin or user").required().one_of(accounts);

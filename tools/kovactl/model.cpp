@@ -8,7 +8,7 @@
 namespace kova::ctl {
 namespace {
 
-struct Options {
+struct ModelOptions {
   std::string format;
 };
 
@@ -40,7 +40,7 @@ std::vector<std::string> format_names() {
   return names;
 }
 
-ExitStatus show_model(const Output &output, const Options &options) {
+ExitStatus show_model(const Output &output, const ModelOptions &options) {
   if (output.json()) throw UsageError("the model is not written in JSON; kovactl list --json is");
   for (const Format &format : formats) {
     if (options.format != format.name) continue;
@@ -54,7 +54,7 @@ ExitStatus show_model(const Output &output, const Options &options) {
 
 void add_model(Commands &commands) {
   auto [command, options] =
-      commands.add<Options>("model", "Write the supported data model as a document", show_model);
+      commands.add<ModelOptions>("model", "Write the supported data model as a document", show_model);
   std::string help;
   for (const Format &format : formats)
     help += (help.empty() ? "" : ", ") + std::string(format.name) + ": " + format.help;

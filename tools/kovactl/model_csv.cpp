@@ -26,7 +26,7 @@ std::string_view schema_type(model::Type type) {
 }
 
 // As RFC 4180 has it.
-std::string quoted(const std::string &field) {
+std::string csv_quoted(const std::string &field) {
   if (field.find_first_of(",\"\r\n") == std::string::npos) return field;
   std::string text = "\"";
   for (const char c : field)
@@ -68,7 +68,7 @@ std::string csv_table(const Reading &everything) {
   std::string text = "Parameter,Object,Writable,Value,Value type\n";
   for (const auto &[path, row] : rows) {
     text += path + (row.is_object ? ",true" : ",false") + (row.writable ? ",true," : ",false,");
-    text += quoted(row.value) + (row.is_object ? "," : ",xsd:") + std::string(row.type) + "\n";
+    text += csv_quoted(row.value) + (row.is_object ? "," : ",xsd:") + std::string(row.type) + "\n";
   }
   return text;
 }

@@ -8,7 +8,7 @@ namespace {
 
 using namespace xml;
 
-constexpr Dialect dialect = {"description", /*has_units=*/true, /*has_commands=*/true};
+constexpr Dialect data_model = {"name", "description", /*has_units=*/true, /*has_commands=*/true};
 
 // Beyond the root data model: vendor extensions, and services, which models of their own define.
 bool is_own(std::string_view path) {
@@ -39,10 +39,10 @@ std::string counter_of(const ModelObject &object, const std::vector<ModelObject>
 // A table of one instance is told apart from an object that is none by its bounds.
 void set_entries(pugi::xml_node node, const ModelObject &object, const std::vector<ModelObject> &objects) {
   const bool is_table = object.path.ends_with("{i}."), varies = is_table && object.entries() == 1;
-  set(node, "minEntries", varies ? "0" : std::to_string(object.entries()));
-  set(node, "maxEntries", varies ? "unbounded" : std::to_string(object.entries()));
+  set_attribute(node, "minEntries", varies ? "0" : std::to_string(object.entries()));
+  set_attribute(node, "maxEntries", varies ? "unbounded" : std::to_string(object.entries()));
   if (const std::string counter = varies ? counter_of(object, objects) : ""; !counter.empty())
-    set(node, "numEntriesParameter", counter);
+    set_attribute(node, "numEntriesParameter", counter);
 }
 
 void add_object(pugi::xml_node model, const ModelObject &object, const std::vector<ModelObject> &objects) {
@@ -50,17 +50,12 @@ void add_object(pugi::xml_node model, const ModelObject &object, const std::vect
     return is_own(object.path + std::string(parameter.name));
   };
   if (!is_own(object.path) && std::ranges::none_of(object.parameters, is_new)) return;
-  const pugi::xml_node node = add(model, "object");
-  set(node, is_own(object.path) ? "name" : "base", object.path);
-  set(node, "access", is_writable(object) ? "readWrite" : "readOnly");
+  const pugi::xml_node node = add_element(model, "object");
+  set_attribute(node, is_own(object.path) ? "name" : "base", object.path);
+  set_attribute(node, "access", is_writable(object) ? "readWrite" : "readOnly");
   set_entries(node, object, objects);
-  for (const ModelParameter &parameter : object.parameters) {
-    if (!is_new(parameter)) continue;
-    const pugi::xml_node definition = add(node, "parameter");
-    set(definition, "name", std::string(parameter.name));
-    set(definition, "access", std::string(name(parameter.access)));
-    describe(definition, parameter, dialect);
-  }
+  for (const ModelParameter &parameter : object.parameters)
+    if (is_new(parameter)) add_parameter(node, parameter, data_model);
 }
 
 } // namespace
@@ -68,15 +63,15 @@ void add_object(pugi::xml_node model, const ModelObject &object, const std::vect
 std::string data_model_document() {
   pugi::xml_document file;
   const pugi::xml_node document = add_document(file, "dm", "datamodel-1-8");
-  set(document, "spec", own_spec);
-  set(document, "file", own_file);
-  add(document, "description").text() =
+  set_attribute(document, "spec", own_spec);
+  set_attribute(document, "file", own_file);
+  add_element(document, "description").text() =
       "What the LTE router has beyond the root data model: its own objects and parameters, and those of "
       "VoiceService:1.1 that it supports, below Services.VoiceService.{i}.";
   add_imports(document, "tr-098-1-8.xml", "urn:broadband-forum-org:tr-098-1-8", root_model);
-  const pugi::xml_node model = add(document, "model");
-  set(model, "name", own_model);
-  set(model, "base", root_model);
+  const pugi::xml_node model = add_element(document, "model");
+  set_attribute(model, "name", own_model);
+  set_attribute(model, "base", root_model);
   const std::vector<ModelObject> objects = model_objects();
   for (const ModelObject &object : objects)
     add_object(model, object, objects);

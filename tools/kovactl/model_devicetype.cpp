@@ -12,7 +12,7 @@ namespace {
 using namespace xml;
 
 constexpr const char *nil_uuid = "00000000-0000-0000-0000-000000000000";
-constexpr Dialect dialect = {"annotation", /*has_units=*/false, /*has_commands=*/false};
+constexpr Dialect device_type = {"ref", "annotation", /*has_units=*/false, /*has_commands=*/false};
 
 // Version 5, within the name space of URLs.
 std::string uuid_of(const std::string &name) {
@@ -36,18 +36,14 @@ std::string uuid_of(const std::string &name) {
 }
 
 void add_object(pugi::xml_node parent, const ModelObject &object) {
-  const pugi::xml_node node = add(parent, "object");
+  const pugi::xml_node node = add_element(parent, "object");
   const std::string entries = std::to_string(object.entries());
-  set(node, "ref", object.path);
-  set(node, "access", object.rows_writable ? "createDelete" : "readOnly");
-  set(node, "minEntries", object.is_list ? "0" : entries);
-  set(node, "maxEntries", object.is_list ? "unbounded" : entries);
-  for (const ModelParameter &parameter : object.parameters) {
-    const pugi::xml_node reference = add(node, "parameter");
-    set(reference, "ref", std::string(parameter.name));
-    set(reference, "access", std::string(name(parameter.access)));
-    describe(reference, parameter, dialect);
-  }
+  set_attribute(node, "ref", object.path);
+  set_attribute(node, "access", object.rows_writable ? "createDelete" : "readOnly");
+  set_attribute(node, "minEntries", object.is_list ? "0" : entries);
+  set_attribute(node, "maxEntries", object.is_list ? "unbounded" : entries);
+  for (const ModelParameter &parameter : object.parameters)
+    add_parameter(node, parameter, device_type);
 }
 
 } // namespace
@@ -55,13 +51,13 @@ void add_object(pugi::xml_node parent, const ModelObject &object) {
 std::string device_type_document() {
   pugi::xml_document file;
   const pugi::xml_node document = add_document(file, "dt", "devicetype-1-5");
-  set(document, "deviceType", "urn:kova:device-type:lte-router");
-  set(document, "uuid", nil_uuid);
-  add(document, "annotation").text() =
+  set_attribute(document, "deviceType", "urn:kova:device-type:lte-router");
+  set_attribute(document, "uuid", nil_uuid);
+  add_element(document, "annotation").text() =
       "The supported data model of the LTE router. VoiceService:1.1 is below Services.VoiceService.{i}.";
   add_imports(document, own_file, own_spec, own_model);
-  const pugi::xml_node model = add(document, "model");
-  set(model, "ref", own_model);
+  const pugi::xml_node model = add_element(document, "model");
+  set_attribute(model, "ref", own_model);
   for (const ModelObject &object : model_objects())
     add_object(model, object);
   // The same model has the same UUID, which is that of the document without one.

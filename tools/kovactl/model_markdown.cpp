@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <cctype>
-#include <regex>
 #include <vector>
 
 namespace kova::ctl {
@@ -39,10 +38,10 @@ std::string counted(size_t count, const std::string &what) {
   return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
 }
 
-std::string escaped(std::string_view text) {
+std::string markdown_escaped(std::string_view text, std::string_view special = "\\|`*<[") {
   std::string result;
   for (const char c : text) {
-    if (std::string_view("\\|`*<[").find(c) != std::string_view::npos) result += '\\';
+    if (special.find(c) != std::string_view::npos) result += '\\';
     result += c;
   }
   return result;
@@ -58,7 +57,7 @@ std::string anchor(std::string_view heading) {
 }
 
 // The columns but the last are as wide as their widest cell, for those who read the source.
-std::string as_table(const std::vector<Cells> &rows) {
+std::string markdown_table(const std::vector<Cells> &rows) {
   std::vector<size_t> widths(rows.front().size());
   for (const Cells &row : rows)
     for (size_t i = 0; i + 1 < row.size(); ++i)
@@ -83,20 +82,21 @@ std::string allowed_cell(const ModelParameter &parameter) {
   std::string text;
   if (!allowed.range)
     for (const auto &[word, meaning] : allowed.words)
-      text += (text.empty() ? "" : "; ") + code(word) + (meaning.empty() ? "" : " " + escaped(meaning));
+      text +=
+          (text.empty() ? "" : "; ") + code(word) + (meaning.empty() ? "" : " " + markdown_escaped(meaning));
   if (!text.empty()) return text + (allowed.takes_empty ? ", or nothing" : "");
-  text = escaped(allowed.text);
+  text = markdown_escaped(allowed.text);
   const bool plain = name(parameter.type) == name(model::Type::String) && !allowed.pattern.empty();
-  return text + (plain ? ": `" + std::regex_replace(allowed.pattern, std::regex("\\|"), "\\|") + "`" : "");
+  return text + (plain ? ": `" + markdown_escaped(allowed.pattern, "|") + "`" : "");
 }
 
 std::string parameter_table(const ModelObject &object) {
   std::vector<Cells> rows = {{"Parameter", "Type", "Access", "Unit", "Meaning", "Allowed"}};
   for (const ModelParameter &parameter : object.parameters)
     rows.push_back({code(parameter.name), std::string(name(parameter.type)),
-                    std::string(name(parameter.access)), escaped(parameter.unit), escaped(parameter.meaning),
-                    allowed_cell(parameter)});
-  return as_table(rows);
+                    std::string(name(parameter.access)), markdown_escaped(parameter.unit),
+                    markdown_escaped(parameter.meaning), allowed_cell(parameter)});
+  return markdown_table(rows);
 }
 
 // Where the object is on this device, unless its name says it.

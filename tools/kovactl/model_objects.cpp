@@ -51,9 +51,9 @@ void note(Drafts &drafts, const Listed &listed) {
   const size_t end = listed.path.rfind('.') + 1;
   const std::string_view instance = listed.path.substr(0, end), name = listed.path.substr(end);
   auto &parameters = draft.object.parameters;
-  const auto known = std::ranges::find(parameters, name, &ModelParameter::name);
-  if (known != parameters.end()) {
-    draft.owners[static_cast<size_t>(known - parameters.begin())].push_back(instance);
+  const auto present = std::ranges::find(parameters, name, &ModelParameter::name);
+  if (present != parameters.end()) {
+    draft.owners[static_cast<size_t>(present - parameters.begin())].push_back(instance);
     return;
   }
   parameters.push_back(

@@ -23,9 +23,9 @@ bool is_number(model::Type type) {
 template <typename Bound>
 void add_bounds(pugi::xml_node type, const char *facet, const std::string &what, const Bound &least,
                 const Bound &most) {
-  const pugi::xml_node node = add(type, facet);
-  set(node, ("min" + what).c_str(), std::to_string(least));
-  set(node, ("max" + what).c_str(), std::to_string(most));
+  const pugi::xml_node node = add_element(type, facet);
+  set_attribute(node, ("min" + what).c_str(), std::to_string(least));
+  set_attribute(node, ("max" + what).c_str(), std::to_string(most));
 }
 
 // A number has no enumeration: each word is a range of its own.
@@ -40,11 +40,12 @@ void add_text_facets(pugi::xml_node node, const AllowedValues &allowed, const ch
   if (allowed.range) return; // the words mean numbers
   if (allowed.length) add_bounds(node, "size", "Length", allowed.length->first, allowed.length->second);
   for (const auto &[word, meaning] : allowed.words) {
-    const pugi::xml_node value = add(node, "enumeration");
-    set(value, "value", word);
-    if (!meaning.empty()) add(value, note).text() = meaning.c_str();
+    const pugi::xml_node value = add_element(node, "enumeration");
+    set_attribute(value, "value", word);
+    if (!meaning.empty()) add_element(value, note).text() = meaning.c_str();
   }
-  if (allowed.words.empty() && !allowed.pattern.empty()) set(add(node, "pattern"), "value", allowed.pattern);
+  if (allowed.words.empty() && !allowed.pattern.empty())
+    set_attribute(add_element(node, "pattern"), "value", allowed.pattern);
 }
 
 } // namespace
@@ -55,57 +56,61 @@ std::string as_text(const pugi::xml_document &document) {
   return text.str();
 }
 
-pugi::xml_node add(pugi::xml_node parent, const char *name) {
+pugi::xml_node add_element(pugi::xml_node parent, const char *name) {
   return parent.append_child(name);
 }
 
-void set(pugi::xml_node node, const char *name, const std::string &value) {
+void set_attribute(pugi::xml_node node, const char *name, const std::string &value) {
   node.append_attribute(name) = value.c_str();
 }
 
 pugi::xml_node add_document(pugi::xml_document &file, const std::string &prefix, const std::string &schema) {
   const pugi::xml_node declaration = file.append_child(pugi::node_declaration);
-  set(declaration, "version", "1.0");
-  set(declaration, "encoding", "UTF-8");
-  const pugi::xml_node document = add(file, (prefix + ":document").c_str());
+  set_attribute(declaration, "version", "1.0");
+  set_attribute(declaration, "encoding", "UTF-8");
+  const pugi::xml_node document = add_element(file, (prefix + ":document").c_str());
   const std::string name_space = "urn:broadband-forum-org:cwmp:" + schema;
-  set(document, ("xmlns:" + prefix).c_str(), name_space);
-  set(document, "xmlns:xsi", "http://www.w3.org/2001/XMLSchema-instance");
-  set(document, "xsi:schemaLocation",
-      name_space + " https://www.broadband-forum.org/cwmp/cwmp-" + schema + ".xsd");
+  set_attribute(document, ("xmlns:" + prefix).c_str(), name_space);
+  set_attribute(document, "xmlns:xsi", "http://www.w3.org/2001/XMLSchema-instance");
+  set_attribute(document, "xsi:schemaLocation",
+                name_space + " https://www.broadband-forum.org/cwmp/cwmp-" + schema + ".xsd");
   return document;
 }
 
 void add_imports(pugi::xml_node document, const char *file, const char *spec, const char *model) {
   const auto import = [document](const char *of_file, const char *of_spec) {
-    const pugi::xml_node node = add(document, "import");
-    set(node, "file", of_file);
-    set(node, "spec", of_spec);
+    const pugi::xml_node node = add_element(document, "import");
+    set_attribute(node, "file", of_file);
+    set_attribute(node, "spec", of_spec);
     return node;
   };
   const auto types = import("tr-106-1-0-types.xml", "urn:broadband-forum-org:tr-106-1-0");
   for (const model::Type type : named_types)
-    set(add(types, "dataType"), "name", std::string(name(type)));
-  set(add(import(file, spec), "model"), "name", model);
+    set_attribute(add_element(types, "dataType"), "name", std::string(name(type)));
+  set_attribute(add_element(import(file, spec), "model"), "name", model);
 }
 
-void describe(pugi::xml_node parameter, const ModelParameter &what, const Dialect &dialect) {
+void add_parameter(pugi::xml_node object, const ModelParameter &what, const Dialect &dialect) {
+  const pugi::xml_node parameter = add_element(object, "parameter");
+  set_attribute(parameter, dialect.name, std::string(what.name));
+  set_attribute(parameter, "access", std::string(name(what.access)));
   const AllowedValues allowed = what.parameter ? allowed_values(*what.parameter) : AllowedValues();
-  add(parameter, dialect.note).text() =
+  add_element(parameter, dialect.note).text() =
       (what.meaning + (what.unit.empty() ? "" : ". Unit: " + std::string(what.unit)) +
        (allowed.text.empty() ? "" : ". Takes " + allowed.text))
           .c_str();
-  const pugi::xml_node syntax = add(parameter, "syntax");
+  const pugi::xml_node syntax = add_element(parameter, "syntax");
   if (dialect.has_commands && what.parameter && request::acts(std::string(what.parameter->path)))
-    set(syntax, "command", "true");
-  if (what.type == model::Type::List) add(syntax, "list");
+    set_attribute(syntax, "command", "true");
+  if (what.type == model::Type::List) add_element(syntax, "list");
   if (std::ranges::find(named_types, what.type) != std::end(named_types))
-    return set(add(syntax, "dataType"), "ref", std::string(name(what.type)));
+    return set_attribute(add_element(syntax, "dataType"), "ref", std::string(name(what.type)));
   const auto type = what.type == model::Type::List ? model::Type::String : what.type; // that of an item
-  const pugi::xml_node node = add(syntax, std::string(name(type)).c_str());
+  const pugi::xml_node node = add_element(syntax, std::string(name(type)).c_str());
   if (is_number(type)) {
     add_number_facets(node, allowed);
-    if (dialect.has_units && !what.unit.empty()) set(add(node, "units"), "value", std::string(what.unit));
+    if (dialect.has_units && !what.unit.empty())
+      set_attribute(add_element(node, "units"), "value", std::string(what.unit));
   } else if (name(type) == name(model::Type::String))
     add_text_facets(node, allowed, dialect.note);
 }

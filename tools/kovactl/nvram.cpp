@@ -10,11 +10,11 @@
 namespace kova::ctl {
 namespace {
 
-struct Options {
+struct NvramOptions {
   int section = host::configuration_section;
   std::vector<std::string> words; // keys, or KEY=VALUE
 };
-struct ListOptions {
+struct NvramListOptions {
   std::optional<int> section;
   std::string prefix;
 };
@@ -37,7 +37,7 @@ std::string absence(int section, const std::string &key) {
   return text;
 }
 
-ExitStatus get(const Output &output, const Options &options) {
+ExitStatus get(const Output &output, const NvramOptions &options) {
   boot(output);
   const device::Turn turn(device::Turn::Kind::reading);
   const std::vector<host::NvramEntry> all = host::nvram_entries(options.section); // one state of the store
@@ -51,7 +51,7 @@ ExitStatus get(const Output &output, const Options &options) {
   return Success;
 }
 
-ExitStatus set(const Output &output, const Options &options) {
+ExitStatus set(const Output &output, const NvramOptions &options) {
   boot(output);
   std::vector<host::NvramEntry> entries;
   for (const std::string &text : options.words) {
@@ -69,7 +69,7 @@ ExitStatus set(const Output &output, const Options &options) {
   return Success;
 }
 
-ExitStatus unset(const Output &output, const Options &options) {
+ExitStatus unset(const Output &output, const NvramOptions &options) {
   boot(output);
   const device::Turn turn(device::Turn::Kind::changing);
   for (const std::string &key : options.words)
@@ -80,7 +80,7 @@ ExitStatus unset(const Output &output, const Options &options) {
   return Success;
 }
 
-ExitStatus list(const Output &output, const ListOptions &options) {
+ExitStatus list(const Output &output, const NvramListOptions &options) {
   boot(output);
   const device::Turn turn(device::Turn::Kind::reading);
   std::vector<host::NvramEntry> entries = host::nvram_entries(options.section);
@@ -112,9 +112,10 @@ constexpr const char *section_help = "0: configuration (the default), 9: run-tim
 
 void add_nvram(Commands &commands) {
   Commands nvram = commands.group("nvram", "The key/value store");
-  const auto add = [&](const char *name, const char *help, ExitStatus (*run)(const Output &, const Options &),
-                       const char *words, const Completions &completions) {
-    auto [command, options] = nvram.add<Options>(name, help, run);
+  const auto add = [&](const char *name, const char *help,
+                       ExitStatus (*run)(const Output &, const NvramOptions &), const char *words,
+                       const Completions &completions) {
+    auto [command, options] = nvram.add<NvramOptions>(name, help, run);
     command.option("-s,--section", "N", &options.section, section_help).check(number_rule);
     command.complete(completions);
     return command.words(words, &options.words).required();
@@ -124,7 +125,7 @@ void add_nvram(Commands &commands) {
       .check(assignment_rule);
   add("unset", "Remove keys", unset, "KEY", complete_key);
 
-  auto [listing, options] = nvram.add<ListOptions>("list", "Show all keys", list);
+  auto [listing, options] = nvram.add<NvramListOptions>("list", "Show all keys", list);
   listing.words("PREFIX", &options.prefix, "Only the keys that begin so");
   listing.option("-s,--section", "N", &options.section, "Only this section").check(number_rule);
   listing.complete(complete_key);

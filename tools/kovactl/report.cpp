@@ -167,7 +167,7 @@ void show(const Output &output, const Setting &setting, const Aftermath &afterma
     output.complain(as_table(aftermath.now.faults));
   } else
     explain_refusal(output, setting);
-  if (aftermath.log) output.print(ctl::as_table(*aftermath.log));
+  if (aftermath.log) output.print(log_table(*aftermath.log));
   for (const DiagnosticsTest &test : aftermath.tests)
     if (!test.failure.empty()) output.failure(test.failure);
 }
@@ -250,7 +250,7 @@ ExitStatus report(const Output &output, const RowChange &change,
     output.complain(as_table(std::span(&*change.fault, 1)));
   else
     output.print(Table{{{change.object + std::to_string(change.instance) + "."}}});
-  if (!output.json() && log) output.print(ctl::as_table(*log));
+  if (!output.json() && log) output.print(log_table(*log));
   return change.fault ? Failure : Success;
 }
 

@@ -1,4 +1,5 @@
 // add, delete: rows of lists.
+#include "device/log.hpp"
 #include "kovactl/addressing.hpp"
 #include "kovactl/agent.hpp"
 #include "kovactl/command.hpp"
@@ -9,14 +10,14 @@
 namespace kova::ctl {
 namespace {
 
-struct Options {
+struct RowOptions {
   std::string path;
   std::optional<std::string> value;
   bool with_log = false;
 };
 
 template <typename Change>
-ExitStatus change_row(const Output &output, const Options &options, Kind kind, Change change) {
+ExitStatus change_row(const Output &output, const RowOptions &options, Kind kind, Change change) {
   start_agent(output);
   RowChange changed;
   std::optional<std::vector<Json>> log;
@@ -36,13 +37,13 @@ ExitStatus change_row(const Output &output, const Options &options, Kind kind, C
   return report(output, changed, log);
 }
 
-ExitStatus add(const Output &output, const Options &options) {
+ExitStatus add(const Output &output, const RowOptions &options) {
   return change_row(output, options, Kind::list, [&](const std::string &object) {
     return options.value ? add_row(object, *options.value) : add_row(object);
   });
 }
 
-ExitStatus remove(const Output &output, const Options &options) {
+ExitStatus remove(const Output &output, const RowOptions &options) {
   return change_row(output, options, Kind::row, delete_row);
 }
 
@@ -50,13 +51,13 @@ ExitStatus remove(const Output &output, const Options &options) {
 
 void add_rows(Commands &commands) {
   auto [adding, row] =
-      commands.add<Options>("add", "Add a row to a list, with its value or a placeholder", add);
+      commands.add<RowOptions>("add", "Add a row to a list, with its value or a placeholder", add);
   adding.words("OBJECT.", &row.path, "A list; kovactl list --lists shows them").required();
   adding.words("VALUE", &row.value, "No row is added when it is refused");
   adding.complete([](const std::string &word) { return continued(word, Kind::list, true); });
 
   auto [deleting, old] =
-      commands.add<Options>("delete", "Delete a row of a list; those behind it move up", remove);
+      commands.add<RowOptions>("delete", "Delete a row of a list; those behind it move up", remove);
   deleting.words("OBJECT.N.", &old.path, "A row of a list").required();
   deleting.complete([](const std::string &word) { return continued(word, Kind::row, true); });
 

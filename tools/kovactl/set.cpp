@@ -1,4 +1,5 @@
 // set: changes parameters in one request.
+#include "device/log.hpp"
 #include "kovactl/addressing.hpp"
 #include "kovactl/agent.hpp"
 #include "kovactl/command.hpp"
@@ -15,14 +16,14 @@
 namespace kova::ctl {
 namespace {
 
-struct Options {
+struct SetOptions {
   std::vector<std::string> assignments; // PATH=VALUE
   std::optional<std::string> file;
   bool skip_read_only = false, dry_run = false, with_log = false, with_tests = false;
   int timeout = 120;
 };
 
-std::vector<Assignment> requested(const Options &options) {
+std::vector<Assignment> requested(const SetOptions &options) {
   std::vector<Assignment> request;
   if (options.file) request = read_request(*options.file);
   for (const std::string &text : options.assignments)
@@ -90,12 +91,12 @@ Setting carry_out(std::vector<Assignment> request, bool from_file) {
   return result;
 }
 
-ExitStatus try_out(const Output &output, const Options &options, const std::vector<Assignment> &request) {
+ExitStatus try_out(const Output &output, const SetOptions &options, const std::vector<Assignment> &request) {
   const Trial trial;
   return report_trial(output, in_turn([&] { return carry_out(request, options.file.has_value()); }));
 }
 
-ExitStatus set(const Output &output, const Options &options) {
+ExitStatus set(const Output &output, const SetOptions &options) {
   std::vector<Assignment> request = requested(options);
   start_agent(output);
   in_turn(
@@ -142,7 +143,7 @@ ExitStatus set(const Output &output, const Options &options) {
 } // namespace
 
 void add_set(Commands &commands) {
-  auto [command, options] = commands.add<Options>("set", "Change parameters in one request", set);
+  auto [command, options] = commands.add<SetOptions>("set", "Change parameters in one request", set);
   command.words("PATH=VALUE", &options.assignments, "These come after those of --file")
       .check(assignment_rule);
   const Option file =

@@ -36,9 +36,7 @@ ExitStatus done(const Output &output, const char *what, const std::string &text)
   return Success;
 }
 
-struct Options {};
-
-ExitStatus back_up(const Output &output, const Options &) {
+ExitStatus back_up(const Output &output, const NoOptions &) {
   start_agent(output);
   const std::string file = backup_file().string();
   if (in_turn([] { return backup_restore_settings(backup_mode); }) != 0 || !is_whole_backup())
@@ -46,7 +44,7 @@ ExitStatus back_up(const Output &output, const Options &) {
   return done(output, "backup", "kept the server settings of both management instances in " + file);
 }
 
-ExitStatus restore(const Output &output, const Options &) {
+ExitStatus restore(const Output &output, const NoOptions &) {
   start_agent(output);
   const std::string file = backup_file().string();
   if (!std::filesystem::exists(backup_file()))
@@ -62,9 +60,9 @@ ExitStatus restore(const Output &output, const Options &) {
 
 void add_settings(Commands &commands) {
   Commands settings = commands.group("settings", "The management server's settings");
-  settings.add<Options>("backup", "Keep them in a file, so that a configuration reset does not lose them",
-                        back_up);
-  settings.add<Options>("restore", "Put back those that were kept; the file is removed", restore);
+  settings.add<NoOptions>("backup", "Keep them in a file, so that a configuration reset does not lose them",
+                          back_up);
+  settings.add<NoOptions>("restore", "Put back those that were kept; the file is removed", restore);
 }
 
 } // namespace kova::ctl

@@ -14,10 +14,10 @@ namespace {
 
 using Leaf = std::pair<std::string, std::string>;
 
-struct Options {
+struct TreeOptions {
   std::vector<std::string> words; // paths, or PATH=VALUE
 };
-struct ListOptions {
+struct TreeListOptions {
   std::string prefix;
 };
 
@@ -61,13 +61,13 @@ private:
   bool keep_ = false;
 };
 
-ExitStatus get(const Output &output, const Options &options) {
+ExitStatus get(const Output &output, const TreeOptions &options) {
   boot(output);
   const device::Turn turn(device::Turn::Kind::reading);
   return show_leaves(output, options.words);
 }
 
-ExitStatus set(const Output &output, const Options &options) {
+ExitStatus set(const Output &output, const TreeOptions &options) {
   boot(output);
   const device::Turn turn(device::Turn::Kind::changing);
   std::vector<std::string> paths;
@@ -83,7 +83,7 @@ ExitStatus set(const Output &output, const Options &options) {
   return show_leaves(output, paths);
 }
 
-ExitStatus list(const Output &output, const ListOptions &options) {
+ExitStatus list(const Output &output, const TreeListOptions &options) {
   boot(output);
   const device::Turn turn(device::Turn::Kind::reading);
   show(output, host::tree_leaves(options.prefix));
@@ -114,11 +114,11 @@ std::vector<std::string> complete_leaf(const std::string &word) {
 
 void add_tree(Commands &commands) {
   Commands tree = commands.group("tree", "The configuration tree");
-  auto [getting, paths] = tree.add<Options>("get", "Show leaves", get);
+  auto [getting, paths] = tree.add<TreeOptions>("get", "Show leaves", get);
   getting.words("PATH", &paths.words, "As in /tarn/...").required();
-  auto [setting, leaves] = tree.add<Options>("set", "Store leaves as they are, without any rule", set);
+  auto [setting, leaves] = tree.add<TreeOptions>("set", "Store leaves as they are, without any rule", set);
   setting.words("PATH=VALUE", &leaves.words).required().check(assignment_rule);
-  auto [listing, options] = tree.add<ListOptions>("list", "Show all leaves", list);
+  auto [listing, options] = tree.add<TreeListOptions>("list", "Show all leaves", list);
   listing.words("PREFIX", &options.prefix, "Only the leaves at or below this path");
   getting.complete(complete_path);
   setting.complete(complete_leaf);

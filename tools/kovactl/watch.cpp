@@ -17,7 +17,7 @@
 namespace kova::ctl {
 namespace {
 
-struct Options {
+struct WatchOptions {
   std::vector<std::string> paths;
   int interval = 1, times = 0;
 };
@@ -84,7 +84,7 @@ Table as_table(const std::map<std::string, Watched> &watched) {
   return table;
 }
 
-ExitStatus watch(const Output &output, const Options &options) {
+ExitStatus watch(const Output &output, const WatchOptions &options) {
   start_agent(output);
   std::map<std::string, Watched> watched;
   for (int round = 0; options.times == 0 || round < options.times; ++round) {
@@ -110,8 +110,8 @@ ExitStatus watch(const Output &output, const Options &options) {
 } // namespace
 
 void add_watch(Commands &commands) {
-  auto [command, options] =
-      commands.add<Options>("watch", "Show values as they change, numbers with a curve on a terminal", watch);
+  auto [command, options] = commands.add<WatchOptions>(
+      "watch", "Show values as they change, numbers with a curve on a terminal", watch);
   command.words("PATH", &options.paths, "As for get").required();
   command.option("--interval", "SECONDS", &options.interval, "Look so often (default: 1)").check(number_rule);
   command.option("--times", "N", &options.times, "Look so many times, then end").check(number_rule);
