@@ -10,7 +10,6 @@
 
 #include <cstdarg>
 #include <cstdio>
-#include <ranges>
 #include <sstream>
 
 namespace kova::request {
@@ -80,8 +79,8 @@ std::string understood(const std::string &said) {
 }
 
 std::string last_understood(std::span<const std::string> lines) {
-  for (const std::string &line : lines | std::views::reverse)
-    if (std::string text = understood(line); !text.empty()) return text;
+  for (size_t i = lines.size(); i-- > 0;)
+    if (std::string text = understood(lines[i]); !text.empty()) return text;
   return "";
 }
 

@@ -75,7 +75,8 @@ const std::vector<Tool> tools = {
       {"-q", "TRIES", Number{&Options::tries, 1, 10}, true, "Packets for each hop"},
       {"-m", "HOPS", Number{&Options::max_hops, 1, 255}, true, "After how many hops to give up"},
       {"-w", "S,HERE,NEAR", &Options::wait_times, true,
-       "Seconds to wait for an answer; at most HERE times as long as the same hop took, and NEAR times as long as the next did"},
+       "Seconds to wait for an answer; at most HERE times as long as the same hop took, and NEAR times as long as "
+       "the next did"},
       {"--savetof", "", &Options::save_to_file, false, "Keep the hops in /tmp/tracerouteResults of the device's root"}}},
     {"udpechoplus_server", "Answers UDP packets with what they hold", echo_note,
      {{"-p", "PORT", Number{&Options::port, 1, 65535}, true, "Port to listen on"},
@@ -125,6 +126,7 @@ public:
   void read(std::vector<std::string> words) {
     words.insert(words.begin(), "");
     std::vector<char *> arguments;
+    arguments.reserve(words.size() + 1);
     for (std::string &word : words)
       arguments.push_back(word.data());
     arguments.push_back(nullptr);

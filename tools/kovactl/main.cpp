@@ -151,6 +151,7 @@ ExitStatus run(int argc, char **argv) {
 ExitStatus run_command_line(std::vector<std::string> words) {
   words.insert(words.begin(), "kovactl");
   std::vector<char *> arguments;
+  arguments.reserve(words.size());
   for (std::string &word : words)
     arguments.push_back(word.data());
   return run(static_cast<int>(arguments.size()), arguments.data());
