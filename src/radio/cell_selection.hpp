@@ -40,6 +40,8 @@ struct SupportedBands {
 class ValueCopy {
 public:
   explicit ValueCopy(const char *value) : copy_(strdup(text_or_empty(value))) {}
+  // False for want of memory: there are no pieces then.
+  bool is_whole() const { return copy_.writable() != nullptr; }
   // The next piece between separators that is not empty; NULL at the end.
   char *next(const char *separators) {
     char *from = started_ ? nullptr : copy_.writable();

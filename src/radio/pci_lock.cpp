@@ -41,9 +41,11 @@ struct Cell {
 struct Cells {
   static constexpr int slots = 20;
   Cell slot[slots];
+  bool whole; // or there was no memory for them
 
   explicit Cells(const char *value) {
     ValueCopy pieces(value);
+    whole = pieces.is_whole();
     char *rest = nullptr;
     int last = 0;
     for (char *piece = pieces.next(";"); piece != nullptr && last + 1 < slots; piece = pieces.next(";")) {
@@ -73,7 +75,7 @@ bool judge_cell(const Cell &cell, const SupportedBands &bands, BandInfo &info) {
 bool convert(const char *value, List &stored) {
   const Cells cells(value);
   SupportedBands bands;
-  if (!stored.has_room() || !bands.load()) return false;
+  if (!cells.whole || !stored.has_room() || !bands.load()) return false;
   for (const Cell &cell : cells.slot) {
     if (cell.earfcn == 0 || cell.pci == 0) continue;
     BandInfo info = {};
@@ -130,7 +132,7 @@ bool is_range(const char *start, const char *end) {
 int set_ranges(const char *value) {
   ValueCopy pieces(value);
   List rebuilt;
-  if (!rebuilt.has_room()) return -1;
+  if (!pieces.is_whole() || !rebuilt.has_room()) return -1;
   const char *start = nullptr, *end = nullptr;
   for (char *range = pieces.next(";"); range != nullptr; range = pieces.next(";"))
     if (split_range(range, start, end)) rebuilt.add("%s%s,%s", rebuilt.empty() ? "" : ";", start, end);
@@ -191,6 +193,7 @@ int kovaGetTR069PciLock(char *buf, unsigned int buflen) {
 int kovaChkTR069PciOnlyLock(const char *, const char *value) {
   const Bracket bracket;
   ValueCopy pieces(value);
+  if (!pieces.is_whole()) return -1;
   const char *start = nullptr, *end = nullptr;
   for (char *range = pieces.next(";"); range != nullptr; range = pieces.next(";"))
     if (split_range(range, start, end) && !is_range(start, end)) return -1;

@@ -37,12 +37,13 @@ public:
   explicit PreferredBands(const char *value)
       : memory_(static_cast<char *>(std::calloc(most, sizeof(PreferredBand)))),
         slot_(reinterpret_cast<PreferredBand *>(memory_.writable())) {
-    if (!has_room()) return;
+    if (slot_ == nullptr) return;
     ValueCopy groups(value);
+    whole_ = groups.is_whole();
     for (char *group = groups.next(";"); group != nullptr; group = groups.next(";"))
       add_group(group);
   }
-  bool has_room() const { return slot_ != nullptr; }
+  bool is_whole() const { return whole_; } // or there was no memory for them
   const PreferredBand *begin() const { return slot_; }
   const PreferredBand *end() const { return slot_ + used_; }
 
@@ -64,6 +65,7 @@ private:
   }
   OwnedText memory_;
   PreferredBand *slot_;
+  bool whole_ = false;
   int used_ = 0;
 };
 
@@ -111,7 +113,7 @@ bool judge_band(const PreferredBand &preferred, const SupportedBands &supported,
 
 bool judge(const PreferredBands &bands, SharedDuplex *shared) {
   SupportedBands supported;
-  if (!bands.has_room() || !supported.load()) return false;
+  if (!bands.is_whole() || !supported.load()) return false;
   for (const PreferredBand &preferred : bands) {
     if (!judge_band(preferred, supported, shared)) return false;
   }
@@ -173,5 +175,5 @@ int kovaGetTR069FreqPreferred(char *buf, unsigned int buflen) {
       groups.add(",%d", preferred.earfcn[i]);
   }
   answer(groups, buf, buflen);
-  return bands.has_room() ? result : -1;
+  return bands.is_whole() ? result : -1;
 }

@@ -76,4 +76,22 @@ TEST_F(Memory, MayBeShortAtAnyAllocation) {
   EXPECT_GT(failures, 100) << "the library asks for memory elsewhere";
 }
 
+// What a lock or a preference could not be made of is refused: an empty list would lift it.
+TEST_F(Memory, IsNoReasonToLiftALock) {
+  const std::string directory = "tarn/cell_selection/";
+  const struct {
+    int (*set)(const char *);
+    const char *value, *leaf, *stored;
+  } lists[] = {{kovaSetTR069PciLock, "1300,100", "fdd_dedicated_pci_list", "3,1300,100"},
+               {kovaSetTR069PciOnlyLock, "10,20", "dedicated_pci_range", "10,20"},
+               {kovaSetTR069FreqPreferred, "3,1300", "fdd_dedicated_earfcn_list", "3,1300"}};
+  for (const auto &list : lists)
+    EXPECT_GT(failing([&] {
+                const bool taken = list.set(list.value) == 0;
+                EXPECT_EQ(platform.tree.contains(directory + list.leaf), taken) << list.leaf << left;
+                EXPECT_TRUE(!taken || platform.tree[directory + list.leaf] == list.stored) << list.leaf << left;
+              }),
+              0);
+}
+
 } // namespace
