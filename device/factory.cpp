@@ -2,6 +2,7 @@
 
 #include "device/factory_tables.hpp"
 #include "device/routes.hpp"
+#include "platform/keys.hpp"
 #include "platform/nvram.h"
 
 #include <algorithm>
@@ -165,14 +166,14 @@ std::vector<host::NvramEntry> runtime_facts(const Identity &identity) {
   for (const std::span<const Setting> table : {std::span<const Setting>(facts), radio_facts()})
     for (const auto &[key, value] : table)
       add(key, value);
-  add("CACHE_SN", identity.serial);
+  add(key::serial_number, identity.serial);
   add("IMEI", identity.imei);
   add("imei_infostr", identity.imei);
   add("lan_mac", identity.lan_mac);
   add("wlan_mac", identity.wlan_mac);
   const std::string interface = default_interface();
   const auto [address, netmask] = address_of(interface);
-  add("curr_data_if", interface);
+  add(key::data_interface, interface);
   add("curr_mgmt_if", interface);
   add("wan_ipaddr", address);
   add("wan_netmask", netmask);

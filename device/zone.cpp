@@ -3,6 +3,7 @@
 #include "device/formatted.hpp"
 #include "platform/host/nvram_admin.hpp"
 #include "platform/host/whole_number.hpp"
+#include "platform/keys.hpp"
 
 #include <algorithm>
 #include <chrono>
@@ -87,7 +88,7 @@ std::string posix_zone(std::string_view code, const std::optional<DaylightSaving
 
 void store_posix_zone() {
   std::optional<DaylightSaving> saving;
-  if (stored("NTPDaylightSaving") == "1")
+  if (stored(key::daylight_saving) == "1")
     saving = {stored_changeover("NTP_DST_START_"), stored_changeover("NTP_DST_END_")};
   const auto today = calendar::floor<calendar::days>(calendar::system_clock::now());
   const auto year = static_cast<int>(calendar::year_month_day(today).year());

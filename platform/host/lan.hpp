@@ -3,6 +3,7 @@
 
 #include "platform/host/ipv4.hpp"
 #include "platform/host/nvram_sections.hpp"
+#include "platform/keys.hpp"
 #include "platform/nvram.h"
 
 #include <cstdint>
@@ -22,7 +23,7 @@ struct Lan {
 };
 
 inline Lan stored_lan() {
-  return {stored_address("lan_ip"), stored_address("lan_netmask")};
+  return {stored_address(key::lan_address), stored_address(kova::key::lan_netmask)};
 }
 
 } // namespace kova::host

@@ -2,6 +2,7 @@
 #include "platform/host/complaints.hpp"
 #include "platform/host/nvram_sections.hpp"
 #include "platform/host/text_of.hpp"
+#include "platform/keys.hpp"
 #include "platform/nvram.h"
 #include "platform/webs.h"
 
@@ -22,8 +23,8 @@ bool load(const char *key, Field &field) {
 }
 
 bool load(OperMode &mode) {
-  return load("oper_mode", mode.oper_mode) && load("vpn_type", mode.vpn_type) &&
-         load("bcp_enable", mode.bcp_enable) && load("gre_type", mode.gre_type);
+  return load(kova::key::oper_mode, mode.oper_mode) && load(kova::key::vpn_type, mode.vpn_type) &&
+         load(kova::key::bcp_enable, mode.bcp_enable) && load(kova::key::gre_type, mode.gre_type);
 }
 
 // Keys that have a meaning in the VPN mode only, some of them for one type of tunnel only.
@@ -35,10 +36,10 @@ struct VpnKeys {
 };
 
 constexpr VpnKeys vpn_keys[] = {
-    {"vpn_type", false, [](int) { return true; }, "VPN mode"},
-    {"vpn_nat_enable", false, [](int) { return true; }, "VPN mode"},
-    {"l3vpn_default_if", false, [](int) { return true; }, "VPN mode"},
-    {"bcp_enable", false, [](int type) { return type == l2tp; }, "VPN mode over L2TP"},
+    {kova::key::vpn_type, false, [](int) { return true; }, "VPN mode"},
+    {kova::key::vpn_nat, false, [](int) { return true; }, "VPN mode"},
+    {kova::key::layer_3_interface, false, [](int) { return true; }, "VPN mode"},
+    {kova::key::bcp_enable, false, [](int type) { return type == l2tp; }, "VPN mode over L2TP"},
     {"l2tp_", true, [](int type) { return type == l2tp; }, "VPN mode over L2TP"},
     {"gre_", true, [](int type) { return type == gre; }, "VPN mode over GRE"},
 };

@@ -1,6 +1,7 @@
 // Uptime, traffic counters and hardware addresses, from the running kernel.
 #include "platform/host/nvram_sections.hpp"
 #include "platform/host/text_of.hpp"
+#include "platform/keys.hpp"
 #include "platform/nvram.h"
 
 #include <fcntl.h>
@@ -82,7 +83,8 @@ int tarn_get_ifname_statistic(const char *logical, char *text, int size, int cou
   if (name == "lan") return write_statistic("eth0", counter, text, size);
   if (name != "wan") return -1;
   char data_interface[IFNAMSIZ] = "";
-  nvram_bufget_string(kova::host::runtime_section, "curr_data_if", data_interface, sizeof data_interface);
+  nvram_bufget_string(kova::host::runtime_section, kova::key::data_interface, data_interface,
+                      sizeof data_interface);
   return write_statistic(*data_interface == '\0' ? "lte0pdn0" : data_interface, counter, text, size);
 }
 

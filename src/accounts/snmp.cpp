@@ -1,5 +1,6 @@
 // The SNMP service. Every accepted setting starts it anew.
 #include "platform/keys.hpp"
+#include "src/frame/events.hpp"
 #include "src/frame/rows.hpp"
 #include "src/frame/trace.hpp"
 
@@ -12,7 +13,7 @@ namespace {
 int store_and_start(const char *key, const char *value) {
   store(key, value);
   kova_trigger_cpe_event("ce_snmp_start");
-  kova_trigger_cpe_event("fw_sip_rule");
+  kova_trigger_cpe_event(event::sip_rules);
   return 0;
 }
 

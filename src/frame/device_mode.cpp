@@ -1,4 +1,5 @@
 // What the operation mode and the WAN settings say about the device as a whole.
+#include "platform/keys.hpp"
 #include "src/frame/lte_state.hpp"
 
 #include <kova/frame.h>
@@ -13,7 +14,7 @@ namespace {
 
 // The mode counts by its first digit ("21" is mode 2); above highest, and without a digit, it is 0.
 int operation_mode(char highest) {
-  const OwnedText mode = kova::load_whole("oper_mode");
+  const OwnedText mode = kova::load_whole(kova::key::oper_mode);
   return mode[0] >= '0' && mode[0] <= highest ? mode[0] - '0' : 0;
 }
 
@@ -41,7 +42,7 @@ const char *management_traffic_interface() {
   char type[64];
   if (!kova::load("TR_IF_TYPE", type)) return "";
   if (kova::equal(type, "data_pdn") && kova::lte_data_is_connected())
-    return current_interface("curr_data_if");
+    return current_interface(kova::key::data_interface);
   if (kova::equal(type, "mgmt_pdn") && management_pdn_is_up()) return current_interface("curr_mgmt_if");
   return "";
 }
@@ -62,10 +63,10 @@ int kovaGetTR069If(char *buf, unsigned int buflen) {
 }
 
 int checkDHCPRelayIsNotSupport(void) {
-  const OwnedText mode = kova::load_whole("oper_mode");
-  const OwnedText vpn_type = kova::load_whole("vpn_type");
-  const OwnedText bcp_enable = kova::load_whole("bcp_enable");
-  const OwnedText gre_type = kova::load_whole("gre_type");
+  const OwnedText mode = kova::load_whole(kova::key::oper_mode);
+  const OwnedText vpn_type = kova::load_whole(kova::key::vpn_type);
+  const OwnedText bcp_enable = kova::load_whole(kova::key::bcp_enable);
+  const OwnedText gre_type = kova::load_whole(kova::key::gre_type);
   if (kova::equal(mode, "1")) return 0;
   if (!kova::equal(mode, "2")) return 1;
   const bool layer_2_l2tp = kova::equal(vpn_type, "0") && kova::equal(bcp_enable, "1");
@@ -74,7 +75,7 @@ int checkDHCPRelayIsNotSupport(void) {
 }
 
 int getWanIfName(void) {
-  const OwnedText interface = kova::load_whole(kova::runtime("curr_data_if"));
+  const OwnedText interface = kova::load_whole(kova::runtime(kova::key::data_interface));
   if (std::strstr(interface, "eth0.1") != nullptr) return 1;
   if (std::strstr(interface, "eth0.2") != nullptr) return 2;
   return 0;

@@ -1,4 +1,6 @@
 // CPE events: named messages to the device's event dispatcher.
+#include "src/frame/events.hpp"
+
 #include "src/frame/shell.hpp"
 #include "src/frame/text.hpp"
 
@@ -21,8 +23,8 @@ constexpr struct {
     {"ce_tr069_stop", "ce_sec_tr069_stop"},
     {"ce_tr069_start", "ce_sec_tr069_start"},
     {"ce_tr069_config_changed", "ce_sec_tr069_config_changed"},
-    {"ce_webservice_reinit", "ce_webservice_reinit"},
-    {"fw_sec_ddos_filter", "fw_sec_ddos_filter"},
+    {kova::event::web_service, kova::event::web_service},
+    {kova::event::access_filter, kova::event::access_filter},
 };
 static_assert(std::size(events) == KOVA_EVT_MAX);
 
@@ -55,7 +57,7 @@ void kova_trigger_cpe_event(const char *event) {
 
 void kova_nat_cfg_changed(void) {
   constexpr int vpn_mode = 2;
-  kova_trigger_cpe_event("fw_nat_cfg changed");
+  kova_trigger_cpe_event(kova::event::nat_changed);
   if (kova_get_oper_mode() != vpn_mode) return;
   kova_trigger_cpe_event("ce_ipv4_nat stop");
   kova::pause_for(3);

@@ -1,4 +1,5 @@
 // What an agent's start may have to put right.
+#include "platform/keys.hpp"
 #include "src/frame/settings.hpp"
 
 #include <kova/frame.h>
@@ -26,9 +27,9 @@ int init_parameters(void) {
   if (first_run != 1) return first_run;
   // Earlier firmware shipped an inform interval of 3000 seconds; ACS fleets expect 300.
   char interval[15];
-  kova::load("TR_INFORM_INTERVAL", interval);
+  kova::load(kova::key::inform_interval, interval);
   if (kova::leading_number(interval) == 3000) {
-    kova::store("TR_INFORM_INTERVAL", "300");
+    kova::store(kova::key::inform_interval, "300");
     kova::store("S_TR_INFORM_INTERVAL", "300");
   }
   return 0;

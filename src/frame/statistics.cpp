@@ -26,11 +26,11 @@ CounterText read_counter(const char *ifname, int index) {
   CounterText text;
   if (ifname == nullptr || index < 0 || index >= static_cast<int>(std::size(platform_counters))) return text;
   const int counter = platform_counters[index];
-  if (kova::equal(ifname, "eth0"))
+  if (kova::equal(ifname, kova::lan_port))
     tarn_get_ifname_statistic("lan", text.chars, CounterText::size, counter);
-  else if (kova::equal(ifname, "wlan0"))
+  else if (kova::equal(ifname, kova::wlan))
     tarn_get_wlan_if_statistic(text.chars, CounterText::size, counter, 0, 1);
-  else if (kova::equal(ifname, "lte0pdn"))
+  else if (kova::equal(ifname, kova::uplink))
     tarn_get_ifname_statistic("wan", text.chars, CounterText::size, counter);
   return text;
 }

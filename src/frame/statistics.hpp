@@ -3,6 +3,9 @@
 
 namespace kova {
 
+// The interfaces that have them.
+inline constexpr const char lan_port[] = "eth0", wlan[] = "wlan0", uplink[] = "lte0pdn";
+
 enum Counter : int { received_bytes, received_packets, sent_bytes, sent_packets };
 
 struct Traffic {

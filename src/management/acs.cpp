@@ -1,5 +1,6 @@
 // The management server's settings, and how the web pages are reached.
 #include "platform/keys.hpp"
+#include "src/frame/events.hpp"
 #include "src/frame/rows.hpp"
 #include "src/frame/shell.hpp"
 #include "src/management/reach.hpp"
@@ -39,9 +40,9 @@ int set_interval(Key key, const char *value, Rule rule) {
 // ---- The web pages
 
 int restart_web_service() {
-  kova_trigger_cpe_event("ce_webservice_reinit");
+  kova_trigger_cpe_event(event::web_service);
   pause_for(3);
-  kova_trigger_cpe_event("fw_sec_ddos_filter");
+  kova_trigger_cpe_event(event::access_filter);
   kova_trigger_cpe_event("fw_remote_web_access_filter");
   return 0;
 }
@@ -58,7 +59,7 @@ int set_https_from_wan(Key key, const char *value, const Condition &condition) {
   value = text_or_empty(value);
   if (!condition.holds(value)) return -1;
   store(key, setting_unless_off(value));
-  kova_trigger_cpe_event("fw_sec_ddos_filter");
+  kova_trigger_cpe_event(event::access_filter);
   return 0;
 }
 

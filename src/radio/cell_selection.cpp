@@ -88,6 +88,15 @@ int read_scan_mode(Text &code) {
 
 } // namespace
 
+char *ValueCopy::next(const char *separators) {
+  char *from = started_ ? nullptr : copy_.writable();
+  const bool ended = started_ ? rest_ == nullptr : from == nullptr; // C libraries differ: some leave NULL
+  started_ = true;
+  if (ended) return nullptr;
+  // NOLINTNEXTLINE(clang-analyzer-unix.Malloc): copy_ owns the text
+  return strtok_r(from, separators, &rest_);
+}
+
 int write_and_flush(const char *path, const char *value) {
   {
     Tree tree;

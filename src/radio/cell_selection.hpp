@@ -43,14 +43,7 @@ public:
   // False for want of memory: there are no pieces then.
   bool is_whole() const { return copy_.writable() != nullptr; }
   // The next piece between separators that is not empty; NULL at the end.
-  char *next(const char *separators) {
-    char *from = started_ ? nullptr : copy_.writable();
-    const bool ended = started_ ? rest_ == nullptr : from == nullptr; // C libraries differ: some leave NULL
-    started_ = true;
-    if (ended) return nullptr;
-    // NOLINTNEXTLINE(clang-analyzer-unix.Malloc): copy_ owns the text
-    return strtok_r(from, separators, &rest_);
-  }
+  char *next(const char *separators);
 
 private:
   OwnedText copy_;

@@ -41,11 +41,8 @@ struct Cell {
 struct Cells {
   static constexpr int slots = 20;
   Cell slot[slots];
-  bool whole; // or there was no memory for them
 
-  explicit Cells(const char *value) {
-    ValueCopy pieces(value);
-    whole = pieces.is_whole();
+  explicit Cells(ValueCopy &pieces) {
     char *rest = nullptr;
     int last = 0;
     for (char *piece = pieces.next(";"); piece != nullptr && last + 1 < slots; piece = pieces.next(";")) {
@@ -73,9 +70,10 @@ bool judge_cell(const Cell &cell, const SupportedBands &bands, BandInfo &info) {
 
 // Judges all cells and writes them in the stored form. A pair with a 0 in it is left out without an error.
 bool convert(const char *value, List &stored) {
-  const Cells cells(value);
+  ValueCopy pieces(value);
+  const Cells cells(pieces);
   SupportedBands bands;
-  if (!cells.whole || !stored.has_room() || !bands.load()) return false;
+  if (!pieces.is_whole() || !stored.has_room() || !bands.load()) return false;
   for (const Cell &cell : cells.slot) {
     if (cell.earfcn == 0 || cell.pci == 0) continue;
     BandInfo info = {};

@@ -39,11 +39,11 @@ public:
         slot_(reinterpret_cast<PreferredBand *>(memory_.writable())) {
     if (slot_ == nullptr) return;
     ValueCopy groups(value);
-    whole_ = groups.is_whole();
+    if (!groups.is_whole()) slot_ = nullptr;
     for (char *group = groups.next(";"); group != nullptr; group = groups.next(";"))
       add_group(group);
   }
-  bool is_whole() const { return whole_; } // or there was no memory for them
+  bool is_whole() const { return slot_ != nullptr; } // or there was no memory for them
   const PreferredBand *begin() const { return slot_; }
   const PreferredBand *end() const { return slot_ + used_; }
 
@@ -65,7 +65,6 @@ private:
   }
   OwnedText memory_;
   PreferredBand *slot_;
-  bool whole_ = false;
   int used_ = 0;
 };
 

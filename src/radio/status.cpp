@@ -90,7 +90,7 @@ int answer_plmn_code(PlmnCode code, char *buf, unsigned int buflen) {
 }
 
 int answer_uplink_count(Counter counter, char *buf, unsigned int buflen) {
-  return answer(OwnedText(getInterfaceStatistic_unitnochange("lte0pdn", counter)), buf, buflen);
+  return answer(OwnedText(getInterfaceStatistic_unitnochange(uplink, counter)), buf, buflen);
 }
 
 // The power in the record, or what spectrum access grants when that is less.

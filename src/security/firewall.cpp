@@ -1,6 +1,7 @@
 // The security level, the four switches that it stands for, and who may reach the device.
 #include "platform/keys.hpp"
 #include "platform/webs.h"
+#include "src/frame/events.hpp"
 #include "src/frame/rows.hpp"
 #include "src/lists/fields.hpp"
 #include "src/security/acl.hpp"
@@ -71,7 +72,7 @@ private:
 };
 
 int apply_access() {
-  kova_trigger_cpe_event("fw_sec_ddos_filter");
+  kova_trigger_cpe_event(event::access_filter);
   return 0;
 }
 

@@ -3,6 +3,7 @@
 
 #include "platform/keys.hpp"
 #include "platform/nvram.h"
+#include "src/frame/events.hpp"
 #include "src/frame/settings.hpp"
 #include "src/frame/shell.hpp"
 #include "src/frame/trace.hpp"
@@ -80,6 +81,6 @@ int kovaSetVoIPApply(const char *value) {
   } else {
     run("sc disable 1"); // and the 15 seconds do not begin anew
   }
-  kova_trigger_cpe_event("fw_sip_rule");
+  kova_trigger_cpe_event(event::sip_rules);
   return 0;
 }

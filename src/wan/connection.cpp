@@ -31,8 +31,6 @@ int answer_data_traffic(int counter, char *buf, unsigned int buflen) {
   return answer_number(tarn_get_if_statistic(load(runtime(key::data_interface)), counter), buf, buflen);
 }
 
-constexpr const char *uplink = "lte0pdn";
-
 int answer_link(Key interface, char *buf, unsigned int buflen) {
   return answer(tarn_is_interface_exist(load(interface)) == 0 ? "Up" : "Down", buf, buflen);
 }

@@ -1,6 +1,7 @@
 // DMZ and SIP ALG: what NAT does, announced to the firewall.
 #include "platform/keys.hpp"
 #include "platform/webs.h"
+#include "src/frame/events.hpp"
 #include "src/frame/rows.hpp"
 #include "src/frame/trace.hpp"
 #include "src/wan/dmz_rows.hpp"
@@ -83,7 +84,7 @@ using namespace kova::wan;
 #include "src/wan/dmz.def"
 
 int _notifyFirewallNatChanged(void) {
-  kova_trigger_cpe_event("fw_nat_cfg changed");
+  kova_trigger_cpe_event(event::nat_changed);
   return 0;
 }
 
