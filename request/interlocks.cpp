@@ -3,6 +3,7 @@
 #include "request/request.hpp"
 
 #include <fnmatch.h>
+#include <kova/frame.h>
 #include <kova/time.h>
 
 #include <algorithm>
@@ -17,6 +18,7 @@ struct Interlock {
   std::string opening;              // one that opens them
   std::string words;                // for a person
   bool (*closed)() = nullptr;       // in the place of the values
+  bool of_primary = false;          // whose switch counts for both management instances
 };
 
 const std::string firewall = "InternetGatewayDevice.X_KOVA_Firewall.";
@@ -65,7 +67,9 @@ std::vector<Interlock> all() {
                    server + "PeriodicInformEnable",
                    {"0"},
                    "1",
-                   "the device does not report periodically"});
+                   "the device does not report periodically",
+                   nullptr,
+                   /*of_primary=*/true});
   found.push_back({vpn + "*", vpn + "OperMode", {"0", "1", "3"}, "2", "the device is not in its VPN mode"});
   for (const char *member : {"L2TP*", "BCPEnable"})
     found.push_back({vpn + member, vpn + "VPNType", {"1"}, "0", "the VPN is a GRE tunnel"});
@@ -95,7 +99,27 @@ std::string value_of(const std::string &path, const Given *given) {
   return reading.values.empty() ? "" : reading.values.front().text;
 }
 
+// As the primary management instance sees the device.
+class AsPrimary {
+public:
+  AsPrimary() { gSecondaryInstance = 0; }
+  ~AsPrimary() { gSecondaryInstance = instance_; }
+  AsPrimary(const AsPrimary &) = delete;
+  AsPrimary &operator=(const AsPrimary &) = delete;
+
+private:
+  const uint32_t instance_ = gSecondaryInstance;
+};
+
+bool is_of_other_instance(const Interlock &interlock) {
+  return interlock.of_primary && gSecondaryInstance != 0;
+}
+
 bool is_closed(const Interlock &interlock, const Given *given) {
+  if (is_of_other_instance(interlock)) { // what this request sets is another switch
+    const AsPrimary primary;
+    return is_closed(interlock, nullptr);
+  }
   if (interlock.closed) return interlock.closed();
   return std::ranges::find(interlock.closing, value_of(interlock.by, given)) != interlock.closing.end();
 }
@@ -111,7 +135,8 @@ std::optional<std::string> interlock_of(std::string_view path, const Given *give
     if (!closes(interlock, std::string(path))) continue;
     if (is_closed(interlock, given) &&
         !interlock_of(interlock.by, given)) // what cannot be turned now is without effect
-      return interlock.words + ": set " + interlock.by + "=" + interlock.opening + " first";
+      return interlock.words + ": set " + interlock.by + "=" + interlock.opening + " first" +
+             (is_of_other_instance(interlock) ? ", for the primary management instance" : "");
   }
   return std::nullopt;
 }

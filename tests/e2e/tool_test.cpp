@@ -128,6 +128,8 @@ TEST_F(Tool, FindsNamesSuggestsAndExplains) {
       {"set X_KOVA_LAN.DHCPLeaseTime=5", 1, "it takes a number of seconds from 300 to 172800"},
       {"set X_KOVA_LAN.IPAddress=192.168.9.1", 1, "192.168.1.200 is not in the network of 192.168.9.1"},
       {"set URLFilter.Mode=1", 1, "URLFilter.Enable=1 first"},
+      {"set PeriodicInformEnable=0", 0, "0\n"},
+      {"--secondary set PeriodicInformInterval=500", 1, "PeriodicInformEnable=1 first, for the primary"},
       {"export Nope", 1, "nothing that can be exported"},
       {"set LocalTimeZone=+05:45", 0, "+05:45\n"},
       {"set DaylightSavingsUsed=1", 1, "the zone has no daylight saving"},

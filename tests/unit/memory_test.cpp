@@ -89,7 +89,8 @@ TEST_F(Memory, IsNoReasonToLiftALock) {
     EXPECT_GT(failing([&] {
                 const bool taken = list.set(list.value) == 0;
                 EXPECT_EQ(platform.tree.contains(directory + list.leaf), taken) << list.leaf << left;
-                EXPECT_TRUE(!taken || platform.tree[directory + list.leaf] == list.stored) << list.leaf << left;
+                EXPECT_TRUE(!taken || platform.tree[directory + list.leaf] == list.stored)
+                    << list.leaf << left;
               }),
               0);
 }
