@@ -26,6 +26,7 @@
 
 #include <sys/types.h>
 
+#include <cstdint>
 #include <filesystem>
 #include <string>
 #include <variant>
@@ -39,7 +40,7 @@ std::filesystem::path earlier_log_file();
 
 struct LogField {
   const char *name;
-  std::variant<std::string, long, std::vector<std::string>> value;
+  std::variant<std::string, std::int64_t, std::vector<std::string>> value;
 };
 // Of one record, but for its time; the last of two of one name holds.
 using LogFields = std::vector<LogField>;
