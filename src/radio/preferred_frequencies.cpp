@@ -39,7 +39,10 @@ public:
         slot_(reinterpret_cast<PreferredBand *>(memory_.writable())) {
     if (slot_ == nullptr) return;
     ValueCopy groups(value);
-    if (!groups.is_whole()) slot_ = nullptr;
+    if (!groups.is_whole()) {
+      slot_ = nullptr;
+      return;
+    }
     for (char *group = groups.next(";"); group != nullptr; group = groups.next(";"))
       add_group(group);
   }
