@@ -23,7 +23,7 @@ struct Lan {
 };
 
 inline Lan stored_lan() {
-  return {stored_address(key::lan_address), stored_address(kova::key::lan_netmask)};
+  return {stored_address(key::lan_address), stored_address(key::lan_netmask)};
 }
 
 } // namespace kova::host

@@ -157,7 +157,7 @@ std::vector<NvramEntry> Radio::readings() const {
 
 namespace {
 
-// Among the facts of a boot: the seed of a radio that is on.
+// Stored by a boot, while the radio is on: its seed.
 const StoredKey seed_key = StoredKey::setting(runtime_section, "host_radio");
 
 // The radio of now, when it is on.
